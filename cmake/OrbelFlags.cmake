@@ -1,0 +1,76 @@
+# Compiler settings shared by every target.
+#
+# orbel_flags          warnings and sanitizers, for all code
+# orbel_plugin_flags   what the plug-in's own code is compiled with, on top of the above
+include(CheckCXXCompilerFlag)
+
+option(ORBEL_WARNINGS_AS_ERRORS "Stop the build at any compiler warning" OFF)
+set(ORBEL_X86_64_LEVEL "v3" CACHE STRING
+    "x86-64 micro-architecture level of the plug-in: v3 (AVX2, what the host application needs) or empty for the baseline")
+set(ORBEL_SANITIZE "" CACHE STRING "Sanitizers for every target, such as address,undefined or thread")
+
+# Assertions are part of the behaviour: no build type defines NDEBUG.
+foreach(type RELEASE RELWITHDEBINFO MINSIZEREL)
+    string(REGEX REPLACE "[-/]DNDEBUG" "" CMAKE_CXX_FLAGS_${type} "${CMAKE_CXX_FLAGS_${type}}")
+endforeach()
+
+# Adds `flag` to `target` for everything that links it, if the compiler knows the flag.
+function(orbel_try_flag target flag)
+    string(MAKE_C_IDENTIFIER "ORBEL_HAS_${flag}" known)
+    check_cxx_compiler_flag("${flag}" ${known})
+    if(${known})
+        target_compile_options(${target} INTERFACE "${flag}")
+    endif()
+endfunction()
+
+add_library(orbel_flags INTERFACE)
+target_compile_features(orbel_flags INTERFACE cxx_std_20)
+if(MSVC)
+    target_compile_options(orbel_flags INTERFACE /W4 /permissive- /EHsc /utf-8)
+else()
+    foreach(flag -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor)
+        orbel_try_flag(orbel_flags ${flag})
+    endforeach()
+endif()
+if(ORBEL_WARNINGS_AS_ERRORS)
+    target_compile_options(orbel_flags INTERFACE $<IF:$<BOOL:${MSVC}>,/WX,-Werror>)
+endif()
+if(ORBEL_SANITIZE)
+    target_compile_options(orbel_flags INTERFACE
+        -fsanitize=${ORBEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(orbel_flags INTERFACE -fsanitize=${ORBEL_SANITIZE})
+endif()
+
+add_library(orbel_plugin_flags INTERFACE)
+target_link_libraries(orbel_plugin_flags INTERFACE orbel_flags)
+if(MSVC)
+    target_compile_options(orbel_plugin_flags INTERFACE /fp:precise)
+else()
+    # A fused multiply-add rounds once where two operations round twice. Without it every lane,
+    # every lane width and both processors give the same bits.
+    orbel_try_flag(orbel_plugin_flags -ffp-contract=off)
+    # Nothing reads errno after a mathematical function; without it sqrt and floor are inline.
+    orbel_try_flag(orbel_plugin_flags -fno-math-errno)
+    orbel_try_flag(orbel_plugin_flags -fvisibility=hidden)
+    orbel_try_flag(orbel_plugin_flags -fvisibility-inlines-hidden)
+endif()
+
+# The CMake name of the target processor differs by platform; the compiler's macro does not.
+include(CheckCXXSourceCompiles)
+check_cxx_source_compiles("
+    #if !defined(__x86_64__) && !defined(_M_X64)
+    #error another processor
+    #endif
+    int main() {}" ORBEL_TARGETS_X86_64)
+set(ORBEL_HAS_LEVEL FALSE)
+if(ORBEL_TARGETS_X86_64 AND ORBEL_X86_64_LEVEL AND NOT ORBEL_UNIVERSAL)
+    if(MSVC)
+        target_compile_options(orbel_plugin_flags INTERFACE /arch:AVX2)
+    else()
+        # g++ 12.2 fuses alternating sums and differences of products (vfmaddsub) whatever the
+        # contraction setting says; without the instructions it can't.
+        target_compile_options(orbel_plugin_flags INTERFACE
+            -march=x86-64-${ORBEL_X86_64_LEVEL} -mno-fma)
+    endif()
+    set(ORBEL_HAS_LEVEL TRUE)
+endif()

@@ -1,0 +1,46 @@
+#pragma once
+// The block buffer that all stages of the convolution share.
+//
+// A block of B x B pixels is one AEO::Vector of 2 x B x B elements: pixel p = y * B + x has its real
+// part at element 2p and its imaginary part at element 2p + 1, for all channels at once.
+//
+// Channels of an element:
+//   N = 1                            red, green, blue, alpha
+//   N >= 2, after the store stage,
+//           Normal                   red, green, blue, alpha, then the weight of each layer; rest 0
+//           Split                    five channels a layer: red, green, blue, alpha, weight
+//   N >= 2, from the multiply on     five channels a layer, in both modes
+// Colours are premultiplied and expanded by the exposure curve.
+
+#include <cstddef>
+#include <cstdint>
+
+#include "transform/VectorElements.h"
+
+// A rectangle of pixels in the output world's coordinates; right and bottom are exclusive.
+struct iRect {
+    std::int32_t left;
+    std::int32_t top;
+    std::int32_t right;
+    std::int32_t bottom;
+
+    constexpr std::int32_t width() const { return right - left; }
+    constexpr std::int32_t height() const { return bottom - top; }
+};
+
+// Element types of a frame with N depth layers, N from 1 to 16.
+template <std::size_t N>
+struct BlockLayout {
+    static constexpr std::size_t kLayerChannels = 5;  // red, green, blue, alpha, weight
+    static constexpr std::size_t kChannels = N == 1 ? 4 : kLayerChannels * N;
+    static constexpr std::size_t kForwardChannels = N == 1 ? 4 : N + 4;
+
+    // What the block buffer stores.
+    using Element = ET::vecT<double, kChannels>;
+    // The view of it that the forward transform walks over in Normal mode: colours and weights.
+    using NormalForwardElement = ET::StrideVecT<double, kForwardChannels, kChannels>;
+    // What the kernel bank stores, one lane a layer.
+    using KernelElement = ET::vecT<double, N>;
+
+    static_assert(sizeof(Element) == sizeof(NormalForwardElement));
+};
