@@ -1,0 +1,34 @@
+#pragma once
+// Loads the file that holds the effect.
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "platform/Commands.h"
+
+namespace headless {
+
+// The message names the file and says what is wrong with it.
+class BundleError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// A loaded bundle; unloaded at the end of its life.
+class Bundle {
+public:
+    // Throws BundleError if the file isn't there, can't be loaded here (no loadable file, another
+    // processor, a processor without AVX2) or has no entry point.
+    explicit Bundle(const std::filesystem::path& file);
+    ~Bundle();
+    Bundle(const Bundle&) = delete;
+    Bundle& operator=(const Bundle&) = delete;
+
+    PF_EntryPoint entryPoint() const { return entry; }
+
+private:
+    void* library = nullptr;
+    PF_EntryPoint entry = nullptr;
+};
+
+}  // namespace headless

@@ -1,0 +1,173 @@
+#include "headless/Effect.h"
+
+#include <array>
+#include <string_view>
+#include <vector>
+
+#include "headless/HostState.h"
+#include "headless/Text.h"
+
+namespace headless {
+
+namespace {
+
+constexpr std::array<std::string_view, 27> kCommandNames{
+    "ABOUT",
+    "GLOBAL_SETUP",
+    "UNUSED_0",
+    "GLOBAL_SETDOWN",
+    "PARAMS_SETUP",
+    "SEQUENCE_SETUP",
+    "SEQUENCE_RESETUP",
+    "SEQUENCE_FLATTEN",
+    "SEQUENCE_SETDOWN",
+    "DO_DIALOG",
+    "FRAME_SETUP",
+    "RENDER",
+    "FRAME_SETDOWN",
+    "USER_CHANGED_PARAM",
+    "UPDATE_PARAMS_UI",
+    "EVENT",
+    "GET_EXTERNAL_DEPENDENCIES",
+    "COMPLETELY_GENERAL",
+    "QUERY_DYNAMIC_FLAGS",
+    "AUDIO_RENDER",
+    "AUDIO_SETUP",
+    "AUDIO_SETDOWN",
+    "ARBITRARY_CALLBACK",
+    "SMART_PRE_RENDER",
+    "SMART_RENDER",
+    "RESERVED1",
+    "RESERVED2",
+};
+
+CallContext mainContext(PF_Cmd command) {
+    CallContext context;
+    context.command = commandName(command);
+    context.thread = std::this_thread::get_id();
+    return context;
+}
+
+[[noreturn]] void refuse(PF_Cmd command, PF_Err status) {
+    throw EffectError(commandName(command) + " failed with code " + std::to_string(status));
+}
+
+}  // namespace
+
+std::string commandName(PF_Cmd command) {
+    if (command < 0 || command >= static_cast<PF_Cmd>(kCommandNames.size())) {
+        return "command " + std::to_string(command);
+    }
+    return "PF_Cmd_" + std::string(kCommandNames[static_cast<std::size_t>(command)]);
+}
+
+Effect::Effect(Host& theHost, const std::filesystem::path& file)
+    : host(theHost), bundle(std::make_unique<Bundle>(file)), entry(bundle->entryPoint()) {}
+
+Effect::Effect(Host& theHost, PF_EntryPoint function) : host(theHost), entry(function) {}
+
+Effect::~Effect() {
+    if (up) setDown();
+}
+
+PF_Err Effect::call(CallContext& context, PF_Cmd command, PF_Handle sequence, PF_OutData& out,
+                    PF_ParamDef** params, PF_LayerDef* output, void* extra) {
+    PF_InData in = makeInData(host.state(), context);
+    in.num_params = parameterSet.size();
+    in.global_data = globalData;
+    in.sequence_data = sequence;
+    const CommandScope scope(context);
+    host.state().log.add(context.command.c_str());
+    return entry(command, &in, &out, params, output, extra);
+}
+
+void Effect::setUp() {
+    globalSetUp();
+    parametersSetUp();
+    const PF_Err status = sendSequence(PF_Cmd_SEQUENCE_SETUP, nullptr, sequenceData);
+    if (status != PF_Err_NONE) refuse(PF_Cmd_SEQUENCE_SETUP, status);
+}
+
+void Effect::globalSetUp() {
+    CallContext context = mainContext(PF_Cmd_GLOBAL_SETUP);
+    globalAnswer = {};
+    const PF_Err status =
+        call(context, PF_Cmd_GLOBAL_SETUP, nullptr, globalAnswer, nullptr, nullptr, nullptr);
+    if (status != PF_Err_NONE) refuse(PF_Cmd_GLOBAL_SETUP, status);
+    globalData = globalAnswer.global_data;
+    if (globalData) host.state().handles.name(globalData, "global data", true);
+    up = true;
+}
+
+void Effect::parametersSetUp() {
+    CallContext context = mainContext(PF_Cmd_PARAMS_SETUP);
+    parameterSet = ParameterSet();
+    context.declaring = &parameterSet;
+    PF_OutData out{};
+    const PF_Err status =
+        call(context, PF_Cmd_PARAMS_SETUP, nullptr, out, nullptr, nullptr, nullptr);
+    if (status != PF_Err_NONE) refuse(PF_Cmd_PARAMS_SETUP, status);
+    declaredCount = out.num_params;
+}
+
+void Effect::setDown() {
+    PF_OutData out{};
+    out.sequence_data = sequenceData;
+    CallContext sequence = mainContext(PF_Cmd_SEQUENCE_SETDOWN);
+    call(sequence, PF_Cmd_SEQUENCE_SETDOWN, sequenceData, out, nullptr, nullptr, nullptr);
+    sequenceData = nullptr;
+
+    // From here on the record is the effect's again: if it stays, the accounts show it.
+    if (globalData) host.state().handles.name(globalData, "global data", false);
+    CallContext global = mainContext(PF_Cmd_GLOBAL_SETDOWN);
+    call(global, PF_Cmd_GLOBAL_SETDOWN, nullptr, out, nullptr, nullptr, nullptr);
+    globalData = nullptr;
+    up = false;
+}
+
+std::string Effect::about() {
+    PF_OutData out{};
+    const PF_Err status = send(PF_Cmd_ABOUT, out);
+    if (status != PF_Err_NONE) refuse(PF_Cmd_ABOUT, status);
+    return fieldText(out.return_msg);
+}
+
+PF_Err Effect::updateParamsUI(A_Time time) {
+    CallContext context = mainContext(PF_Cmd_UPDATE_PARAMS_UI);
+    context.time = time;
+    context.parameters = &parameterSet;
+    context.uiParameters = &parameterSet;
+
+    std::vector<PF_ParamDef> defs;
+    for (int i = 0; i < parameterSet.size(); ++i) {
+        defs.push_back(parameterSet.evaluate(i, time, context.geometry));
+        const auto layer = parameterSet.layer(i);
+        if (layer) defs.back().u.ld = layer->record();
+    }
+    std::vector<PF_ParamDef*> pointers;
+    for (auto& def : defs) pointers.push_back(&def);
+
+    PF_OutData out{};
+    return call(context, PF_Cmd_UPDATE_PARAMS_UI, sequenceData, out, pointers.data(), nullptr,
+                nullptr);
+}
+
+PF_Err Effect::sendSequence(PF_Cmd command, PF_Handle in, PF_Handle& out) {
+    CallContext context = mainContext(command);
+    PF_OutData answer{};
+    answer.sequence_data = out;
+    const PF_Err status = call(context, command, in, answer, nullptr, nullptr, nullptr);
+    // What stands in the record belongs to the host now.
+    out = answer.sequence_data;
+    if (out) host.state().handles.name(out, "sequence data", true);
+    return status;
+}
+
+PF_Err Effect::send(PF_Cmd command, PF_OutData& out, PF_ParamDef** params, PF_LayerDef* output,
+                    void* extra) {
+    CallContext context = mainContext(command);
+    context.parameters = &parameterSet;
+    return call(context, command, sequenceData, out, params, output, extra);
+}
+
+}  // namespace headless

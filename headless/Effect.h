@@ -1,0 +1,138 @@
+#pragma once
+// The effect as the host sees it: a set-up plug-in that answers commands and renders frames.
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "headless/Bundle.h"
+#include "headless/Host.h"
+#include "platform/SmartRender.h"
+
+namespace headless {
+
+struct CallContext;
+
+// A command that sets the effect up failed; the message names it and its code.
+class EffectError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// One frame to render. Rectangles are in pixels of the layer at the downsample.
+struct FrameRequest {
+    std::shared_ptr<const World> input;  // the effect's layer, whole and at full resolution
+    // The pixels wanted; none: the whole layer. May exceed the layer to let the result grow.
+    std::optional<PF_LRect> rect;
+    A_Time time{0, 1};
+    std::int32_t timeStep = 1;
+    PF_RationalScale downsampleX{1, 1};
+    PF_RationalScale downsampleY{1, 1};
+    PF_RationalScale pixelAspect{1, 1};
+    int bits = 8;  // a channel: 8, 16 or 32; the input is converted if it has others
+    PF_Field field = 0;
+    PF_ChannelMask channelMask = 15;
+    bool preserveRgbOfZeroAlpha = true;
+    int rowPadding = 32;  // bytes behind each row of input and output
+    // Values to render with; null: the effect's own. Must not change during the frame.
+    const ParameterSet* parameters = nullptr;
+    // Called on the thread that renders, with `current` of `total`.
+    std::function<void(int current, int total)> progress;
+    // If it becomes true, progress and iterations answer 517. Not owned, may be null.
+    const std::atomic<bool>* cancel = nullptr;
+    // For tests: never send the render command, or hand out no world.
+    bool preRenderOnly = false;
+    bool withholdInput = false;
+    bool withholdOutput = false;
+};
+
+struct FrameResult {
+    PF_Err status = PF_Err_NONE;  // the first code that is not 0, of the two commands
+    PF_Err preRenderStatus = PF_Err_NONE;
+    PF_Err renderStatus = PF_Err_NONE;
+    // Whether PF_Cmd_SMART_RENDER was sent. It is not after a failed pre-render, nor for an empty
+    // result rectangle.
+    bool rendered = false;
+    PF_RenderRequest inputRequest{};  // what the effect asked of its input layer
+    PF_LRect resultRect{};            // as the effect gave them
+    PF_LRect maxResultRect{};
+    // The result; it covers resultRect and its origin is that rectangle's corner. Null unless
+    // rendered. Pixels that the effect left alone are not numbers in float.
+    std::shared_ptr<World> output;
+    bool outputUntouched = false;  // no pixel was written
+    PF_OutFlags outFlags = 0;      // of the render command
+    std::string message;           // return_msg
+    InfoPanel info;                // what the frame drew in the info panel
+};
+
+// PF_Cmd_SMART_RENDER -> "PF_Cmd_SMART_RENDER"; "command N" for unknown numbers.
+std::string commandName(PF_Cmd command);
+
+class Effect {
+public:
+    // Loads the bundle; sends no command. Throws BundleError. The host must outlive the effect.
+    Effect(Host& host, const std::filesystem::path& bundle);
+    // Drives an effect that is part of the program.
+    Effect(Host& host, PF_EntryPoint entry);
+    // Sets the effect down if it is set up.
+    ~Effect();
+    Effect(const Effect&) = delete;
+    Effect& operator=(const Effect&) = delete;
+
+    // Sends PF_Cmd_GLOBAL_SETUP, PF_Cmd_PARAMS_SETUP and PF_Cmd_SEQUENCE_SETUP. Throws EffectError
+    // if one fails. Main thread.
+    void setUp();
+    // Sends PF_Cmd_SEQUENCE_SETDOWN and PF_Cmd_GLOBAL_SETDOWN. Main thread.
+    void setDown();
+    bool isSetUp() const { return up; }
+
+    // What PF_Cmd_GLOBAL_SETUP and PF_Cmd_PARAMS_SETUP answered.
+    A_u_long version() const { return globalAnswer.my_version; }
+    PF_OutFlags outFlags() const { return globalAnswer.out_flags; }
+    PF_OutFlags2 outFlags2() const { return globalAnswer.out_flags2; }
+    int declaredParameters() const { return declaredCount; }
+
+    ParameterSet& parameters() { return parameterSet; }
+    const ParameterSet& parameters() const { return parameterSet; }
+
+    // The about text.
+    std::string about();
+    // Sends PF_Cmd_UPDATE_PARAMS_UI with the values at `time`; afterwards parameters().disabled()
+    // tells what is greyed out. Gives the command's status. Main thread.
+    PF_Err updateParamsUI(A_Time time = {0, 1});
+    // Sends one of the sequence commands with these handles in the two records, and leaves in
+    // `out` what the effect put there. Main thread.
+    PF_Err sendSequence(PF_Cmd command, PF_Handle in, PF_Handle& out);
+
+    // Sends the two smart-render commands. May be called on several threads at once. Never throws
+    // for what the effect does; throws std::invalid_argument for a request without input or with
+    // impossible numbers.
+    FrameResult renderFrame(const FrameRequest& request);
+
+    // Sends any command outside a frame, with records prepared as for makeInData().
+    PF_Err send(PF_Cmd command, PF_OutData& out, PF_ParamDef** params = nullptr,
+                PF_LayerDef* output = nullptr, void* extra = nullptr);
+    PF_EntryPoint entryPoint() const { return entry; }
+
+private:
+    void globalSetUp();
+    void parametersSetUp();
+    PF_Err call(CallContext& context, PF_Cmd command, PF_Handle sequence, PF_OutData& out,
+                PF_ParamDef** params, PF_LayerDef* output, void* extra);
+
+    Host& host;
+    std::unique_ptr<Bundle> bundle;
+    PF_EntryPoint entry;
+    bool up = false;
+    PF_OutData globalAnswer{};
+    PF_Handle globalData = nullptr;
+    PF_Handle sequenceData = nullptr;
+    int declaredCount = 0;
+    ParameterSet parameterSet;
+};
+
+}  // namespace headless

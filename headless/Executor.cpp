@@ -1,0 +1,130 @@
+#include "headless/Executor.h"
+
+#include <algorithm>
+#include <exception>
+#include <limits>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+#include "headless/Executors.h"
+
+namespace headless {
+
+namespace {
+
+// Chunks for each thread index. More of them balance uneven items better and notice a cancel
+// earlier; fewer of them keep the cost of a chunk (two loads) out of sight.
+constexpr std::int32_t kChunksPerThread = 64;
+
+// One running iteration, shared by its threads.
+class Iteration {
+public:
+    Iteration(std::int32_t count, void* context, AEGP_IterateFunction function,
+              const std::atomic<bool>* stop, int threadCount)
+        : iterations(count),
+          refcon(context),
+          fn(function),
+          cancel(stop),
+          threads(threadCount),
+          chunk(std::max<std::int32_t>(1, count / (threadCount * kChunksPerThread))) {}
+
+    // All chunks of thread index t, in ascending order.
+    void runThread(std::int32_t t) noexcept {
+        const std::int64_t stride = static_cast<std::int64_t>(chunk) * threads;
+        for (std::int64_t begin = static_cast<std::int64_t>(chunk) * t; begin < iterations;
+             begin += stride) {
+            if (begin > failedAt.load(std::memory_order_relaxed)) return;
+            if (cancel && cancel->load(std::memory_order_relaxed)) {
+                cancelled.store(true, std::memory_order_relaxed);
+                return;
+            }
+            const auto end = std::min<std::int64_t>(begin + chunk, iterations);
+            runChunk(t, static_cast<std::int32_t>(begin), static_cast<std::int32_t>(end));
+        }
+    }
+
+    A_Err result() const {
+        if (thrown) throw code;
+        if (code != PF_Err_NONE) return code;
+        return cancelled ? PF_Interrupt_CANCEL : PF_Err_NONE;
+    }
+
+private:
+    void runChunk(std::int32_t t, std::int32_t begin, std::int32_t end) {
+        std::int32_t i = begin;
+        try {
+            for (; i < end; ++i) {
+                const A_Err err = fn(refcon, t, i, iterations);
+                if (err != PF_Err_NONE) {
+                    fail(i, err, false);
+                    return;
+                }
+            }
+        } catch (int err) {
+            fail(i, err, true);
+        }
+    }
+
+    // Keeps the failure of the lowest item.
+    void fail(std::int32_t i, A_Err err, bool byException) {
+        const std::lock_guard lock(mutex);
+        if (i >= failedAt) return;
+        failedAt = i;
+        code = err;
+        thrown = byException;
+    }
+
+    const std::int32_t iterations;
+    void* const refcon;
+    const AEGP_IterateFunction fn;
+    const std::atomic<bool>* const cancel;
+    const int threads;
+    const std::int32_t chunk;
+
+    std::atomic<std::int32_t> failedAt{std::numeric_limits<std::int32_t>::max()};
+    std::atomic<bool> cancelled{false};
+    std::mutex mutex;
+    A_Err code = PF_Err_NONE;
+    bool thrown = false;
+};
+
+int threadsOrAll(int threads) {
+    if (threads < 0) throw std::invalid_argument("negative number of threads");
+    if (threads > 0) return threads;
+    return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
+
+}  // namespace
+
+ExecutorKind defaultExecutor() {
+    return hasExecutor(ExecutorKind::Tbb) ? ExecutorKind::Tbb : ExecutorKind::Threads;
+}
+
+bool hasExecutor(ExecutorKind kind) {
+#ifdef ORBEL_HAS_TBB
+    return kind == ExecutorKind::Tbb || kind == ExecutorKind::Threads;
+#else
+    return kind == ExecutorKind::Threads;
+#endif
+}
+
+std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int threads) {
+    const int count = threadsOrAll(threads);
+    if (!hasExecutor(kind)) throw std::invalid_argument("executor not part of this build");
+#ifdef ORBEL_HAS_TBB
+    if (kind == ExecutorKind::Tbb) return makeTbbExecutor(count);
+#endif
+    return makeThreadsExecutor(count);
+}
+
+A_Err iterate(Executor& executor, std::int32_t iterations, void* refcon, AEGP_IterateFunction fn,
+              const std::atomic<bool>* cancel) {
+    if (iterations <= 0) return PF_Err_NONE;
+    const int threads = std::min(executor.threads(), iterations);
+    Iteration iteration(iterations, refcon, fn, cancel, executor.threads());
+    executor.run(threads, [&](int t) { iteration.runThread(t); });
+    return iteration.result();
+}
+
+}  // namespace headless

@@ -1,0 +1,15 @@
+#pragma once
+// The executors of this build.
+
+#include <memory>
+
+#include "headless/Executor.h"
+
+namespace headless {
+
+std::unique_ptr<Executor> makeThreadsExecutor(int threads);
+#ifdef ORBEL_HAS_TBB
+std::unique_ptr<Executor> makeTbbExecutor(int threads);
+#endif
+
+}  // namespace headless

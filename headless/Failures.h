@@ -1,0 +1,86 @@
+#pragma once
+// Deliberate failures of host operations, to see what the effect makes of them.
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "platform/Scalars.h"
+
+namespace headless {
+
+// Every operation that the host offers to the effect.
+enum class Operation {
+    NewHandle,   // gives null
+    LockHandle,  // gives null
+    AcquireSuite,
+    CheckoutParam,
+    CheckinParam,
+    AddParam,
+    Progress,
+    Copy,
+    CheckoutLayer,
+    CheckoutLayerPixels,
+    CheckoutOutput,
+    NewWorld,
+    DisposeWorld,
+    GetPixelFormat,
+    SubpixelSample,
+    AreaSample,
+    GetNumThreads,
+    IterateGeneric,
+    InfoDraw,
+    UpdateParamUI,
+    RegisterWithAEGP,
+};
+inline constexpr std::size_t kOperations =
+    static_cast<std::size_t>(Operation::RegisterWithAEGP) + 1;
+
+// All functions may be called from any thread.
+class Failures {
+public:
+    // Lets `times` calls of `operation` fail with `code`, from the k-th counted from now (k >= 1).
+    // A second rule for the same operation replaces the first.
+    void failAt(Operation operation, std::int64_t k, PF_Err code = PF_Err_BAD_CALLBACK_PARAM,
+                std::int64_t times = 1);
+    // The same for acquisitions of the suite `name` alone, whatever its version.
+    void failSuite(const std::string& name, std::int64_t k = 1,
+                   PF_Err code = PF_Err_INVALID_CALLBACK, std::int64_t times = kAlways);
+    // Makes the k-th handle from now smaller than asked for: half the size.
+    void shrinkHandleAt(std::int64_t k);
+    // Takes all rules back and sets all counts to zero.
+    void clear();
+
+    // Calls of `operation` since the last clear(). Sampling is counted only while a rule for it
+    // stands, since a shared counter would cost more than the sample.
+    std::int64_t count(Operation operation) const;
+
+    // Counts one call; gives the code to fail with, or 0.
+    PF_Err check(Operation operation);
+    PF_Err checkSuite(const std::string& name);
+    // Whether the handle at hand is to be smaller; called once for each new handle.
+    bool shrinksHandle();
+
+    static constexpr std::int64_t kAlways = INT64_MAX;
+
+private:
+    struct Rule {
+        std::int64_t seen = 0;  // calls since the rule was made
+        std::int64_t first = 0;
+        std::int64_t times = 0;
+        PF_Err code = PF_Err_NONE;
+    };
+    static PF_Err apply(Rule& rule);
+
+    mutable std::mutex mutex;
+    std::array<std::atomic<bool>, kOperations> armed{};
+    std::array<std::atomic<std::int64_t>, kOperations> counts{};
+    std::array<Rule, kOperations> rules{};
+    std::map<std::string, Rule> suiteRules;
+    Rule shrinkRule;
+};
+
+}  // namespace headless

@@ -1,0 +1,3 @@
+extern "C" int notAnEntryPoint() {
+    return 0;
+}
