@@ -1,0 +1,103 @@
+#pragma once
+// Scoped check-out of one parameter.
+
+#include "host/AEO_Base.h"
+
+namespace AEO {
+
+// A position as a point parameter holds it, in pixels of the current downsample.
+struct PointValue {
+    double x;
+    double y;
+};
+
+// One parameter, checked out by the first access and checked in by the destructor. Belongs to one
+// handler on one thread.
+//
+// Accessors assert that the parameter has their type, in every build, and read the value at the
+// command's time or at the time given. Each access checks the parameter out anew, the first one of
+// an object twice: for its type and for its value. An error of the host stays in `_err` and stops
+// further host calls of this object; the destructor asserts that it is 0 or a cancel.
+class Parameter : public ObjectBase {
+public:
+    // Values of getParamType() that have an accessor.
+    enum Type : PF_ParamType {
+        kLayer = PF_Param_LAYER,
+        kSlider = PF_Param_SLIDER,
+        kFixSlider = PF_Param_FIX_SLIDER,
+        kAngle = PF_Param_ANGLE,
+        kCheckBox = PF_Param_CHECKBOX,
+        kColor = PF_Param_COLOR,
+        kPoint = PF_Param_POINT,
+        kPopup = PF_Param_POPUP,
+        kFloatSlider = PF_Param_FLOAT_SLIDER
+    };
+
+    // Names parameter `index`, without a call to the host.
+    Parameter(PF_InData* hostData, int index);
+    Parameter(InData& data, int index);
+    ~Parameter() override;
+
+    // Gives the parameter back, but the object goes on counting as held, and its destructor checks
+    // in once more.
+    void _checkin_param();
+
+    // Moves the check-out to `time`, or to the command's time, and gives the host's copy of the
+    // parameter, which this object owns.
+    PF_ParamDef* param(const A_Time& time);
+    PF_ParamDef* param();
+
+    // The type of the parameter; checks it out at the command's time if it isn't held.
+    int getParamType();
+
+    // The layer of the held copy; its pixels are valid until the next access.
+    PF_LayerDef* layer();
+    PF_LayerDef* layer(const A_Time& time);
+    int slider();
+    int slider(const A_Time& time);
+    double fixed();
+    double fixed(const A_Time& time);
+    // Degrees.
+    double angle();
+    double angle(const A_Time& time);
+    // The lowest byte of the value.
+    unsigned char checkBox();
+    unsigned char checkBox(const A_Time& time);
+    PF_Pixel color();
+    PF_Pixel color(const A_Time& time);
+    PointValue point();
+    PointValue point(const A_Time& time);
+    // Counts from 1.
+    int popup();
+    int popup(const A_Time& time);
+    double floatSlider();
+    double floatSlider(const A_Time& time);
+
+    // Read one value of parameter `index` and check it in again. The first error of several reads
+    // stays in `err`: it takes a new one only while it is 0. If it holds one already, a failing
+    // read ends in the destructor's assertion.
+    static int Slider(PF_InData* hostData, int index, int& err);
+    static int Slider(PF_InData* hostData, int index, const A_Time& time, int& err);
+    static double Fixed(PF_InData* hostData, int index, int& err);
+    static double Fixed(PF_InData* hostData, int index, const A_Time& time, int& err);
+    static double Angle(PF_InData* hostData, int index, int& err);
+    static double Angle(PF_InData* hostData, int index, const A_Time& time, int& err);
+    static unsigned char CheckBox(PF_InData* hostData, int index, int& err);
+    static unsigned char CheckBox(PF_InData* hostData, int index, const A_Time& time, int& err);
+    static PF_Pixel Color(PF_InData* hostData, int index, int& err);
+    static PF_Pixel Color(PF_InData* hostData, int index, const A_Time& time, int& err);
+    static PointValue Point(PF_InData* hostData, int index, int& err);
+    static PointValue Point(PF_InData* hostData, int index, const A_Time& time, int& err);
+    static int Popup(PF_InData* hostData, int index, int& err);
+    static int Popup(PF_InData* hostData, int index, const A_Time& time, int& err);
+    static double Float(PF_InData* hostData, int index, int& err);
+    static double Float(PF_InData* hostData, int index, const A_Time& time, int& err);
+
+private:
+    void assertType(Type expected, const char* accessor, int line, const char* text);
+
+    PF_ParamDef def_{};  // `param_type` -1 while nothing is checked out
+    std::int32_t index_;
+};
+
+}  // namespace AEO

@@ -1,0 +1,85 @@
+#pragma once
+// Wrappers of the host's pixel buffers.
+
+#include "host/AEO_Base.h"
+#include "host/Pixel.h"
+
+namespace AEO {
+
+// Wraps one pixel buffer of the host, without owning its pixels: knows the pixel format, and
+// samples at positions in doubles. Valid as long as its context and the pixels.
+//
+// Every host result enters `_err` if that is still 0, and the operation goes on regardless. The
+// destructor gives back the world suite and does not look at `_err`.
+class EffectWorld : public ObjectBase {
+public:
+    PF_LayerDef world;  // a copy of the host's record
+    SuiteHolder<PF_WorldSuite2> worldSuite;
+    PixelFormat::e format = PixelFormat::kUnknown;
+    std::int32_t bytesPerPixel = 0;     // 0 for an unknown format
+    Pixel::Reader fromPixel = nullptr;  // null for an unknown format
+    Pixel::Writer toPixel = nullptr;    // null for an unknown format
+
+    // A wrapper of nothing, of unknown format.
+    explicit EffectWorld(InData& context);
+    // Copies the record and asks for its format.
+    EffectWorld(InData& context, const PF_LayerDef& layer);
+    ~EffectWorld() override = default;
+
+    // Asks the host for the format and sets the four fields that depend on it. A format that this
+    // class doesn't know is no error. Gives `_err`.
+    int checkFormat();
+
+    // Samples at (x, y) in pixels; pixel i has its centre at i. The area is the box that reaches
+    // radiusX and radiusY to either side, each held between 1/65536 and 128 pixels. May be called
+    // from worker threads. After a failure, which `_err` tells, the result means nothing.
+    //
+    // The plain forms pick the suite by the format, float for an unknown one, and give the channels
+    // of integer formats on the scale 0 to 1.
+    Pixel::f32 subpixel_sample(double x, double y) const;
+    Pixel::f32 area_sample(double x, double y, double radiusX, double radiusY) const;
+
+    // The same in the world's own pixel type; the caller has to know that the format fits.
+    PF_Pixel subpixel_sample8(double x, double y) const;
+    PF_Pixel16 subpixel_sample16(double x, double y) const;
+    PF_PixelFloat subpixel_sample_float(double x, double y) const;
+    PF_Pixel area_sample8(double x, double y, double radiusX, double radiusY) const;
+    PF_Pixel16 area_sample16(double x, double y, double radiusX, double radiusY) const;
+    PF_PixelFloat area_sample_float(double x, double y, double radiusX, double radiusY) const;
+
+protected:
+    // Acquires the world suite if it isn't held. Without it the acquisition's code stands for the
+    // result of the call that needed it.
+    bool haveWorldSuite();
+
+private:
+    void setPixelAccess(std::int32_t bytes, Pixel::Reader reader, Pixel::Writer writer);
+    PF_SampPB pointParams() const;
+    PF_SampPB boxParams(double radiusX, double radiusY) const;
+
+    template <typename Sampling, typename PixelType>
+    PixelType subpixel(double x, double y) const;
+    template <typename Sampling, typename PixelType>
+    PixelType area(double x, double y, const PF_SampPB& params) const;
+};
+
+// A world that owns its pixels. Used on the command's thread only, but for sampling.
+//
+// Its destructor ends the process through an assertion if `_err` holds anything but 0 or a cancel,
+// so the owner has to take an error over and set `_err` to 0.
+class NewEffectWorld : public EffectWorld {
+public:
+    // Without pixels.
+    explicit NewEffectWorld(InData& context);
+    // With pixels, as by `allocate`; after a failure `world.data` is null and `_err` tells.
+    NewEffectWorld(InData& context, int width, int height, PixelFormat::e pixelFormat);
+    ~NewEffectWorld() override;
+
+    // Gets pixels of the given size, whose contents are anything, and frees those held before.
+    // Gives `_err`.
+    int allocate(int width, int height, PixelFormat::e pixelFormat);
+    // Frees the pixels if there are any. Gives `_err`.
+    int dispose();
+};
+
+}  // namespace AEO

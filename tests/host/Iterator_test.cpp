@@ -1,0 +1,53 @@
+#include "host/Iterator.h"
+
+#include "host/HostFixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* kAcquire = "AcquireSuite AEGP Iterate Suite 1";
+constexpr const char* kRelease = "ReleaseSuite AEGP Iterate Suite 1";
+
+class Iterator : public ContextFixture {};
+
+// Counts how often each item comes. Items touch no common memory.
+struct Items {
+    std::vector<int> visits;
+    int failingItem = -1;
+
+    int iterate(int thread, int i, int iterations) {
+        EXPECT_TRUE(thread == 0 || thread == 1);
+        EXPECT_EQ(iterations, static_cast<int>(visits.size()));
+        ++visits[static_cast<std::size_t>(i)];
+        return i == failingItem ? PF_Interrupt_CANCEL : PF_Err_NONE;
+    }
+};
+
+TEST_F(Iterator, RunsEachItemOnce) {
+    Items items{std::vector<int>(301)};
+    EXPECT_THAT(callsOf([&] { EXPECT_EQ(AEO::Iterator::IterationT(*context, items, 301), 0); }),
+                ElementsAre(kAcquire, "AEGP_IterateGeneric 301", kRelease));
+    EXPECT_THAT(items.visits, testing::Each(1));
+}
+
+TEST_F(Iterator, GivesAnItemsErrorBack) {
+    Items items{std::vector<int>(40), 17};
+    EXPECT_EQ(AEO::Iterator::IterationT(*context, items, 40), PF_Interrupt_CANCEL);
+
+    host.failAt(headless::Operation::IterateGeneric, 1, 512);
+    EXPECT_EQ(AEO::Iterator::IterationT(*context, items, 40), 512);
+}
+
+TEST_F(Iterator, OrsTheThreadCountsErrorIntoTheCallers) {
+    int err = 0;
+    EXPECT_THAT(
+        callsOf([&] { EXPECT_EQ(AEO::Iterator::GetNumThreads(*in_data.pica_basicP, err), 2); }),
+        ElementsAre(kAcquire, "AEGP_GetNumThreads", kRelease));
+    err |= 4;
+    host.failAt(headless::Operation::GetNumThreads, 1, 513);
+    AEO::Iterator::GetNumThreads(*in_data.pica_basicP, err);
+    EXPECT_EQ(err, 4 | 513);
+}
+
+}  // namespace

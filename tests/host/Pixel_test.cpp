@@ -1,0 +1,38 @@
+#include "host/Pixel.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+using testing::FieldsAre;
+
+TEST(Pixel, QuantizesWithHalfStepsUpAndHoldsTheRange) {
+    PF_Pixel p;
+    AEO::Pixel::setToU8({1.0f, 2.0f, -0.1f, 0.5f}, &p);
+    EXPECT_THAT(p, FieldsAre(255, 255, 0, 128));
+    AEO::Pixel::setToU8({NAN, 1e30f, -1e30f, 1.49f / 255}, &p);
+    EXPECT_THAT(p, FieldsAre(0, 255, 0, 1));
+    PF_Pixel16 deep;
+    AEO::Pixel::setToU16({1.0f, 2.0f, -0.1f, 1.5f / 32768}, &deep);
+    EXPECT_THAT(deep, FieldsAre(32768, 32768, 0, 2));
+}
+
+TEST(Pixel, ReadsWhatItWrote) {
+    for (int value = 0; value <= 255; ++value) {
+        const auto v = static_cast<A_u_char>(value);
+        const PF_Pixel p{v, 0, v, 255};
+        PF_Pixel back;
+        AEO::Pixel::setToU8(AEO::Pixel::FromU8(&p), &back);
+        EXPECT_THAT(back, FieldsAre(v, 0, v, 255));
+    }
+    const PF_Pixel16 deep{32768, 1, 16384, 0};
+    EXPECT_THAT(AEO::Pixel::FromU16(&deep), FieldsAre(1.0f, 1.0f / 32768, 0.5f, 0.0f));
+    PF_PixelFloat copy{};
+    AEO::Pixel::setToF32({1.5f, -2.0f, 3.0f, 4.0f}, &copy);
+    EXPECT_THAT(AEO::Pixel::FromF32(&copy), FieldsAre(1.5f, -2.0f, 3.0f, 4.0f));
+}
+
+}  // namespace

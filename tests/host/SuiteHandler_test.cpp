@@ -1,0 +1,47 @@
+#include "host/SuiteHandler.h"
+
+#include <latch>
+#include <thread>
+
+#include "host/HostFixture.h"
+
+namespace {
+
+class SuiteHandler : public HostFixture {};
+
+TEST_F(SuiteHandler, LoadsOnFirstUseAndReleasesWhatItLoaded) {
+    EXPECT_THAT(callsOf([&] {
+                    AEGP_SuiteHandler suites(in_data.pica_basicP);
+                    EXPECT_EQ(suites.PFParamUtilsSuite3(), suites.PFParamUtilsSuite3());
+                }),
+                testing::ElementsAre("AcquireSuite PF Param Utils Suite 3",
+                                     "ReleaseSuite PF Param Utils Suite 3"));
+}
+
+TEST_F(SuiteHandler, ThrowsTheHostsCodeForAMissingSuite) {
+    host.failures().failSuite(kAEGPUtilitySuite);
+    AEGP_SuiteHandler suites(in_data.pica_basicP);
+    EXPECT_THAT([&] { suites.AEGPUtilitySuite11(); }, testing::Throws<int>(516));
+    host.failures().clear();
+    EXPECT_NE(suites.AEGPUtilitySuite11(), nullptr) << "a failure is not cached";
+}
+
+TEST_F(SuiteHandler, KeepsTheCountEvenWhenThreadsMeet) {
+    constexpr int kThreads = 4;
+    for (int round = 0; round < 50; ++round) {
+        AEGP_SuiteHandler suites(in_data.pica_basicP);
+        std::latch start(kThreads);
+        std::vector<const PF_Sampling8Suite1*> tables(kThreads);
+        std::vector<std::jthread> threads;
+        for (auto& table : tables) {
+            threads.emplace_back([&] {
+                start.arrive_and_wait();
+                table = suites.PFSampling8Suite1();
+            });
+        }
+        threads.clear();
+        EXPECT_THAT(tables, testing::Each(suites.PFSampling8Suite1()));
+    }
+}
+
+}  // namespace

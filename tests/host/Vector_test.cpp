@@ -1,0 +1,83 @@
+#include "host/Vector.h"
+
+#include <cstdint>
+#include <cstring>
+
+#include "host/HostFixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Vector : public ContextFixture {};
+
+TEST_F(Vector, AsksTheHostOnlyForMoreThanItHas) {
+    AEO::Vector<double> vector(*context);
+    EXPECT_THAT(callsOf([&] { vector.reserve(0); }), IsEmpty());
+    EXPECT_THAT(callsOf([&] { vector.resize(5); }),
+                ElementsAre("host_new_handle 48", "host_get_handle_size", "host_lock_handle"));
+    double* const data = vector.data();
+    EXPECT_THAT(callsOf([&] {
+                    vector.reserve(5);
+                    vector.reserve(2);
+                    vector.resize(0);
+                }),
+                IsEmpty());
+    EXPECT_EQ(vector.data(), data);
+    EXPECT_EQ(vector.size(), 0u);
+}
+
+TEST_F(Vector, GrowsToTheExactSizeAndFreesTheOldBlockLast) {
+    AEO::Vector<double> vector(*context);
+    vector.resize(3);
+    vector[2] = 3.5;
+    EXPECT_THAT(callsOf([&] { vector.reserve(7); }),
+                ElementsAre("host_new_handle 64", "host_get_handle_size", "host_lock_handle",
+                            "host_unlock_handle", "host_dispose_handle"));
+    EXPECT_EQ(vector.capacity(), 7u);
+    EXPECT_EQ(vector.size(), 3u);
+    EXPECT_EQ(vector[2], 3.5);
+}
+
+TEST_F(Vector, ZeroesAddedElementsOnly) {
+    AEO::Vector<double> vector(*context);
+    vector.reserve(3);
+    std::memset(vector.data(), 0xEE, 3 * sizeof(double));
+    vector.resize(1);
+    vector[0] = 7.0;
+    vector.resize(2);
+    EXPECT_EQ(vector[0], 7.0);
+    EXPECT_EQ(vector[1], 0.0);
+    vector[1] = 7.0;
+    vector.resize(1);
+    EXPECT_EQ(vector.data()[1], 7.0) << "shrinking touched memory";
+    vector.resize(2);
+    EXPECT_EQ(vector[1], 0.0);
+}
+
+TEST_F(Vector, StaysAsItWasWhenMemoryIsShort) {
+    AEO::Vector<double> vector(*context);
+    vector.resize(2);
+    vector[1] = 4.0;
+    double* const data = vector.data();
+    host.failAt(headless::Operation::NewHandle, 1);
+    EXPECT_THAT(callsOf([&] { vector.resize(10); }), ElementsAre("host_new_handle 88"));
+    host.failAt(headless::Operation::LockHandle, 1);
+    vector.resize(10);
+    EXPECT_THAT(callsOf([&] { vector.resize(SIZE_MAX / sizeof(double)); }), IsEmpty())
+        << "the byte count doesn't fit";
+    EXPECT_EQ(vector.data(), data);
+    EXPECT_EQ(vector.size(), 2u);
+    EXPECT_EQ(vector[1], 4.0);
+}
+
+TEST_F(Vector, RefusesAShrunkenHandleWithoutLockingIt) {
+    AEO::Vector<double> vector(*context);
+    host.failures().shrinkHandleAt(1);
+    EXPECT_THAT(callsOf([&] { vector.resize(10); }),
+                ElementsAre("host_new_handle 88", "host_get_handle_size", "host_dispose_handle"));
+    EXPECT_EQ(vector.data(), nullptr);
+}
+
+}  // namespace
