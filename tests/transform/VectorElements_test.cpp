@@ -1,0 +1,104 @@
+#include "transform/VectorElements.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
+#include "transform/Noise.h"
+
+namespace {
+
+template <class V>
+class Elements : public testing::Test {
+protected:
+    static constexpr std::size_t kCell = sizeof(V) / sizeof(double);
+
+    // Checks that `target = value` gives expected(k) in each live lane and leaves the dead ones.
+    template <class E, class F>
+    void expectLanes(const E& value, F expected) {
+        V target = elements[2];
+        target = value;
+        for (std::size_t k = 0; k < V::kLanes; ++k) EXPECT_EQ(target[k], expected(k)) << k;
+        for (std::size_t k = V::kLanes; k < kCell; ++k) EXPECT_EQ(target[k], elements[2][k]) << k;
+    }
+
+    std::vector<V> elements = noisyElements<V>(3);
+    V& first = elements[0];
+    V& second = elements[1];
+    static constexpr double kS = 0.75;
+    static constexpr double kT = -1.3;
+};
+
+using Types = testing::Types<ET::vecT<double, 1>, ET::vecT<double, 4>, ET::vecT<double, 11>,
+                             ET::vecT<double, 80>, ET::StrideVecT<double, 4, 4>,
+                             ET::StrideVecT<double, 6, 10>, ET::StrideVecT<double, 20, 80>>;
+TYPED_TEST_SUITE(Elements, Types);
+
+}  // namespace
+
+TYPED_TEST(Elements, EveryFormComputesLiveLanesOnly) {
+    const auto &a = this->first, &b = this->second;
+    const double s = this->kS, t = this->kT;
+    this->expectLanes(a + b, [&](auto k) { return a[k] + b[k]; });
+    this->expectLanes(a - b, [&](auto k) { return a[k] - b[k]; });
+    this->expectLanes(-a, [&](auto k) { return -a[k]; });
+    this->expectLanes(-a + b, [&](auto k) { return b[k] - a[k]; });
+    this->expectLanes(-a - b, [&](auto k) { return -a[k] - b[k]; });
+    this->expectLanes(s * a, [&](auto k) { return s * a[k]; });
+    this->expectLanes(s * (a - b), [&](auto k) { return s * (a[k] - b[k]); });
+    this->expectLanes(s * (a + b), [&](auto k) { return s * (a[k] + b[k]); });
+    this->expectLanes(s * a - t * b, [&](auto k) { return s * a[k] - t * b[k]; });
+    this->expectLanes(s * a + t * b, [&](auto k) { return t * b[k] + s * a[k]; });
+}
+
+TYPED_TEST(Elements, TheTargetMayBeAnOperand) {
+    TypeParam apart = this->first;
+    apart = this->kS * this->first - this->kT * this->second;
+    this->first = this->kS * this->first - this->kT * this->second;
+    EXPECT_EQ(std::memcmp(&this->first, &apart, sizeof apart), 0);
+}
+
+TYPED_TEST(Elements, AddingTouchesLiveLanesOnly) {
+    const TypeParam before = this->first;
+    this->first += this->second;
+    for (std::size_t k = 0; k < this->kCell; ++k) {
+        EXPECT_EQ(this->first[k], k < TypeParam::kLanes ? before[k] + this->second[k] : before[k])
+            << k;
+    }
+}
+
+TYPED_TEST(Elements, CopiesAndSwapsMoveTheWholeCell) {
+    const TypeParam a = this->first, b = this->second;
+    swap(this->first, this->second);
+    EXPECT_EQ(std::memcmp(&this->first, &b, sizeof b), 0);
+    EXPECT_EQ(std::memcmp(&this->second, &a, sizeof a), 0);
+    this->second = this->first;
+    EXPECT_EQ(std::memcmp(&this->second, &b, sizeof b), 0);
+}
+
+TEST(VectorElements, ExpressionsAreLazyAndHoldReferences) {
+    ET::vecT<double, 4> a{}, b{};
+    double s = 1.0;
+    const auto scaled = s * a;
+    const auto sum = a + b;
+    static_assert(
+        std::is_same_v<decltype(sum),
+                       const ET::Expression<ET::vecT<double, 4>, ET::ExpressionPlus<double>,
+                                            ET::vecT<double, 4>>>);
+    s = 3.0;
+    a[2] = 5.0;
+    EXPECT_EQ(scaled[2], 15.0);
+    EXPECT_EQ(sum[2], 5.0);
+}
+
+TEST(VectorElements, AViewSharesAddressesWithItsArray) {
+    auto cells = noisyElements<ET::vecT<double, 10>>(3);
+    const auto before = cells;
+    auto* const view = ET::viewLanes<6>(cells.data());
+    EXPECT_EQ(static_cast<void*>(view + 2), &cells[2]);
+    view[2] = view[0] + view[1];
+    EXPECT_EQ(cells[2][5], before[0][5] + before[1][5]);
+    EXPECT_EQ(cells[2][6], before[2][6]);
+}

@@ -1,0 +1,260 @@
+#pragma once
+// Short vectors of scalars with lazy, elementwise arithmetic: the data that the transform runs on.
+//
+// One datum carries a value for each colour channel and depth layer of a pixel. Lane k of all
+// elements of an array forms a signal of its own; lanes never mix.
+//
+//   vecT<T, N>            N scalars in a row, all of them live
+//   StrideVecT<T, N, S>   a cell of S scalars of which the first N are live: a view of an array of
+//                         vecT<T, S> that computes on N lanes only
+//   LaneRef<T>            one lane of an element that lies elsewhere
+//
+// Arithmetic builds small objects that refer to their operands (scalars included), so they must
+// not outlive the full expression that makes them. The assignment evaluates lane after lane, in one
+// pass without a temporary element; the target may be among the operands. The forms in use are
+//
+//   a + b   a - b   -a   -a + b   -a - b   s * a   s * (a - b)   s * (a + b)
+//   s * a - t * b   s * a + t * b
+//
+// Arithmetic touches live lanes only; a plain copy of an element moves its whole cell. Elements
+// need no more alignment than their scalars have.
+
+#include <concepts>
+#include <cstddef>
+#include <type_traits>
+
+// Placed before a loop over lanes: no lane's result is read by another lane, so the compiler need
+// not prove that target and operands lie apart before it takes several lanes at a time. g++ would
+// unroll a short loop before its vectoriser sees it and keep the scalars; it is told not to.
+//
+// A loop that holds a call isn't vectorised at all: what a lane loop calls is ORBEL_LANE_INLINE.
+#if defined(__clang__)
+#define ORBEL_INDEPENDENT_LANES _Pragma("clang loop vectorize(assume_safety)")
+#elif defined(__GNUC__)
+#define ORBEL_INDEPENDENT_LANES _Pragma("GCC ivdep") _Pragma("GCC unroll 1")
+#elif defined(_MSC_VER)
+#define ORBEL_INDEPENDENT_LANES __pragma(loop(ivdep))
+#else
+#define ORBEL_INDEPENDENT_LANES
+#endif
+#if defined(__GNUC__)
+#define ORBEL_LANE_INLINE inline __attribute__((always_inline))
+#elif defined(_MSC_VER)
+#define ORBEL_LANE_INLINE __forceinline
+#else
+#define ORBEL_LANE_INLINE inline
+#endif
+
+namespace ET {
+
+// What can stand in an expression: an element, one lane of it, or another expression.
+template <class V>
+concept LaneOperand = requires(const V& v, std::size_t k) {
+    typename V::Scalar;
+    { V::kLanes } -> std::convertible_to<std::size_t>;
+    { v[k] } -> std::convertible_to<typename V::Scalar>;
+};
+
+template <class L, class R>
+concept SameLanes = LaneOperand<L> && LaneOperand<R> &&
+                    std::same_as<typename L::Scalar, typename R::Scalar> && L::kLanes == R::kLanes;
+
+template <class T>
+struct ExpressionPlus {
+    ORBEL_LANE_INLINE constexpr T operator()(T a, T b) const { return a + b; }
+};
+
+template <class T>
+struct ExpressionMinus {
+    ORBEL_LANE_INLINE constexpr T operator()(T a, T b) const { return a - b; }
+};
+
+template <class T>
+struct ExpressionMultiply {
+    ORBEL_LANE_INLINE constexpr T operator()(T a, T b) const { return a * b; }
+};
+
+// Op(l[k], r[k])
+template <class L, class Op, class R>
+struct Expression {
+    using Scalar = typename L::Scalar;
+    static constexpr std::size_t kLanes = L::kLanes;
+
+    const L& l;
+    const R& r;
+
+    ORBEL_LANE_INLINE constexpr Scalar operator[](std::size_t k) const { return Op{}(l[k], r[k]); }
+};
+
+// Op(s, v[k])
+template <class S, class Op, class V>
+struct Expression2 {
+    using Scalar = typename V::Scalar;
+    static constexpr std::size_t kLanes = V::kLanes;
+
+    const S& s;
+    const V& v;
+
+    ORBEL_LANE_INLINE constexpr Scalar operator[](std::size_t k) const { return Op{}(s, v[k]); }
+};
+
+// Stores `value` into the lanes from `target` on.
+template <class T, LaneOperand V>
+ORBEL_LANE_INLINE constexpr void assignLanes(T* target, const V& value) {
+    ORBEL_INDEPENDENT_LANES
+    for (std::size_t k = 0; k < V::kLanes; ++k) target[k] = value[k];
+}
+
+// Exchanges kCount scalars of two cells that don't overlap.
+template <std::size_t kCount, class T>
+ORBEL_LANE_INLINE constexpr void exchangeScalars(T* a, T* b) {
+    ORBEL_INDEPENDENT_LANES
+    for (std::size_t k = 0; k < kCount; ++k) {
+        const T kept = a[k];
+        a[k] = b[k];
+        b[k] = kept;
+    }
+}
+
+// An element of N lanes; exactly N scalars in memory, left as they are by default construction.
+template <class T, std::size_t N>
+class vecT {
+public:
+    using Scalar = T;
+    static constexpr std::size_t kLanes = N;
+
+    template <class U>
+    struct ExpressionReverse {
+        ORBEL_LANE_INLINE constexpr U operator()(U a) const { return -a; }
+    };
+
+    // Op(v[k])
+    template <class Op, class V>
+    struct Expression0 {
+        using Scalar = T;
+        static constexpr std::size_t kLanes = N;
+
+        const V& v;
+
+        ORBEL_LANE_INLINE constexpr T operator[](std::size_t k) const { return Op{}(v[k]); }
+    };
+
+    template <SameLanes<vecT> V>
+    ORBEL_LANE_INLINE constexpr vecT& operator=(const V& value) {
+        assignLanes(lanes, value);
+        return *this;
+    }
+
+    ORBEL_LANE_INLINE constexpr vecT& operator+=(const vecT& other) {
+        ORBEL_INDEPENDENT_LANES
+        for (std::size_t k = 0; k < N; ++k) lanes[k] += other.lanes[k];
+        return *this;
+    }
+
+    // Whole cells, without a temporary element.
+    friend ORBEL_LANE_INLINE constexpr void swap(vecT& a, vecT& b) {
+        exchangeScalars<N>(a.lanes, b.lanes);
+    }
+
+    ORBEL_LANE_INLINE constexpr T& operator[](std::size_t k) { return lanes[k]; }
+    ORBEL_LANE_INLINE constexpr const T& operator[](std::size_t k) const { return lanes[k]; }
+
+private:
+    T lanes[N];
+};
+
+// A cell of S scalars with N live lanes; exactly S scalars in memory.
+template <class T, std::size_t N, std::size_t S>
+class StrideVecT {
+    static_assert(N <= S);
+
+public:
+    using Scalar = T;
+    static constexpr std::size_t kLanes = N;
+
+    template <SameLanes<StrideVecT> V>
+    ORBEL_LANE_INLINE constexpr StrideVecT& operator=(const V& value) {
+        assignLanes(lanes, value);
+        return *this;
+    }
+
+    ORBEL_LANE_INLINE constexpr StrideVecT& operator+=(const StrideVecT& other) {
+        ORBEL_INDEPENDENT_LANES
+        for (std::size_t k = 0; k < N; ++k) lanes[k] += other.lanes[k];
+        return *this;
+    }
+
+    // Whole cells, without a temporary element.
+    friend ORBEL_LANE_INLINE constexpr void swap(StrideVecT& a, StrideVecT& b) {
+        exchangeScalars<S>(a.lanes, b.lanes);
+    }
+
+    ORBEL_LANE_INLINE constexpr T& operator[](std::size_t k) { return lanes[k]; }
+    ORBEL_LANE_INLINE constexpr const T& operator[](std::size_t k) const { return lanes[k]; }
+
+private:
+    T lanes[S];
+};
+
+// One lane of an element that lies elsewhere and is not owned: as an operand and as a target of
+// expressions it is an element of width 1.
+template <class T>
+class LaneRef {
+public:
+    using Scalar = T;
+    static constexpr std::size_t kLanes = 1;
+
+    ORBEL_LANE_INLINE constexpr explicit LaneRef(T& target) : lane(&target) {}
+    LaneRef(const LaneRef&) = default;
+    // Assigning one would hide whether the lane or the reference is meant.
+    LaneRef& operator=(const LaneRef&) = delete;
+
+    template <SameLanes<LaneRef> V>
+    ORBEL_LANE_INLINE constexpr const LaneRef& operator=(const V& value) const {
+        *lane = value[0];
+        return *this;
+    }
+
+    ORBEL_LANE_INLINE constexpr const T& operator[](std::size_t) const { return *lane; }
+
+private:
+    T* lane;
+};
+
+// The array `cells`, seen through the first N lanes of each element: same addresses, same count.
+// A cell is S scalars in either type, so only the lanes that arithmetic touches differ.
+template <std::size_t N, class T, std::size_t S>
+StrideVecT<T, N, S>* viewLanes(vecT<T, S>* cells) {
+    static_assert(sizeof(StrideVecT<T, N, S>) == sizeof(vecT<T, S>));
+    return reinterpret_cast<StrideVecT<T, N, S>*>(cells);
+}
+
+template <LaneOperand L, SameLanes<L> R>
+ORBEL_LANE_INLINE constexpr auto operator+(const L& l, const R& r) {
+    return Expression<L, ExpressionPlus<typename L::Scalar>, R>{l, r};
+}
+
+template <LaneOperand L, SameLanes<L> R>
+ORBEL_LANE_INLINE constexpr auto operator-(const L& l, const R& r) {
+    return Expression<L, ExpressionMinus<typename L::Scalar>, R>{l, r};
+}
+
+template <LaneOperand V>
+ORBEL_LANE_INLINE constexpr auto operator-(const V& v) {
+    using T = typename V::Scalar;
+    using Owner = vecT<T, V::kLanes>;
+    using Reverse = typename Owner::template ExpressionReverse<T>;
+    return typename Owner::template Expression0<Reverse, V>{v};
+}
+
+template <LaneOperand V>
+ORBEL_LANE_INLINE constexpr auto operator*(const typename V::Scalar& s, const V& v) {
+    return Expression2<typename V::Scalar, ExpressionMultiply<typename V::Scalar>, V>{s, v};
+}
+
+static_assert(sizeof(vecT<double, 10>) == 10 * sizeof(double));
+static_assert(sizeof(StrideVecT<double, 6, 10>) == 10 * sizeof(double));
+static_assert(std::is_trivially_copyable_v<vecT<double, 10>>);
+static_assert(std::is_trivially_copyable_v<StrideVecT<double, 6, 10>>);
+
+}  // namespace ET
