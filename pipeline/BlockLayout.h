@@ -1,8 +1,8 @@
 #pragma once
 // The block buffer that all stages of the convolution share.
 //
-// A block of B x B pixels is one AEO::Vector of 2 x B x B elements: pixel p = y * B + x has its real
-// part at element 2p and its imaginary part at element 2p + 1, for all channels at once.
+// A block of B x B pixels is one AEO::Vector of 2 x B x B elements: pixel p = y * B + x has its
+// real part at element 2p and its imaginary part at element 2p + 1, for all channels at once.
 //
 // Channels of an element:
 //   N = 1                            red, green, blue, alpha

@@ -1,0 +1,34 @@
+#pragma once
+// The plug-in's life in the process: setup, setdown and the about box.
+
+#include "platform/Commands.h"
+
+// The id under which the host knows the plug-in; written whenever a GlobalData is made. The only
+// thing in the process's memory that outlives a command.
+extern AEGP_PluginID g_PluginID;
+
+// The plug-in's global record. The host keeps it, in a handle of its own, from setup to setdown.
+// Rendering takes nothing from it.
+class GlobalData {
+public:
+    // Registers the plug-in with the host. A refusal stays in `error`; throws 516 if the host
+    // lacks the suite.
+    explicit GlobalData(PF_InData* in_data);
+    GlobalData(const GlobalData&) = default;
+    GlobalData& operator=(const GlobalData&) = delete;
+    virtual ~GlobalData();
+
+    PF_Err error = PF_Err_NONE;
+    AEGP_PluginID pluginId = 0;
+};
+
+// Writes name, version and description into `return_msg`. Needs nothing of the host.
+PF_Err About(PF_InData* in_data, PF_OutData* out_data);
+
+// Tells version and flags and leaves a GlobalData in `out_data->global_data`, its handle locked.
+// Returns 4 if the host has no memory for it.
+PF_Err GlobalSetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
+                   PF_LayerDef* output);
+
+// Ends the GlobalData of `in_data->global_data` and frees its handle; does nothing without one.
+PF_Err GlobalSetdown(PF_InData* in_data);

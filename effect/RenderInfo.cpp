@@ -1,0 +1,104 @@
+#include "effect/RenderInfo.h"
+
+#include <cmath>
+
+#include "effect/ParameterIndices.h"
+#include "host/AEO_Parameter.h"
+
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+
+// Keeps the argument of the profile's tangent just inside 0 and pi/2.
+constexpr double kProfileReach = 0.9999;
+// Keeps the gain of the edge suppression finite at 1.
+constexpr double kEdgeLeakReach = 0.99;
+
+// The host's ratio as a whole number: 4/3 gives 1, 10/11 gives 0.
+double truncatedRatio(const PF_RationalScale& ratio) {
+    return static_cast<double>(static_cast<std::uint32_t>(ratio.num) / ratio.den);
+}
+
+// Reads parameters at the command's time; keeps the first error of all reads.
+class ParameterReader {
+public:
+    explicit ParameterReader(PF_InData* in_data) : in_(in_data) {}
+
+    double fixed(int index) { return AEO::Parameter::Fixed(in_, index, err_); }
+    double angle(int index) { return AEO::Parameter::Angle(in_, index, err_); }
+    std::int32_t slider(int index) { return AEO::Parameter::Slider(in_, index, err_); }
+    std::int32_t popup(int index) { return AEO::Parameter::Popup(in_, index, err_); }
+    bool checkBox(int index) { return AEO::Parameter::CheckBox(in_, index, err_) != 0; }
+    RenderPoint point(int index) {
+        const auto position = AEO::Parameter::Point(in_, index, err_);
+        return {position.x, position.y};
+    }
+    int error() const { return err_; }
+
+private:
+    PF_InData* in_;
+    int err_ = PF_Err_NONE;
+};
+
+// The half pixel is added in parameter units; the vertical factor plays no part.
+double renderRadius(ParameterReader& read, const PF_InData& in_data) {
+    const PF_RationalScale& scale = in_data.downsample_x;
+    const double factor = static_cast<double>(scale.num) / static_cast<double>(scale.den);
+    return (read.fixed(kBlurRadius) + 0.5) * factor;
+}
+
+void readAperture(ParameterReader& read, RenderInfo& info) {
+    info.vertices = read.slider(kVertices);
+    info.roundness = read.fixed(kRoundness);
+    info.concentration = read.fixed(kConcentration);
+    info.deform = read.fixed(kDeform);
+    info.rotation = read.angle(kRotation);
+}
+
+void readHighlightsAndEdges(ParameterReader& read, RenderInfo& info) {
+    info.exposure = read.fixed(kExposure);
+    info.threshold = read.fixed(kThreshold);
+    info.repeatEdge = read.checkBox(kEdgeBehavior);
+}
+
+void readFocus(ParameterReader& read, RenderInfo& info) {
+    info.focalDistance = read.fixed(kFocalDistance);
+    info.useFocusPoint = read.checkBox(kUseFocusPoint) ? 1.0 : 0.0;
+    info.focusPoint0 = read.point(kFocusPoint0);
+    info.focusPoint1 = read.point(kFocusPoint1);
+    info.focusInterpolation = read.fixed(kFocusInterpolation);
+}
+
+void readDepthCurves(ParameterReader& read, RenderInfo& info) {
+    info.profile = read.fixed(kProfile);
+    info.profileSlope = std::tan((info.profile * kProfileReach + 1.0) * kPi * 0.25);
+    info.profileOffset = 0.0;
+    info.edgeLeak = std::tan(read.fixed(kRemoveEdgeLeak) * kEdgeLeakReach * kPi * 0.5);
+    info.edgeThreshold = read.fixed(kDetectEdgeThreshold);
+}
+
+}  // namespace
+
+// The host sees the order of the reads.
+int RenderInfo::extractParameters(PF_InData* in_data) {
+    ParameterReader read(in_data);
+    inData = in_data;
+    radius = renderRadius(read, *in_data);
+    readAperture(read, *this);
+
+    // Stays checked out until all is read.
+    AEO::Parameter shape(in_data, kCustomBlurShape);
+    const bool customShape = shape.layer()->reserved0 != nullptr;
+    customChannel = customShape ? read.popup(kCustomLayerChannel) : kChannelAlpha;
+
+    readHighlightsAndEdges(read, *this);
+    placement = read.popup(kPlacement);
+    depthChannel = read.popup(kDepthChannel);
+    compositeMode = read.popup(kCompositeMode);
+    pixelAspect = truncatedRatio(in_data->pixel_aspect_ratio);
+    layerCount = read.slider(kResolution);
+    invertDepth = read.checkBox(kInvertDepthMap);
+    readFocus(read, *this);
+    readDepthCurves(read, *this);
+    return read.error();
+}

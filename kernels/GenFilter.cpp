@@ -1,0 +1,130 @@
+#include "kernels/GenFilter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+constexpr double kHalfPi = 1.5707963267948966;
+constexpr double kTwoPi = 6.283185307179586;
+constexpr double kRadiansPerDegree = 0.017453292519943295;
+
+// Keeps the two edges of the weight apart, so that their difference can divide.
+constexpr double kEdgeGap = 1e-10;
+
+// Half the width of the antialiased band around the rim, in pixels of the image.
+constexpr double kRimBand = 2.0;
+// Samples of one pixel of the band along each axis.
+constexpr int kRimSamples = 3;
+
+PF_PixelFloat& pixelAt(const PF_LayerDef& image, int row, int col) {
+    auto* const bytes = static_cast<std::byte*>(image.data);
+    return reinterpret_cast<PF_PixelFloat*>(bytes + std::ptrdiff_t{image.rowbytes} * row)[col];
+}
+
+}  // namespace
+
+GenFilter::GenFilter(AEO::InData&, PF_InData*, const RenderInfo& info, AEO::EffectWorld& shape)
+    : shape_(shape), info_(info) {
+    setShape();
+    setWeight();
+    setMatrix();
+}
+
+void GenFilter::setShape() {
+    deformX = info_.deform > 0.0 ? 1.0 - info_.deform : 1.0;
+    deformY = info_.deform < 0.0 ? 1.0 + info_.deform : 1.0;
+    vertices = info_.vertices;
+    sectorAngle = kTwoPi / vertices;
+    cosHalfSector = std::cos(sectorAngle * 0.5);
+    rotationRad = info_.rotation * kRadiansPerDegree;
+    roundMix = 1.0 - std::tan((1.0 - info_.roundness) * kPi * 0.25);
+    // The sides of a star bend equally far inward whatever the number of vertices.
+    if (roundMix < 0.0) roundMix /= 1.0 - cosHalfSector;
+}
+
+// Up to a concentration of one half the edges move, from there on the power grows.
+void GenFilter::setWeight() {
+    const double c = info_.concentration;
+    if (c >= 0.0) {
+        weightEdge0 = 1.0;
+        weightEdge1 = std::max(1.0 - 2.0 * c - kEdgeGap, 0.0);
+    } else {
+        weightEdge0 = -kEdgeGap;
+        weightEdge1 = std::min(-2.0 * c, 1.0);
+    }
+    weightPower = std::max(std::tan(std::abs(c) * kHalfPi), 1.0);
+}
+
+// Turns by -rotation, then squeezes each axis.
+void GenFilter::setMatrix() {
+    const double s = std::sin(rotationRad);
+    const double k = std::cos(rotationRad);
+    shapeMatrix[0] = k / deformX;
+    shapeMatrix[1] = -s / deformY;
+    shapeMatrix[2] = s / deformX;
+    shapeMatrix[3] = k / deformY;
+}
+
+double GenFilter::estimateShapeRadius(double x, double y) const {
+    const double px = static_cast<double>(static_cast<float>(x));
+    const double py = static_cast<double>(static_cast<float>(y));
+    const auto& [a, b, c, d] = shapeMatrix;
+    const double u = a * px + c * py;
+    const double v = b * px + d * py;
+    const double angle = std::atan2(v, u);
+    const double distance = std::sqrt(u * u + v * v);
+
+    // The polygon's measure is constant along a side and equals the distance at its vertices.
+    const double middle = std::floor(angle / sectorAngle) * sectorAngle + 0.5 * sectorAngle;
+    const double polygon = distance * std::cos(angle - middle) / cosHalfSector;
+    return roundMix * distance + (1.0 - roundMix) * polygon;
+}
+
+double GenFilter::estimateWeightFunc(double r, double rimRadius) const {
+    double base = 0.0;
+    if (r < rimRadius) {
+        const double edge0 = rimRadius * weightEdge0;
+        const double edge1 = rimRadius * weightEdge1;
+        const double u = std::min(std::max((r - edge0) / (edge1 - edge0), 0.0), 1.0);
+        base = u * u * (3.0 - 2.0 * u);
+    }
+    return std::pow(base, weightPower);
+}
+
+int GenFilter::iterate(int, int index, int) {
+    const PF_LayerDef& image = shape_.world;
+    const int row = index / image.width;
+    const int col = index % image.width;
+    const double radius = image.width * 0.5;
+    const double dx = col - radius;
+    const double dy = row - image.height * 0.5;
+    const double weight = pixelWeight(dx, dy, radius);
+    pixelAt(image, row, col) = {static_cast<float>(weight), 0.0F, 0.0F, 0.0F};
+    return 0;
+}
+
+// The costly measure is kept off the pixels outside the circle, which no outline leaves. The point
+// is mirrored: the first vertex points to the left, and turns clockwise with growing rotation.
+double GenFilter::pixelWeight(double dx, double dy, double radius) const {
+    if (!(dx * dx + dy * dy < (radius + 1.0) * (radius + 1.0))) return 0.0;
+    const double r = estimateShapeRadius(-dx, -dy);
+    if (r < radius - kRimBand) return estimateWeightFunc(r / radius, 1.0);
+    if (r < radius + kRimBand) return rimWeight(dx, dy, radius);
+    return 0.0;
+}
+
+// The mean over a grid of samples inside the pixel.
+double GenFilter::rimWeight(double dx, double dy, double radius) const {
+    double sum = 0.0;
+    for (int j = 0; j < kRimSamples; ++j) {
+        for (int i = 0; i < kRimSamples; ++i) {
+            const double x = -0.5 - dx + (2 * i + 1) / (2.0 * kRimSamples);
+            const double y = -0.5 - dy + (2 * j + 1) / (2.0 * kRimSamples);
+            sum += estimateWeightFunc(estimateShapeRadius(x, y) / radius, 1.0);
+        }
+    }
+    return sum / (kRimSamples * kRimSamples);
+}

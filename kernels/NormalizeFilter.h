@@ -1,0 +1,30 @@
+#pragma once
+// Scales each kernel of a bank to unit gain.
+
+#include <cstddef>
+
+#include "host/AEO_Base.h"
+
+// Multiplies the real parts of the bank, lane by lane, with one factor a layer; the imaginary parts
+// are zero anyway. Item i of the iteration is block position i. `Bank` is a Filter<N>.
+template <class Bank>
+class NormalizeFilter {
+public:
+    using Factors = typename Bank::Element;
+
+    // Keeps its arguments by reference.
+    NormalizeFilter(AEO::InData& in, Bank& filter, const Factors& factors)
+        : inData_(in), filter_(filter), factors_(factors) {}
+
+    // Scales position `index`. Always 0.
+    int iterate(int, int index, int) {
+        typename Bank::Element& real = filter_[2 * static_cast<std::size_t>(index)];
+        for (std::size_t l = 0; l < Factors::kLanes; ++l) real[l] *= factors_[l];
+        return 0;
+    }
+
+private:
+    [[maybe_unused]] AEO::InData& inData_;
+    Bank& filter_;
+    const Factors& factors_;
+};

@@ -1,0 +1,182 @@
+#pragma once
+// What happens to one block: store, forward transform, multiply, inverse transform, unpack.
+
+#include "depth/DetectEdge.h"
+#include "depth/ExtractDepth.h"
+#include "depth/Sobel.h"
+#include "host/Iterator.h"
+#include "pipeline/Multiply.h"
+#include "pipeline/StoreBuffer.h"
+#include "pipeline/UnpackBuffer.h"
+#include "transform/FFT2D.h"
+
+// What the store stage knows of the depth map under one block, a value for each pixel of the block.
+// Without a depth map both are empty, and without edge suppression `edge` is.
+struct BlockDepth {
+    explicit BlockDepth(AEO::InData& hostData) : depth(hostData), edge(hostData) {}
+
+    AEO::Vector<float> depth;
+    AEO::Vector<float> edge;
+};
+
+// The stages of a frame's blocks, bound to the frame's buffers; everything is kept by reference.
+// Each stage is one or more iterations over the host's threads and returns the host's result; the
+// return from an iteration is the barrier between two stages.
+template <std::size_t N>
+class BlockStages {
+public:
+    using Layout = BlockLayout<N>;
+    using Element = typename Layout::Element;
+
+    // `filter` holds the kernels' spectra, `block` 2 x B x B elements. `pixelFormat` is the
+    // output's and the input's.
+    BlockStages(AEO::InData& hostData, const RenderInfo& info, const PF_LayerDef& input,
+                PF_LayerDef& output, PF_PixelFormat pixelFormat, const Filter<N>& filter,
+                FFTWeights& weights, AEO::Vector<Element>& block)
+        : hostData_(hostData),
+          info_(info),
+          input_(input),
+          output_(output),
+          pixelFormat_(pixelFormat),
+          filter_(filter),
+          weights_(weights),
+          block_(block) {}
+
+    // All stages for one tile and the block around it. The first error ends them; the tile is
+    // written only when all succeed.
+    int run(const iRect& tile, const iRect& rect) {
+        int err = fill(rect);
+        if (!err) err = forward();
+        if (!err) err = multiply(rect);
+        if (!err) err = inverse();
+        if (!err) err = unpack(tile, rect);
+        return err;
+    }
+
+    // Reads the depth map under a block and finds its edges.
+    int analyse(const iRect& rect, BlockDepth& map);
+    int store(const iRect& rect, const BlockDepth& map);
+    int forward();
+    int multiply(const iRect& rect);
+    int inverse() { return transform<Element>(true); }
+    int unpack(const iRect& tile, const iRect& rect);
+
+private:
+    int area() const { return static_cast<int>(filter_.size * filter_.size); }
+
+    int fill(const iRect& rect);
+    int extractDepth(const iRect& rect, AEO::Vector<float>& depth);
+    int detectEdges(const iRect& rect, BlockDepth& map);
+
+    // Resizes one of the block's small vectors; 4 when the host has no memory for it.
+    template <class T>
+    int allocate(AEO::Vector<T>& vector) {
+        vector.resize(filter_.size * filter_.size);
+        return vector.data() ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
+    }
+
+    // Transforms the block as an array of `View`, which has the size of an element.
+    template <class View>
+    int transform(bool back) {
+        static_assert(sizeof(View) == sizeof(Element));
+        FFT2D<View> fft(weights_, reinterpret_cast<View*>(block_.data()), filter_.size);
+        return fft.doFFT2D(hostData_, back);
+    }
+
+    template <class Stage>
+    int iterate(Stage stage, int count) {
+        return AEO::Iterator::IterationT(hostData_, stage, count);
+    }
+
+    AEO::InData& hostData_;
+    const RenderInfo& info_;
+    const PF_LayerDef& input_;
+    PF_LayerDef& output_;
+    const PF_PixelFormat pixelFormat_;
+    const Filter<N>& filter_;
+    FFTWeights& weights_;
+    AEO::Vector<Element>& block_;
+};
+
+// The depth values go as soon as the block is stored.
+template <std::size_t N>
+int BlockStages<N>::fill(const iRect& rect) {
+    BlockDepth map(hostData_);
+    const int err = analyse(rect, map);
+    return err ? err : store(rect, map);
+}
+
+template <std::size_t N>
+int BlockStages<N>::analyse([[maybe_unused]] const iRect& rect, [[maybe_unused]] BlockDepth& map) {
+    int err = PF_Err_NONE;
+    if constexpr (N >= 2) {
+        err = extractDepth(rect, map.depth);
+        if (!err && info_.edgeLeak > 0.0) err = detectEdges(rect, map);
+    }
+    return err;
+}
+
+template <std::size_t N>
+int BlockStages<N>::extractDepth(const iRect& rect, AEO::Vector<float>& depth) {
+    const int err = allocate(depth);
+    if (err) return err;
+    // The sampling box is the footprint of one frame pixel in the map.
+    double halfWidth = 0.5;
+    double halfHeight = 0.5;
+    if (info_.placement == kPlacementStretch) {
+        const PF_LayerDef& map = info_.depthWorld.world;
+        const PF_LRect& frame = info_.frameRect;
+        halfWidth = 0.5 * map.width / (frame.right - frame.left);
+        halfHeight = 0.5 * map.height / (frame.bottom - frame.top);
+    }
+    ExtractDepth extract(info_, info_.depthWorld, rect, depth, halfWidth, halfHeight);
+    return iterate(extract, area());
+}
+
+template <std::size_t N>
+int BlockStages<N>::detectEdges(const iRect& rect, BlockDepth& map) {
+    AEO::Vector<ET::vecT<double, 2>> gradient(hostData_);
+    int err = allocate(gradient);
+    if (!err) err = allocate(map.edge);
+    if (!err) err = iterate(Sobel(map.depth, rect, gradient), area());
+    if (!err) err = iterate(DetectEdge(gradient, rect, map.edge), area());
+    return err;
+}
+
+template <std::size_t N>
+int BlockStages<N>::store(const iRect& rect, const BlockDepth& map) {
+    return withPixelType(pixelFormat_, [&](auto pixel) {
+        using Store = StoreBuffer<decltype(pixel), N>;
+        return iterate(Store(info_, input_, map.depth, map.edge, rect, block_), area());
+    });
+}
+
+// Normal needs the colours and weights alone and transforms a narrower view of the block.
+template <std::size_t N>
+int BlockStages<N>::forward() {
+    if (info_.compositeMode == kCompositeNormal) {
+        return transform<typename Layout::NormalForwardElement>(false);
+    }
+    if (info_.compositeMode == kCompositeSplit) return transform<Element>(false);
+    return PF_Err_NONE;
+}
+
+template <std::size_t N>
+int BlockStages<N>::multiply(const iRect& rect) {
+    if (info_.compositeMode == kCompositeSplit) {
+        return iterate(Multiply<N, kCompositeSplit>(rect, filter_, block_), area());
+    }
+    if (info_.compositeMode == kCompositeNormal) {
+        return iterate(Multiply<N, kCompositeNormal>(rect, filter_, block_), area());
+    }
+    return PF_Err_NONE;
+}
+
+template <std::size_t N>
+int BlockStages<N>::unpack(const iRect& tile, const iRect& rect) {
+    return withPixelType(pixelFormat_, [&](auto pixel) {
+        using Unpack = UnpackBuffer<decltype(pixel), N>;
+        return iterate(Unpack(info_, filter_, block_, tile, rect, output_),
+                       tile.width() * tile.height());
+    });
+}

@@ -1,0 +1,21 @@
+#pragma once
+// The exposure curve, which opens highlights before the blur and closes them after it.
+//
+// It is the identity below `threshold` and joins it there with slope 1. Above, it grows
+// exponentially for an exposure above zero and flattens towards threshold - 1 / exposure for one
+// below zero. An exposure of zero is the identity throughout.
+
+#include <cmath>
+
+// Into the light domain of the convolution.
+inline double expandExposure(double value, double exposure, double threshold) {
+    if (exposure == 0.0 || value < threshold) return value;
+    return (std::exp((value - threshold) * exposure) - 1.0) / exposure + threshold;
+}
+
+// Back. Not a number where a negative exposure meets a value above threshold - 1 / exposure, which
+// no expanded value reaches.
+inline double compressExposure(double value, double exposure, double threshold) {
+    if (exposure == 0.0 || value < threshold) return value;
+    return std::log((value - threshold) * exposure + 1.0) / exposure + threshold;
+}

@@ -1,0 +1,101 @@
+#include "depth/DetectEdge.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+#include "depth/Sobel.h"
+#include "headless/Host.h"
+#include "host/Iterator.h"
+
+namespace {
+
+constexpr iRect kBlock{-5, 3, 11, 13};
+constexpr int kWidth = 16;
+constexpr int kHeight = 10;
+
+// Runs both stages over one block of depth values.
+class EdgeDetection : public testing::Test {
+protected:
+    void detect(const std::function<double(int x, int y)>& value) {
+        for (int y = 0; y < kHeight; ++y) {
+            for (int x = 0; x < kWidth; ++x) depth[at(x, y)] = static_cast<float>(value(x, y));
+        }
+        Sobel sobel(depth, kBlock, gradient);
+        ASSERT_EQ(AEO::Iterator::IterationT(context, sobel, kWidth * kHeight), 0);
+        DetectEdge detectEdge(gradient, kBlock, edge);
+        ASSERT_EQ(AEO::Iterator::IterationT(context, detectEdge, kWidth * kHeight), 0);
+    }
+
+    static std::size_t at(int x, int y) { return static_cast<std::size_t>(y * kWidth + x); }
+
+    // The Sobel operator over 3x3 pixels, a quarter of it, with the block's border repeated.
+    double expected(int x, int y) const {
+        double dx = 0.0, dy = 0.0;
+        for (int j = -1; j <= 1; ++j) {
+            for (int i = -1; i <= 1; ++i) {
+                const double d =
+                    depth[at(std::clamp(x + i, 0, kWidth - 1), std::clamp(y + j, 0, kHeight - 1))];
+                dx += i * (2 - std::abs(j)) * d;
+                dy += j * (2 - std::abs(i)) * d;
+            }
+        }
+        return std::hypot(dx, dy) / 4.0;
+    }
+
+    void SetUp() override {
+        depth.resize(kWidth * kHeight);
+        edge.resize(kWidth * kHeight);
+        gradient.resize(kWidth * kHeight);
+    }
+
+    headless::Host host;
+    PF_InData record = host.makeInData();
+    AEO::InData context{&record};
+    AEO::Vector<float> depth{context};
+    AEO::Vector<float> edge{context};
+    AEO::Vector<ET::vecT<double, 2>> gradient{context};
+};
+
+TEST_F(EdgeDetection, EqualsASobelOperator) {
+    detect([](int x, int y) { return (x * 37 + y * 101 + x * y * 13) % 29 / 28.0; });
+    for (int y = 0; y < kHeight; ++y) {
+        for (int x = 0; x < kWidth; ++x) {
+            ASSERT_NEAR(edge[at(x, y)], expected(x, y), 1e-6) << x << ", " << y;
+        }
+    }
+}
+
+TEST_F(EdgeDetection, GivesOneOnBothSidesOfAStep) {
+    for (const double sign : {1.0, -1.0}) {
+        detect([&](int x, int) { return x >= 6 ? sign : 0.0; });
+        for (int x = 0; x < kWidth; ++x) {
+            ASSERT_EQ(edge[at(x, 4)], x == 5 || x == 6 ? 1.0f : 0.0f) << x;
+        }
+        detect([&](int, int y) { return y >= 6 ? sign : 0.0; });
+        for (int y = 0; y < kHeight; ++y) {
+            ASSERT_EQ(edge[at(3, y)], y == 5 || y == 6 ? 1.0f : 0.0f) << y;
+        }
+    }
+}
+
+TEST_F(EdgeDetection, GivesTwiceTheSlopeOfARampAndHalfOfThatAtTheBorders) {
+    detect([](int x, int) { return x / 32.0; });
+    EXPECT_EQ(edge[at(0, 0)], 1.0f / 32.0f);
+    EXPECT_EQ(edge[at(7, 9)], 2.0f / 32.0f);
+    EXPECT_EQ(edge[at(kWidth - 1, 5)], 1.0f / 32.0f);
+    detect([](int, int y) { return -y / 32.0; });
+    EXPECT_EQ(edge[at(0, 0)], 1.0f / 32.0f);
+    EXPECT_EQ(edge[at(15, 5)], 2.0f / 32.0f);
+    EXPECT_EQ(edge[at(7, kHeight - 1)], 1.0f / 32.0f);
+}
+
+TEST_F(EdgeDetection, FindsNothingInAFlatBlock) {
+    detect([](int, int) { return 0.7; });
+    EXPECT_TRUE(std::all_of(edge.data(), edge.data() + edge.size(),
+                            [](float strength) { return strength == 0.0f; }));
+}
+
+}  // namespace

@@ -1,0 +1,165 @@
+// What a frame makes of failures of the host: the code, the message, the picture, the books.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+
+#include "frame/FrameSetup.h"
+
+namespace frame {
+namespace {
+
+constexpr const char* kMemoryMessage =
+    "TARNWICK Orbel\nMemory is insufficient.\nReduce [Blur Radius] or [Resolution] of Depth Map.";
+
+headless::FrameRequest smallFrame() {
+    return requestFor(noisePicture(60, 30, 32), 32);
+}
+
+void expectAllGivenBack(BlurEffect& blur) {
+    const headless::Accounts accounts = blur.host.accounts();
+    EXPECT_TRUE(accounts.clean()) << accounts.describe();
+}
+
+void expectMemoryShortage(const headless::FrameResult& result) {
+    EXPECT_EQ(result.status, PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(result.message, kMemoryMessage);
+    EXPECT_TRUE(result.outputUntouched);
+    const std::vector<std::string> lines{"TARNWICK Orbel", "Insufficient memory",
+                                         "Decrease Orbel radius or Depth Layer Resolution."};
+    EXPECT_EQ(result.info.lines, lines);
+    EXPECT_EQ(result.info.color.alpha, 255);
+    EXPECT_EQ(result.info.color.red, 0);
+    EXPECT_EQ(result.info.color.green, 0);
+    EXPECT_EQ(result.info.color.blue, 255);
+}
+
+// What the host held after each request of an unlimited frame, in order.
+headless::MemoryUse measuredMemory(BlurEffect& blur) {
+    blur.host.resetPeak();
+    blur.host.startCallLog();
+    EXPECT_EQ(blur.render(smallFrame()).status, 0);
+    blur.host.takeCallLog();
+    return blur.host.memory();
+}
+
+class MemoryShortage : public testing::TestWithParam<int> {
+protected:
+    static constexpr std::uint64_t kBlockPixels = 64 * 64;
+
+    // Bytes of the kernel bank and of the block buffer, with their handle words.
+    static std::uint64_t bankBytes(int layers) {
+        return 2 * kBlockPixels * static_cast<std::uint64_t>(layers) * 8 + 8;
+    }
+    static std::uint64_t blockBytes(int layers) {
+        return 2 * kBlockPixels * static_cast<std::uint64_t>(layers == 1 ? 4 : 5 * layers) * 8 + 8;
+    }
+};
+
+TEST_P(MemoryShortage, IsToldAndLeavesThePictureAlone) {
+    const int layers = GetParam();
+    BlurEffect blur;
+    if (layers > 1) blur.useDepth(depthPicture(60, 30), layers);
+    const auto use = measuredMemory(blur);
+    const auto& held = use.afterEachRequest;
+    const std::uint64_t base = blur.host.memory().current;
+
+    // The bank is the first large request and the block buffer follows it.
+    const auto large = std::find_if(held.begin(), held.end(), [&](std::uint64_t bytes) {
+        return bytes >= base + bankBytes(layers);
+    });
+    ASSERT_NE(large, held.end());
+    ASSERT_NE(large + 1, held.end());
+    EXPECT_EQ(*(large + 1) - *large, blockBytes(layers));
+    for (const std::uint64_t afterRequest : {*large, *(large + 1)}) {
+        blur.host.setMemoryLimit(afterRequest - 1);
+        expectMemoryShortage(blur.render(smallFrame()));
+        expectAllGivenBack(blur);
+    }
+
+    blur.host.setMemoryLimit(use.peak);
+    EXPECT_EQ(blur.render(smallFrame()).status, 0);
+    expectAllGivenBack(blur);
+}
+
+INSTANTIATE_TEST_SUITE_P(Layers, MemoryShortage, testing::Values(1, 3, 16));
+
+// The limit at each request in turn: never a crash, never anything lost.
+TEST(FrameFailures, EveryRequestForMemoryMayFail) {
+    BlurEffect blur;
+    blur.effect.parameters().setLayer(blur.effect.parameters().find("Custom Blur Shape"), nullptr);
+    blur.useDepth(depthPicture(60, 30), 2);
+    blur.set("Remove Edge Leak", 0.5);
+    const auto use = measuredMemory(blur);
+    for (const auto operation : {headless::Operation::NewHandle, headless::Operation::NewWorld}) {
+        for (int k = 1; k <= static_cast<int>(use.afterEachRequest.size()); ++k) {
+            blur.host.failures().clear();
+            blur.host.failAt(operation, k, PF_Err_OUT_OF_MEMORY);
+            const auto result = blur.render(smallFrame());
+            EXPECT_TRUE(result.status == 0 || result.status == PF_Err_OUT_OF_MEMORY) << k;
+            expectAllGivenBack(blur);
+        }
+    }
+}
+
+TEST(FrameFailures, EveryIterationMayFail) {
+    BlurEffect blur;
+    blur.useDepth(depthPicture(60, 30), 2);
+    blur.host.failures().clear();
+    ASSERT_EQ(blur.render(smallFrame()).status, 0);
+    const auto iterations = blur.host.failures().count(headless::Operation::IterateGeneric);
+    ASSERT_GT(iterations, 10);
+    for (std::int64_t k = 1; k <= iterations; ++k) {
+        blur.host.failures().clear();
+        blur.host.failAt(headless::Operation::IterateGeneric, k, PF_Err_INTERNAL_STRUCT_DAMAGED);
+        EXPECT_EQ(blur.render(smallFrame()).status, PF_Err_INTERNAL_STRUCT_DAMAGED) << k;
+        // Nothing runs behind the failed stage.
+        EXPECT_EQ(blur.host.failures().count(headless::Operation::IterateGeneric), k);
+        expectAllGivenBack(blur);
+    }
+}
+
+TEST(FrameFailures, CancelAtEachProgressReport) {
+    BlurEffect blur;
+    for (int k = 1; k <= 3; ++k) {
+        blur.host.failures().clear();
+        blur.host.failAt(headless::Operation::Progress, k, PF_Interrupt_CANCEL);
+        const auto result = blur.render(smallFrame());
+        EXPECT_EQ(result.status, PF_Interrupt_CANCEL);
+        EXPECT_EQ(result.outputUntouched, k == 1);
+        EXPECT_TRUE(result.message.empty());
+        EXPECT_EQ(blur.host.failures().count(headless::Operation::Progress), k);
+        expectAllGivenBack(blur);
+    }
+}
+
+TEST(FrameFailures, CancelFlagStopsRunningIterations) {
+    BlurEffect blur;
+    std::atomic<bool> cancel{true};
+    auto request = smallFrame();
+    request.cancel = &cancel;
+    EXPECT_EQ(blur.render(request).status, PF_Interrupt_CANCEL);
+    expectAllGivenBack(blur);
+}
+
+TEST(FrameFailures, MissingSamplingSuiteWhileKernelsAreBuilt) {
+    BlurEffect blur;
+    // The command's context takes the first acquisition, in the pre-render and in the render; the
+    // kernels' own comes third, on a worker thread, and the code crosses the host as an exception.
+    for (const std::int64_t k : {3}) {
+        blur.host.failures().failSuite("PF SamplingFloat Suite", k);
+        EXPECT_EQ(blur.render(smallFrame()).status, PF_Err_BAD_CALLBACK_PARAM);
+        expectAllGivenBack(blur);
+    }
+}
+
+TEST(FrameFailures, FailedSamplesEndTheFrame) {
+    BlurEffect blur;
+    blur.host.failAt(headless::Operation::AreaSample, 100, PF_Err_INVALID_CALLBACK);
+    EXPECT_EQ(blur.render(smallFrame()).status, PF_Err_INVALID_CALLBACK);
+    expectAllGivenBack(blur);
+}
+
+}  // namespace
+}  // namespace frame

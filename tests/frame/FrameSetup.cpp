@@ -1,0 +1,135 @@
+#include "frame/FrameSetup.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <random>
+
+namespace frame {
+namespace {
+
+headless::HostOptions optionsWith(int threads) {
+    headless::HostOptions options;
+    options.threads = threads;
+    return options;
+}
+
+float uniform(std::mt19937& random) {
+    return static_cast<float>(random() % 4096) / 4095.0F;
+}
+
+// How far `got` lies from `want`; not-a-numbers on both sides agree.
+double distance(double got, double want) {
+    if (std::isnan(got) && std::isnan(want)) return 0;
+    const double d = std::fabs(got - want);
+    return std::isnan(d) ? HUGE_VAL : d;
+}
+
+}  // namespace
+
+BlurEffect::BlurEffect(int threads)
+    : host(optionsWith(threads)), effect(host, ORBEL_BUNDLE), shape(shapePicture()) {
+    effect.setUp();
+    set("Blur Radius", 5.5);
+    effect.parameters().setLayer(effect.parameters().find("Custom Blur Shape"), shape);
+    effect.parameters().setChoice(effect.parameters().find("Custom Layer Channel"), "Alpha");
+    set("Exposure", 2.0);
+}
+
+void BlurEffect::useDepth(std::shared_ptr<const headless::World> map, int layers) {
+    effect.parameters().setLayer(effect.parameters().find("Depth Map/Layer"), std::move(map));
+    effect.parameters().setChoice(effect.parameters().find("Depth Map/Channel"), "Red");
+    set("Resolution", layers);
+}
+
+std::shared_ptr<headless::World> noisePicture(int width, int height, int bits, unsigned seed) {
+    auto world = std::make_shared<headless::World>(width, height, headless::formatOfBits(bits));
+    std::mt19937 random(seed);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const float alpha = random() % 2 == 0 ? 1.0F : uniform(random);
+            const float light = random() % 50 == 0 ? 1.0F : 0.4F;
+            world->set(x, y, {alpha, light * uniform(random), light * uniform(random), light});
+        }
+    }
+    return world;
+}
+
+std::shared_ptr<headless::World> depthPicture(int width, int height) {
+    auto world = std::make_shared<headless::World>(width, height, PF_PixelFormat_ARGB128);
+    std::mt19937 random(7);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const float ramp = 0.6F * static_cast<float>(x) / static_cast<float>(width);
+            const float step = y > height / 2 ? 0.3F : 0.0F;
+            const float noise = 0.1F * uniform(random);
+            world->set(x, y, {1.0F, ramp + step + noise, 0.1F, 0.2F});
+        }
+    }
+    return world;
+}
+
+std::shared_ptr<headless::World> shapePicture() {
+    constexpr int kSide = 12;
+    auto world = std::make_shared<headless::World>(kSide, kSide, PF_PixelFormat_ARGB128);
+    for (int y = 1; y < kSide - 1; ++y) {
+        for (int x = 1; x < kSide - 1; ++x) {
+            const float weight = static_cast<float>(3 * x + x * y) / 140.0F;
+            world->set(x, y, {y < 4 && x < 5 ? 0.0F : weight, 1, 1, 1});
+        }
+    }
+    return world;
+}
+
+headless::FrameRequest requestFor(std::shared_ptr<const headless::World> input, int bits) {
+    headless::FrameRequest request;
+    request.input = std::move(input);
+    request.bits = bits;
+    return request;
+}
+
+void expectPixels(const headless::World& output, const std::vector<reference::Pixel>& expected,
+                  double relative) {
+    const int bits = headless::bitsOfFormat(output.format());
+    const double step = bits == 32 ? relative : 1.001 / (bits == 8 ? 255 : 32768);
+    const double top = bits == 32 ? HUGE_VAL : 1.0;
+    ASSERT_EQ(expected.size(),
+              static_cast<std::size_t>(output.width()) * static_cast<std::size_t>(output.height()));
+    double worst = 0;
+    std::string place;
+    for (int y = 0; y < output.height(); ++y) {
+        for (int x = 0; x < output.width(); ++x) {
+            const PF_PixelFloat got = output.get(x, y);
+            const reference::Pixel& want =
+                expected[static_cast<std::size_t>(y * output.width() + x)];
+            const double pairs[4][2] = {{got.alpha, want.alpha},
+                                        {got.red, want.red},
+                                        {got.green, want.green},
+                                        {got.blue, want.blue}};
+            // Where hardly any light arrives, a colour is the quotient of two roundings.
+            const int channels = want.alpha > 1e-6 ? 4 : 1;
+            for (int c = 0; c < channels; ++c) {
+                const double clamped = std::min(pairs[c][1], top);
+                const double d = distance(pairs[c][0], clamped) / std::max(1.0, std::fabs(clamped));
+                if (!(d > worst)) continue;
+                worst = d;
+                place = "pixel " + std::to_string(x) + ", " + std::to_string(y) + " channel " +
+                        std::to_string(c) + ": " + std::to_string(pairs[c][0]) + " instead of " +
+                        std::to_string(pairs[c][1]);
+            }
+        }
+    }
+    EXPECT_LE(worst, step) << place;
+}
+
+bool sameBits(const headless::World& a, const headless::World& b) {
+    if (a.format() != b.format() || a.width() != b.width() || a.height() != b.height())
+        return false;
+    const auto bytes = static_cast<std::size_t>(a.width() * headless::bytesPerPixel(a.format()));
+    for (int y = 0; y < a.height(); ++y) {
+        if (std::memcmp(a.bytesOfRow(y), b.bytesOfRow(y), bytes) != 0) return false;
+    }
+    return true;
+}
+
+}  // namespace frame

@@ -1,0 +1,68 @@
+#include "pipeline/BlockGeometry.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+struct Case {
+    std::size_t size;
+    double radius;
+};
+// The block sizes that the radii lead to; 15.5 has the widest apron that a block of 64 allows.
+constexpr Case kCases[] = {{64, 0.5}, {64, 10.25}, {64, 15.5}, {128, 16.0}, {256, 50.5}};
+
+// The tiles of a frame cover every pixel exactly once, and each block holds its tile with at least
+// the kernel's reach around it on all sides.
+TEST(BlockGeometry, TilesCoverTheFrameOnceInsideTheirBlocks) {
+    for (const auto& [size, radius] : kCases) {
+        const int blockSize = static_cast<int>(size);
+        const int reach = static_cast<int>(std::ceil(radius));
+        const int stride = blockSize - 2 * reach;
+        for (const int width : {1, stride - 1, stride, stride + 1, 3 * stride + 7}) {
+            const int height = 2 * stride - width % 5;
+            const BlockGeometry geometry(size, radius, width, height);
+            std::vector<int> hits(static_cast<std::size_t>(width * height));
+            for (int b = 0; b < geometry.count(); ++b) {
+                const iRect tile = geometry.tile(b);
+                const iRect block = geometry.block(tile);
+                ASSERT_EQ(block.width(), blockSize);
+                ASSERT_EQ(block.height(), blockSize);
+                const int left = tile.left - block.left;
+                const int right = block.right - tile.right;
+                const int above = tile.top - block.top;
+                const int below = block.bottom - tile.bottom;
+                ASSERT_GE(std::min(left, above), reach) << "radius " << radius;
+                // In the middle, the odd pixel on the right or at the bottom.
+                ASSERT_EQ(right - left, (blockSize - tile.width()) % 2);
+                ASSERT_EQ(below - above, (blockSize - tile.height()) % 2);
+                for (int y = tile.top; y < tile.bottom; ++y) {
+                    for (int x = tile.left; x < tile.right; ++x) {
+                        ASSERT_TRUE(x < width && y < height);
+                        ++hits[static_cast<std::size_t>(y * width + x)];
+                    }
+                }
+            }
+            EXPECT_EQ(hits, std::vector<int>(hits.size(), 1)) << width << " x " << height;
+        }
+    }
+}
+
+TEST(BlockGeometry, TilesGoRowByRowAndTheLastIsNarrow) {
+    const BlockGeometry geometry(64, 15.5, 33, 40);  // stride 32
+    ASSERT_EQ(geometry.count(), 4);
+    const iRect second = geometry.tile(1);
+    EXPECT_EQ(second.left, 32);
+    EXPECT_EQ(second.top, 0);
+    EXPECT_EQ(second.width(), 1);
+    EXPECT_EQ(second.height(), 32);
+    EXPECT_EQ(geometry.block(second).left, 32 - 31);
+    const iRect third = geometry.tile(2);
+    EXPECT_EQ(third.left, 0);
+    EXPECT_EQ(third.top, 32);
+    EXPECT_EQ(third.height(), 8);
+    EXPECT_EQ(BlockGeometry(64, 15.5, 32, 32).count(), 1);
+}
+
+}  // namespace
