@@ -1,0 +1,18 @@
+#pragma once
+
+#include "cli/Command.h"
+
+namespace cli {
+
+// `orbel about`: what the effect says about itself.
+class AboutCommand : public Command {
+public:
+    AboutCommand(CLI::App& parent, const Invocation& invocation);
+    int run() override;
+
+private:
+    const Invocation& m_invocation;
+    std::string m_bundle;
+};
+
+}  // namespace cli

@@ -1,0 +1,166 @@
+#include "cli/App.h"
+
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <array>
+#include <memory>
+#include <new>
+#include <optional>
+#include <ostream>
+
+#include "cli/AboutCommand.h"
+#include "cli/BundleLocator.h"
+#include "cli/CompareCommand.h"
+#include "cli/EffectSession.h"
+#include "cli/Errors.h"
+#include "cli/Messages.h"
+#include "cli/ParameterOptions.h"
+#include "cli/ParamsCommand.h"
+#include "cli/RenderCommand.h"
+#include "cli/SceneCommand.h"
+
+namespace cli {
+namespace {
+
+// The effect's controls, or why they aren't known.
+struct Controls {
+    std::vector<headless::ParameterInfo> list;
+    std::optional<Failure> failure;
+};
+
+Controls declaredControls(const Invocation& invocation) {
+    try {
+        EffectSession session(
+            requireBundle(bundleArgument(invocation.arguments), invocation.programFolder));
+        return {session.effect().parameters().infos(), std::nullopt};
+    } catch (const Failure& failure) {
+        return {{}, failure};
+    }
+}
+
+bool needsControls(const Invocation& invocation) {
+    if (invocation.arguments.empty()) return false;
+    const std::string& command = invocation.arguments.front();
+    return command == "render" || command == "params";
+}
+
+// All subcommands, in the order of the help text.
+std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& app, const Invocation& invocation,
+                                                   const Controls& controls) {
+    std::vector<std::unique_ptr<Command>> commands;
+    commands.push_back(std::make_unique<RenderCommand>(app, invocation, controls.list));
+    commands.push_back(std::make_unique<ParamsCommand>(app, invocation, controls.list));
+    commands.push_back(std::make_unique<SceneCommand>(app, invocation));
+    commands.push_back(std::make_unique<CompareCommand>(app, invocation));
+    commands.push_back(std::make_unique<AboutCommand>(app, invocation));
+    return commands;
+}
+
+std::vector<std::string> longOptions(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    }
+    return names;
+}
+
+// Complains about the first argument that nobody took.
+[[noreturn]] void refuseArgument(const std::string& argument, const std::string& command,
+                                 const std::vector<std::string>& known) {
+    const bool option = argument.starts_with("-");
+    const std::string nearest = nearestOption(argument, known);
+    throw UsageError((option ? "unknown option " : "unexpected argument ") + argument +
+                     (option && !nearest.empty() ? "; did you mean " + nearest + "?" : "") +
+                     "; see orbel " + command + "--help");
+}
+
+std::string firstOptionOf(const std::vector<std::string>& arguments) {
+    for (const std::string& argument : arguments) {
+        if (argument.starts_with("-")) return argument;
+    }
+    return arguments.front();
+}
+
+[[noreturn]] void refuseMissingCommand(const Invocation& invocation,
+                                       const std::vector<std::unique_ptr<Command>>& commands) {
+    if (invocation.arguments.empty()) throw UsageError("no command given; see orbel --help");
+    std::vector<std::string> names;
+    for (const auto& command : commands) names.push_back(command->app().get_name());
+    const std::string& given = invocation.arguments.front();
+    const std::string nearest = nearestOption(given, names);
+    throw UsageError("unknown command " + given +
+                     (nearest.empty() ? "" : "; did you mean " + nearest + "?") +
+                     "; see orbel --help");
+}
+
+void parse(CLI::App& app, const Invocation& invocation) {
+    std::vector<std::string> reversed(invocation.arguments.rbegin(), invocation.arguments.rend());
+    try {
+        app.parse(reversed);
+    } catch (const CLI::Success&) {
+        throw;  // a request for help or the version
+    } catch (const CLI::ParseError& error) {
+        const auto parsed = app.get_subcommands();
+        const std::string command = parsed.empty() ? "" : parsed.front()->get_name() + " ";
+        throw UsageError(oneLine(error.what()) + "; see orbel " + command + "--help");
+    }
+}
+
+int runCommand(const Invocation& invocation) {
+    const Controls controls = needsControls(invocation) ? declaredControls(invocation) : Controls{};
+
+    CLI::App app("A custom lens blur for pictures.", "orbel");
+    app.set_version_flag("--version", "orbel " ORBEL_VERSION, "print the version");
+    app.set_help_flag("-h,--help", "print this help");
+    app.allow_extras();
+    app.get_formatter()->column_width(40);
+    if (controls.failure) {
+        app.footer("The effect's own options can't be listed: " +
+                   std::string(controls.failure->what()));
+    }
+    const auto commands = makeCommands(app, invocation, controls);
+
+    try {
+        parse(app, invocation);
+    } catch (const CLI::Success& request) {
+        return app.exit(request, invocation.out, invocation.err);
+    }
+    for (const auto& command : commands) {
+        if (!command->app().parsed()) continue;
+        if (controls.failure) throw *controls.failure;
+        if (!app.remaining().empty()) refuseArgument(app.remaining().front(), "", longOptions(app));
+        const std::vector<std::string> extras = command->app().remaining();
+        if (!extras.empty()) {
+            refuseArgument(firstOptionOf(extras), command->app().get_name() + " ",
+                           longOptions(command->app()));
+        }
+        return command->run();
+    }
+    refuseMissingCommand(invocation, commands);
+}
+
+}  // namespace
+
+int runTool(const Invocation& invocation) {
+    const auto say = [&](const std::string& text) {
+        invocation.err << "orbel: " << oneLine(text) << std::endl;
+    };
+    try {
+        const int code = runCommand(invocation);
+        if (invocation.out.flush()) return code;
+        say("cannot write to standard output; is the disk full?");
+    } catch (const UsageError& error) {
+        say(error.what());
+        return kExitUsage;
+    } catch (const Interrupted&) {
+        say("cancelled");
+        return kExitInterrupted;
+    } catch (const std::bad_alloc&) {
+        say("out of memory; try --downsample 1/2 or a smaller picture");
+    } catch (const std::exception& error) {
+        say(error.what());
+    }
+    return kExitFailure;
+}
+
+}  // namespace cli

@@ -1,0 +1,128 @@
+#include "cli/EffectOptions.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "cli/Errors.h"
+#include "cli/Numbers.h"
+#include "cli/PictureReader.h"
+#include "cli/WorldPixels.h"
+
+namespace cli {
+namespace {
+
+constexpr const char* kDepthLayer = "depth-map-layer";
+constexpr const char* kShapeLayer = "custom-blur-shape";
+constexpr const char* kShapeChannel = "Custom Layer Channel";
+
+// What one pixel gives to the shape. `channel` is red, green, blue, alpha (1 to 4) or the mean of
+// the colours; light without alpha doesn't count.
+float shapeValue(const float* rgba, int channel) {
+    if (channel == 4) return rgba[3];
+    if (rgba[3] <= 0.0F) return 0.0F;
+    if (channel >= 1 && channel <= 3) return rgba[channel - 1];
+    return (rgba[0] + rgba[1] + rgba[2]) / 3.0F;
+}
+
+// An aperture that is black throughout lets no light in, and nothing could be drawn with it.
+void requireShape(const headless::World& shape, int channel, const std::string& file) {
+    const std::vector<float> pixels = straightPixels(shape);
+    for (std::size_t i = 0; i < pixels.size(); i += kChannels) {
+        if (shapeValue(pixels.data() + i, channel) > 0.0F) return;
+    }
+    throw Failure("the blur shape " + file +
+                  " has no pixels above 0 in its channel; give another picture or "
+                  "--custom-layer-channel");
+}
+
+std::shared_ptr<headless::World> readLayer(const std::string& file, Messages& messages) {
+    Picture picture = readPicture(file);
+    const Repairs repairs = repair(picture);
+    if (repairs.notFinite > 0) {
+        messages.warn(file + ": " + counted(repairs.notFinite, "value") +
+                      " not finite; NaN became 0, infinity 65504");
+    }
+    return makeWorld(picture, worldBits(picture.type));
+}
+
+}  // namespace
+
+EffectOptions::EffectOptions(std::vector<headless::ParameterInfo> controls)
+    : m_controls(std::move(controls)) {}
+
+void EffectOptions::addTo(CLI::App& app) {
+    m_controls.addTo(app);
+    if (m_controls.empty()) return;
+    const std::string group = "Distances in a depth map";
+    app.add_option("--depth-near", m_near, "distance that becomes 1, the near end")
+        ->type_name("D")
+        ->group(group);
+    app.add_option("--depth-far", m_far, "distance that becomes 0, the far end")
+        ->type_name("D")
+        ->group(group);
+    app.add_flag("--depth-auto", m_automatic, "near and far are the range of the map; prints it")
+        ->group(group);
+    app.add_flag("--depth-inverse", m_inverse, "even steps of 1/distance between the two")
+        ->group(group);
+}
+
+bool EffectOptions::any() const {
+    return !m_controls.settings().empty() || !m_near.empty() || !m_far.empty() || m_automatic ||
+           m_inverse;
+}
+
+std::vector<std::string> EffectOptions::files() const {
+    std::vector<std::string> names;
+    for (const Setting& setting : m_controls.settings()) {
+        if (setting.info.type == PF_Param_LAYER) names.push_back(setting.text);
+    }
+    return names;
+}
+
+DepthMapping EffectOptions::mapping() const {
+    DepthMapping mapping;
+    if (!m_near.empty()) mapping.near = parseDistance("--depth-near", m_near);
+    if (!m_far.empty()) mapping.far = parseDistance("--depth-far", m_far);
+    mapping.automatic = m_automatic;
+    mapping.inverse = m_inverse;
+    requireConsistent(mapping);
+    if ((mapping.maps() || m_inverse) && !m_controls.layer(kDepthLayer)) {
+        throw UsageError("distances are given, but no map: add --depth-map-layer FILE");
+    }
+    return mapping;
+}
+
+void EffectOptions::applyLayer(headless::ParameterSet& parameters, const Setting& setting,
+                               Messages& messages, std::ostream& out) const {
+    const std::string option = optionName(setting.info);
+    if (option != kDepthLayer) {
+        const auto world = readLayer(setting.text, messages);
+        if (option == kShapeLayer) {
+            const double channel = parameters.value(parameters.find(kShapeChannel));
+            requireShape(*world, static_cast<int>(channel), setting.text);
+        }
+        parameters.setLayer(setting.info.index, world);
+        return;
+    }
+    const DepthMap map = readDepthMap(setting.text, mapping(), messages);
+    if (m_automatic && !messages.quiet()) {
+        out << "depth: " << numberText(map.range.least) << " (near) to "
+            << numberText(map.range.most) << " (far)"
+            << std::endl;  // a reader may wait for it while the render runs
+    }
+    parameters.setLayer(setting.info.index, map.world);
+}
+
+void EffectOptions::apply(headless::ParameterSet& parameters, Messages& messages,
+                          std::ostream& out) const {
+    mapping();  // complain about the command line before any file is read
+    const std::vector<Setting> settings = m_controls.settings();
+    for (const Setting& setting : settings) {
+        if (setting.info.type != PF_Param_LAYER) applySetting(parameters, setting);
+    }
+    for (const Setting& setting : settings) {
+        if (setting.info.type == PF_Param_LAYER) applyLayer(parameters, setting, messages, out);
+    }
+}
+
+}  // namespace cli

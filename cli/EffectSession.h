@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "headless/Effect.h"
+#include "headless/Host.h"
+
+namespace cli {
+
+// The bundle to load. Throws Failure, with the places that were looked at, if there is none.
+std::filesystem::path requireBundle(const std::string& named,
+                                    const std::filesystem::path& programFolder);
+
+// A host with the effect set up in it. One at a time.
+class EffectSession {
+public:
+    // Throws Failure if the bundle can't be loaded or set up.
+    explicit EffectSession(const std::filesystem::path& bundle,
+                           const headless::HostOptions& options = {});
+
+    headless::Host& host() { return m_host; }
+    headless::Effect& effect() { return *m_effect; }
+
+private:
+    headless::Host m_host;
+    std::unique_ptr<headless::Effect> m_effect;
+};
+
+}  // namespace cli

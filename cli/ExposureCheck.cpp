@@ -1,0 +1,42 @@
+#include "cli/ExposureCheck.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "cli/Numbers.h"
+
+namespace cli {
+namespace {
+
+// The curve is an exponential of this argument. e^35 is about 2^50: next to it, a value of 1 is
+// lost in the 53 bits of a double. e^700 nearly is the largest double.
+constexpr double kNoisyArgument = 35.0;
+constexpr double kLostArgument = 700.0;
+
+}  // namespace
+
+std::optional<double> suitableExposure(double exposure, double threshold, double largest) {
+    const double span = largest - threshold;
+    if (exposure <= 0.0 || span <= 0.0 || exposure * span <= kNoisyArgument) return std::nullopt;
+    const double limit = kNoisyArgument / span;
+    // In tenths, as the slider shows it; in two digits where a tenth is already too much.
+    const double step = limit >= 0.1 ? 0.1 : std::pow(10.0, std::floor(std::log10(limit)) - 1.0);
+    const double suitable = std::floor(limit / step) * step;
+    constexpr double kSmallestSetting = 1.0 / 65536.0;
+    return suitable < kSmallestSetting ? 0.0 : suitable;
+}
+
+void warnAboutExposure(const headless::ParameterSet& parameters, double largestColour,
+                       Messages& messages) {
+    const double exposure = parameters.value(parameters.find("Exposure"));
+    const double threshold = parameters.value(parameters.find("Threshold"));
+    const auto suitable = suitableExposure(exposure, threshold, largestColour);
+    if (!suitable) return;
+    const bool lost = exposure * (largestColour - threshold) > kLostArgument;
+    messages.warn("Exposure " + numberText(exposure) + " is too much for colours up to " +
+                  numberText(largestColour) + ": " +
+                  (lost ? "the picture will be lost" : "rounding noise will drown dark places") +
+                  "; the largest that suits is --exposure " + numberText(*suitable));
+}
+
+}  // namespace cli

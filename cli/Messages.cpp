@@ -1,0 +1,37 @@
+#include "cli/Messages.h"
+
+#include <cctype>
+#include <ostream>
+
+namespace cli {
+
+std::string oneLine(std::string_view text) {
+    std::string line;
+    for (const char c : text) {
+        const bool blank = std::isspace(static_cast<unsigned char>(c)) != 0;
+        if (!blank) {
+            line += c;
+        } else if (!line.empty() && line.back() != ' ') {
+            line += ' ';
+        }
+    }
+    while (!line.empty() && line.back() == ' ') line.pop_back();
+    return line;
+}
+
+std::string counted(std::size_t count, std::string_view noun) {
+    std::string text = std::to_string(count) + " ";
+    text += noun;
+    if (count != 1) text += 's';
+    return text;
+}
+
+void Messages::note(std::string_view text) {
+    if (!m_quiet) m_stream << "orbel: " << oneLine(text) << '\n';
+}
+
+void Messages::warn(std::string_view text) {
+    if (!m_quiet) m_stream << "orbel: warning: " << oneLine(text) << '\n';
+}
+
+}  // namespace cli

@@ -1,0 +1,31 @@
+#pragma once
+// Numbers as users write them. Each function throws UsageError, naming `option` and the form that
+// is wanted, for a text of another form.
+
+#include <cstdint>
+#include <string>
+
+#include "cli/Picture.h"
+#include "platform/Scalars.h"
+
+namespace cli {
+
+// A finite decimal number; nothing may follow it.
+double parseNumber(const std::string& option, const std::string& text);
+// The same, with "inf" for infinity.
+double parseDistance(const std::string& option, const std::string& text);
+// A whole number from `least` to `most`.
+int parseWhole(const std::string& option, const std::string& text, int least, int most);
+// "N/D" or "N", both at least 1.
+PF_RationalScale parseRatio(const std::string& option, const std::string& text);
+// "X,Y,W,H" with W and H at least 1.
+Window parseRegion(const std::string& option, const std::string& text);
+// "WxH", each from 1 to `most`.
+Window parseSize(const std::string& option, const std::string& text, int most);
+// A count of bytes, with k, M or G behind it for powers of 1024.
+std::uint64_t parseBytes(const std::string& option, const std::string& text);
+
+// Such as "0.1": the shortest form with at most six significant digits.
+std::string numberText(double value);
+
+}  // namespace cli

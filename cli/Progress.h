@@ -1,0 +1,39 @@
+#pragma once
+
+#include <chrono>
+#include <iosfwd>
+#include <string>
+
+namespace cli {
+
+// The text of a bar: "[#####     ]  50 %  0:12 left". `done` is in 0..1; the time left is shown
+// once anything is done.
+std::string progressText(double done, std::chrono::duration<double> elapsed);
+
+// A bar in one line of a terminal, redrawn in place at most ten times a second.
+class Progress {
+public:
+    // Draws nothing at all when `visible` is false.
+    Progress(std::ostream& stream, bool visible);
+    // Clears the line.
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    // `current` of `total` steps are done. One thread at a time.
+    void update(int current, int total);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    std::ostream& m_stream;
+    bool m_visible;
+    Clock::time_point m_start;
+    Clock::time_point m_nextDraw;
+    std::size_t m_drawn = 0;  // characters on the line
+};
+
+// Whether standard error is a terminal.
+bool errorStreamIsTerminal();
+
+}  // namespace cli

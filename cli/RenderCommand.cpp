@@ -1,0 +1,300 @@
+#include "cli/RenderCommand.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <ostream>
+#include <system_error>
+
+#include "cli/AtomicFile.h"
+#include "cli/Errors.h"
+#include "cli/ExposureCheck.h"
+#include "cli/Interrupt.h"
+#include "cli/Numbers.h"
+#include "cli/PictureFormats.h"
+#include "cli/PictureReader.h"
+#include "cli/PictureWriter.h"
+#include "cli/PixelAspect.h"
+#include "cli/Progress.h"
+#include "cli/WorldPixels.h"
+
+namespace fs = std::filesystem;
+
+namespace cli {
+namespace {
+
+constexpr int kMostThreads = 1024;
+// More than any blur reaches; the effect itself says how far the result grows.
+constexpr int kOverscanRoom = 32768;
+
+int parseBits(const std::string& text) {
+    if (text == "8" || text == "16" || text == "32") return parseWhole("--bits", text, 8, 32);
+    throw UsageError("--bits takes 8, 16 or 32, not \"" + text + "\"");
+}
+
+PF_RationalScale parseDownsample(const std::string& text) {
+    const PF_RationalScale scale = parseRatio("--downsample", text);
+    if (static_cast<A_u_long>(scale.num) <= scale.den) return scale;
+    throw UsageError("--downsample takes a ratio of at most 1, such as 1/2, not \"" + text + "\"");
+}
+
+PF_RationalScale parseAspect(const std::string& text) {
+    const PF_RationalScale aspect = parseRatio("--pixel-aspect", text);
+    if (static_cast<A_u_long>(aspect.num) >= aspect.den) return aspect;
+    throw UsageError(
+        "--pixel-aspect takes a ratio of at least 1, since the effect reads it as a "
+        "whole number, not \"" +
+        text + "\"");
+}
+
+// The output must not be a file that is being read.
+void requireOtherFile(const std::string& output, const std::vector<std::string>& inputs) {
+    for (const std::string& input : inputs) {
+        std::error_code ignored;
+        if (fs::equivalent(parseSourceName(input).file, output, ignored)) {
+            throw UsageError(output + " is read and can't be the output; name another with -o");
+        }
+    }
+}
+
+void tellRepairs(const Picture& picture, const Repairs& repairs, Messages& messages) {
+    if (repairs.notFinite > 0) {
+        messages.warn(picture.name + ": " + counted(repairs.notFinite, "value") +
+                      " not finite; NaN became 0, infinity 65504");
+    }
+    if (repairs.lightWithoutAlpha > 0) {
+        messages.warn(picture.name + ": " + counted(repairs.lightWithoutAlpha, "pixel") +
+                      " with colour but alpha 0; the blur drops that light");
+    }
+}
+
+std::string firstFew(const std::vector<std::string>& names) {
+    constexpr std::size_t kShown = 8;
+    std::string list;
+    for (std::size_t i = 0; i < std::min(names.size(), kShown); ++i) {
+        list += (i == 0 ? "" : ", ") + names[i];
+    }
+    if (names.size() > kShown) list += " and " + std::to_string(names.size() - kShown) + " more";
+    return list;
+}
+
+void tellLeftOut(const Picture& picture, Messages& messages) {
+    if (!picture.leftOut.empty()) {
+        messages.note("not carried over from " + picture.name + ": " + firstFew(picture.leftOut));
+    }
+    if (picture.cropped) {
+        messages.note(picture.name + " has pixels outside its display window; they are not used");
+    }
+}
+
+// The picture to blur, in order, with everything said about it.
+Picture readInput(const std::string& name, Messages& messages) {
+    Picture picture = readPicture(name);
+    tellRepairs(picture, repair(picture), messages);
+    tellLeftOut(picture, messages);
+    return picture;
+}
+
+// A rectangle of the full picture in pixels of the downsample, rounded outwards.
+PF_LRect scaledRect(const Window& window, PF_RationalScale scale) {
+    const double factor = static_cast<double>(scale.num) / scale.den;
+    const auto low = [&](int edge) { return static_cast<A_long>(std::floor(edge * factor)); };
+    const auto high = [&](int edge) { return static_cast<A_long>(std::ceil(edge * factor)); };
+    return {low(window.left), low(window.top), high(window.right), high(window.bottom)};
+}
+
+// What to ask the effect for. Without overscan it stays inside the layer.
+PF_LRect wantedRect(const RenderPlan& plan, const Picture& picture, bool keepOverscan) {
+    const Window layer{0, 0, picture.width(), picture.height()};
+    const Window room{-kOverscanRoom, -kOverscanRoom, layer.right + kOverscanRoom,
+                      layer.bottom + kOverscanRoom};
+    Window wanted = plan.region.value_or(keepOverscan ? room : layer);
+    if (!keepOverscan) wanted = intersection(wanted, layer);
+    if (wanted.empty()) {
+        throw UsageError("--region lies outside the picture, which has " +
+                         std::to_string(layer.right) + "x" + std::to_string(layer.bottom) +
+                         " pixels");
+    }
+    return scaledRect(wanted, plan.scale);
+}
+
+PF_RationalScale pixelAspect(const RenderPlan& plan, const Picture& picture, Messages& messages) {
+    if (plan.pixelAspect) return *plan.pixelAspect;
+    return aspectRatio(pixelAspectOf(picture), picture.name, messages);
+}
+
+// Integer worlds end at 1: brighter light is lost, and so is what is brighter than its alpha
+// allows.
+void warnAboutClipping(const Picture& picture, int bits, Messages& messages) {
+    if (bits == 32) return;
+    std::size_t above = 0;
+    for (std::size_t i = 0; i < picture.pixelCount(); ++i) {
+        const float* p = picture.pixel(i);
+        const float top = picture.associated && p[3] > 0.0F ? std::min(p[3], 1.0F) : 1.0F;
+        if (std::max({p[0], p[1], p[2]}) > top) ++above;
+    }
+    if (above == 0) return;
+    messages.warn(picture.name + ": " + counted(above, "pixel") + " too bright for " +
+                  std::to_string(bits) + " bits, clipped; render with --bits 32 to keep the light");
+}
+
+void tellWhetherItGrows(const headless::ParameterSet& parameters, Messages& messages) {
+    if (parameters.value(parameters.find("Edge Behavior")) == 0.0) return;
+    messages.note(
+        "--keep-overscan changes nothing while edges are repeated; add "
+        "--edge-behavior off");
+}
+
+std::string ofEffect(const headless::FrameResult& result) {
+    return result.message.empty() ? "" : " (" + result.message + ")";
+}
+
+// Turns what a frame ended with into the tool's own failures.
+void requireRendered(const headless::FrameResult& result) {
+    if (result.status == PF_Interrupt_CANCEL) throw Interrupted{};
+    throwIfInterrupted();
+    if (result.status == PF_Err_OUT_OF_MEMORY) {
+        throw Failure("out of memory" + ofEffect(result) +
+                      "; try --downsample 1/2, a smaller --blur-radius or --resolution");
+    }
+    if (result.status != PF_Err_NONE) {
+        throw Failure("the effect failed with code " + std::to_string(result.status) +
+                      ofEffect(result));
+    }
+    if (!result.rendered || result.output == nullptr || result.outputUntouched) {
+        throw Failure("the effect gave no picture" + ofEffect(result) +
+                      "; check --region and --downsample");
+    }
+}
+
+void warnAboutBooks(const headless::Host& host, Messages& messages) {
+    const headless::Accounts accounts = host.accounts();
+    if (accounts.clean()) return;
+    messages.warn("the effect did not keep its side of the interface: " + accounts.describe());
+}
+
+void printStats(std::ostream& out, double seconds, const headless::Host& host) {
+    const auto peak = host.memory().peak;
+    char text[160];
+    std::snprintf(text, sizeof text,
+                  "rendered in %.3f seconds on %d threads; peak of host memory %llu bytes "
+                  "(%.1f MiB)\n",
+                  seconds, host.threads(), static_cast<unsigned long long>(peak),
+                  static_cast<double>(peak) / (1024.0 * 1024.0));
+    out << text;
+}
+
+}  // namespace
+
+RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
+                             const std::vector<headless::ParameterInfo>& controls)
+    : m_invocation(invocation), m_effectOptions(controls) {
+    m_app = parent.add_subcommand("render", "Blur a picture");
+    m_app->allow_extras();
+    addOptions();
+    m_effectOptions.addTo(*m_app);
+}
+
+void RenderCommand::addOptions() {
+    m_app->add_option("INPUT", m_input, "picture to blur, or FILE:LAYER of a multi-layer EXR")
+        ->required();
+    m_app->add_option("-o,--output", m_output, "picture to write; the suffix says which format")
+        ->type_name("FILE")
+        ->required();
+    m_app->add_option("--bundle", m_bundle, "file that holds the effect")->type_name("FILE");
+    m_app->add_option("--region", m_region, "render just this, in pixels of the full picture")
+        ->type_name("X,Y,W,H");
+    m_app->add_option("--downsample", m_downsample, "shrink everything, as for a preview")
+        ->type_name("N/D");
+    m_app
+        ->add_option("--bits", m_bits,
+                     "bits a channel to render with, 8, 16 or 32; default: those of the input")
+        ->type_name("BITS");
+    m_app->add_option("--threads", m_threads, "default: one for each processor")->type_name("N");
+    m_app->add_option("--pixel-aspect", m_pixelAspect, "width to height of a pixel, 1 or more")
+        ->type_name("N/D");
+    m_app->add_option("--memory-limit", m_memoryLimit, "host memory that the effect may use")
+        ->type_name("BYTES");
+    m_app->add_flag("--keep-overscan", m_keepOverscan,
+                    "let the picture grow by the blur (with --edge-behavior off)");
+    m_app->add_flag("--quiet", m_quiet, "print errors alone");
+    m_app->add_flag("--stats", m_stats, "print seconds, threads and the peak of host memory");
+}
+
+RenderPlan RenderCommand::plan() const {
+    RenderPlan plan;
+    plan.scale = parseDownsample(m_downsample);
+    if (!m_region.empty()) plan.region = parseRegion("--region", m_region);
+    if (!m_bits.empty()) plan.bits = parseBits(m_bits);
+    if (!m_pixelAspect.empty()) plan.pixelAspect = parseAspect(m_pixelAspect);
+    if (!m_threads.empty()) {
+        plan.host.threads = parseWhole("--threads", m_threads, 1, kMostThreads);
+    }
+    if (!m_memoryLimit.empty()) {
+        plan.host.memoryLimit = parseBytes("--memory-limit", m_memoryLimit);
+    }
+    return plan;
+}
+
+// Finds out before a long render that its result couldn't be written.
+void RenderCommand::checkOutput() const {
+    formatOf(m_output);
+    std::vector<std::string> inputs = m_effectOptions.files();
+    inputs.push_back(m_input);
+    requireOtherFile(m_output, inputs);
+    requireWritable(m_output);
+}
+
+headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan, const Picture& picture,
+                                                  Messages& messages) const {
+    headless::FrameRequest request;
+    request.bits = plan.bits.value_or(worldBits(picture.type));
+    warnAboutClipping(picture, request.bits, messages);
+    request.input = makeWorld(picture, request.bits);
+    request.rect = wantedRect(plan, picture, m_keepOverscan);
+    request.downsampleX = request.downsampleY = plan.scale;
+    request.pixelAspect = pixelAspect(plan, picture, messages);
+    request.cancel = &interruptFlag();
+    return request;
+}
+
+headless::FrameResult RenderCommand::renderFrame(headless::Effect& effect,
+                                                 headless::FrameRequest request) const {
+    Progress progress(m_invocation.err, m_invocation.terminal && !m_quiet);
+    request.progress = [&](int current, int total) { progress.update(current, total); };
+    return effect.renderFrame(request);
+}
+
+int RenderCommand::run() {
+    const RenderPlan plan = this->plan();
+    checkOutput();
+    Messages messages(m_invocation.err, m_quiet);
+    EffectSession session(requireBundle(m_bundle, m_invocation.programFolder), plan.host);
+    headless::ParameterSet& parameters = session.effect().parameters();
+    m_effectOptions.apply(parameters, messages, m_invocation.out);
+    if (m_keepOverscan) tellWhetherItGrows(parameters, messages);
+
+    const Picture picture = readInput(m_input, messages);
+    const headless::FrameRequest request = makeRequest(plan, picture, messages);
+    warnAboutExposure(parameters, largestColour(*request.input), messages);
+    throwIfInterrupted();
+
+    const auto start = std::chrono::steady_clock::now();
+    const headless::FrameResult result = renderFrame(session.effect(), request);
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    requireRendered(result);
+    warnAboutBooks(session.host(), messages);
+
+    writeResult(m_output,
+                {.source = picture,
+                 .result = *result.output,
+                 .layerWidth = headless::reducedSize(picture.width(), plan.scale),
+                 .layerHeight = headless::reducedSize(picture.height(), plan.scale),
+                 .scale = static_cast<double>(plan.scale.num) / plan.scale.den},
+                messages);
+    if (m_stats) printStats(m_invocation.out, elapsed.count(), session.host());
+    return kExitSuccess;
+}
+
+}  // namespace cli
