@@ -1,0 +1,60 @@
+#pragma once
+// A frame for benchmarks of the pipeline: pictures of noise, a depth map and the effect's defaults.
+
+#include <cstdint>
+#include <string>
+
+#include "headless/Host.h"
+#include "pipeline/ShapeParameter.h"
+#include "pipeline/StageFixture.h"
+
+// Noise from 0 to `top`, opaque, so that no pixel takes a shorter way than others.
+inline void fillWithNoise(headless::World& world, float top) {
+    std::uint32_t state = 1;
+    const auto next = [&] {
+        state = state * 1664525u + 1013904223u;
+        return static_cast<float>(state >> 8) * (top / 16777216.0F);
+    };
+    for (int y = 0; y < world.height(); ++y) {
+        for (int x = 0; x < world.width(); ++x) world.set(x, y, {1.0F, next(), next(), next()});
+    }
+}
+
+// Slanted steps, so that all layers and some edges occur.
+inline void fillWithDepth(headless::World& world) {
+    for (int y = 0; y < world.height(); ++y) {
+        for (int x = 0; x < world.width(); ++x) {
+            const float value = static_cast<float>((x + y / 2) % 256 / 16) / 15.0F;
+            world.set(x, y, {1.0F, value, value, value});
+        }
+    }
+}
+
+inline std::string nameOf(PF_PixelFormat format) {
+    if (format == PF_PixelFormat_ARGB128) return "float";
+    return std::to_string(headless::bitsOfFormat(format)) + "bit";
+}
+
+// The pictures and parameters of one frame, on a host of its own: one such object at a time.
+struct BenchFrame {
+    BenchFrame(int width, int height, PF_PixelFormat format, double radius, int threads)
+        : host({.threads = threads}),
+          input(width, height, format),
+          output(width, height, format),
+          depth(width, height, PF_PixelFormat_ARGB32),
+          fixture(host, depth.record()) {
+        declareShapeParameter(host, nullptr);
+        fillWithNoise(input, 1.0F);
+        fillWithDepth(depth);
+        fixture.show(input, output);
+        fixture.info.radius = radius + 0.5;
+        fixture.info.exposure = 10.0;
+        fixture.info.repeatEdge = true;
+    }
+
+    headless::Host host;
+    headless::World input;
+    headless::World output;
+    headless::World depth;
+    StageFixture fixture;
+};

@@ -1,0 +1,248 @@
+// The transforms, by themselves and against FFTW.
+//
+//   transform.row.LANES/B      one row of B samples, in the cache
+//   transform.block.LANES/B    a block of B x B samples, through the host's iterations on one
+//   thread fftw.lanes.LANES/B         FFTW on the same data: lanes interleaved, real and imaginary
+//   apart fftw.apart.LANES/B         FFTW on one contiguous complex block for each lane
+//   transform.ratio.LANES/B    transform.block and fftw.apart in turns: the time is ours, the
+//                              counter `ratio` is our median processor time over theirs
+//
+// LANES "6of10" is six live lanes in a cell of ten. FFTW doesn't vectorise over lanes, so `apart`
+// is the layout that suits it.
+
+#include <benchmark/benchmark.h>
+#include <fftw3.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "headless/Host.h"
+#include "transform/FFT2D.h"
+
+namespace {
+
+// An unscaled transform multiplies its data, so they are made anew after this many.
+constexpr int kTransformsPerFill = 16;
+
+void fillWithNoise(double* data, std::size_t count) {
+    std::uint64_t state = 0x9e3779b97f4a7c15u;
+    for (std::size_t i = 0; i < count; ++i) {
+        state = state * 6364136223846793005u + 1442695040888963407u;
+        data[i] = static_cast<double>(state >> 40) / 8388608.0 - 1.0;
+    }
+}
+
+class OneThreadHost {
+public:
+    AEO::InData& context() { return context_; }
+
+private:
+    static headless::HostOptions options() {
+        headless::HostOptions options;
+        options.threads = 1;
+        return options;
+    }
+
+    headless::Host host_{options()};
+    PF_InData inData_ = host_.makeInData();
+    AEO::InData context_{&inData_};
+};
+
+// A block in host memory, as the effect has it, or its first rows.
+template <class T>
+class Block {
+public:
+    Block(AEO::InData& context, std::size_t size, std::size_t rows)
+        : context_(context), size_(size), data_(context), weights_(context, 1, size) {
+        data_.resize(2 * size * rows);
+        fill();
+    }
+
+    void fill() { fillWithNoise(&data_[0][0], data_.size() * sizeof(T) / sizeof(double)); }
+    void transform() {
+        FFT2D<T>(weights_, data_.data(), size_).doFFT2D(context_, false);
+        benchmark::DoNotOptimize(data_.data());
+    }
+    void transformRow() {
+        FFT2Dn1<T>{&weights_, data_.data(), size_, false}.iterate(0, 0, 1);
+        benchmark::DoNotOptimize(data_.data());
+    }
+
+private:
+    AEO::InData& context_;
+    std::size_t size_;
+    AEO::Vector<T> data_;
+    FFTWeights weights_;
+};
+
+enum class Layout { Lanes, Apart };
+
+// FFTW's plan for one block and the memory it works on.
+class FftwBlock {
+public:
+    FftwBlock(Layout layout, int lanes, int size)
+        : count_(2 * static_cast<std::size_t>(lanes) * static_cast<std::size_t>(size) *
+                 static_cast<std::size_t>(size)),
+          data_(fftw_alloc_real(count_)),
+          plan_(layout == Layout::Lanes ? planLanes(lanes, size) : planApart(lanes, size)) {
+        fill();
+    }
+    ~FftwBlock() {
+        fftw_destroy_plan(plan_);
+        fftw_free(data_);
+    }
+    FftwBlock(const FftwBlock&) = delete;
+    FftwBlock& operator=(const FftwBlock&) = delete;
+
+    void fill() { fillWithNoise(data_, count_); }
+    void transform() {
+        fftw_execute(plan_);
+        benchmark::DoNotOptimize(data_);
+    }
+
+private:
+    fftw_plan planApart(int lanes, int size) {
+        const int dims[2] = {size, size};
+        auto* const data = reinterpret_cast<fftw_complex*>(data_);
+        return fftw_plan_many_dft(2, dims, lanes, data, nullptr, 1, size * size, data, nullptr, 1,
+                                  size * size, FFTW_BACKWARD, FFTW_MEASURE);
+    }
+    fftw_plan planLanes(int lanes, int size) {
+        const int sample = 2 * lanes;
+        const fftw_iodim dims[2] = {{size, sample * size, sample * size}, {size, sample, sample}};
+        const fftw_iodim signals{lanes, 1, 1};
+        double* const imaginary = data_ + lanes;
+        return fftw_plan_guru_split_dft(2, dims, 1, &signals, data_, imaginary, data_, imaginary,
+                                        FFTW_MEASURE);
+    }
+
+    std::size_t count_;
+    double* data_;
+    fftw_plan plan_;
+};
+
+// Times `step` on `data`, with a fresh filling now and then that isn't timed.
+template <class Data, class Step>
+void measure(benchmark::State& state, Data& data, Step step) {
+    int done = 0;
+    for (auto _ : state) {
+        step(data);
+        if (++done % kTransformsPerFill == 0) {
+            state.PauseTiming();
+            data.fill();
+            state.ResumeTiming();
+        }
+    }
+}
+
+template <class T>
+void row(benchmark::State& state) {
+    OneThreadHost host;
+    Block<T> block(host.context(), static_cast<std::size_t>(state.range(0)), 1);
+    for (auto _ : state) block.transformRow();
+}
+
+template <class T>
+void block(benchmark::State& state) {
+    OneThreadHost host;
+    const auto size = static_cast<std::size_t>(state.range(0));
+    Block<T> data(host.context(), size, size);
+    measure(state, data, [](Block<T>& b) { b.transform(); });
+}
+
+void fftw(benchmark::State& state, Layout layout, int lanes) {
+    FftwBlock data(layout, lanes, static_cast<int>(state.range(0)));
+    measure(state, data, [](FftwBlock& b) { b.transform(); });
+}
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+template <class Data>
+double secondsOf(Data& data) {
+    const std::clock_t start = std::clock();
+    data.transform();
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+// In turns, and by processor time, so that whatever else the machine does hits both alike.
+template <class T>
+void ratio(benchmark::State& state) {
+    OneThreadHost host;
+    const auto size = static_cast<std::size_t>(state.range(0));
+    Block<T> ours(host.context(), size, size);
+    FftwBlock theirs(Layout::Apart, static_cast<int>(T::kLanes), static_cast<int>(size));
+    std::vector<double> ourSeconds, theirSeconds;
+    for (auto _ : state) {
+        ourSeconds.push_back(secondsOf(ours));
+        theirSeconds.push_back(secondsOf(theirs));
+        state.SetIterationTime(ourSeconds.back());
+        if (ourSeconds.size() % kTransformsPerFill == 0) {
+            ours.fill();
+            theirs.fill();
+        }
+    }
+    state.counters["ratio"] = median(ourSeconds) / median(theirSeconds);
+}
+
+template <class T>
+std::string lanesName() {
+    const std::size_t cell = sizeof(T) / sizeof(double);
+    const std::string live = std::to_string(T::kLanes);
+    return cell == T::kLanes ? live : live + "of" + std::to_string(cell);
+}
+
+template <class T>
+void registerElement() {
+    const std::string lanes = lanesName<T>();
+    benchmark::RegisterBenchmark(("transform.row." + lanes).c_str(), row<T>)
+        ->RangeMultiplier(2)
+        ->Range(64, 1024)
+        ->Unit(benchmark::kMicrosecond);
+    benchmark::RegisterBenchmark(("transform.block." + lanes).c_str(), block<T>)
+        ->RangeMultiplier(2)
+        ->Range(64, 1024)
+        ->Unit(benchmark::kMillisecond);
+}
+
+template <class T>
+void registerRatio() {
+    benchmark::RegisterBenchmark(("transform.ratio." + lanesName<T>()).c_str(), ratio<T>)
+        ->RangeMultiplier(2)
+        ->Range(64, 512)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+}
+
+void registerFftw(Layout layout, int lanes) {
+    const std::string name = layout == Layout::Lanes ? "fftw.lanes." : "fftw.apart.";
+    benchmark::RegisterBenchmark((name + std::to_string(lanes)).c_str(), fftw, layout, lanes)
+        ->RangeMultiplier(2)
+        ->Range(64, 512)
+        ->Unit(benchmark::kMillisecond);
+}
+
+const bool registered = [] {
+    registerElement<ET::vecT<double, 1>>();
+    registerElement<ET::vecT<double, 4>>();
+    registerElement<ET::StrideVecT<double, 6, 10>>();
+    registerElement<ET::vecT<double, 10>>();
+    registerElement<ET::vecT<double, 30>>();
+    registerElement<ET::vecT<double, 80>>();
+    for (const int lanes : {1, 4, 10, 30}) {
+        registerFftw(Layout::Lanes, lanes);
+        registerFftw(Layout::Apart, lanes);
+    }
+    registerRatio<ET::vecT<double, 1>>();
+    registerRatio<ET::vecT<double, 4>>();
+    registerRatio<ET::vecT<double, 10>>();
+    return true;
+}();
+
+}  // namespace
