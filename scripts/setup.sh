@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# setup.sh [GROUP...]
+#
+# Installs the packages of the named groups (default: build) of packages.txt that are missing.
+# With everything in place it changes nothing and asks no package server. As root it installs by
+# itself, else through sudo; where neither is possible it prints what to install and fails.
+set -euo pipefail
+
+list="$(dirname "${BASH_SOURCE[0]}")/packages.txt"
+[[ $# -gt 0 ]] || set -- build
+
+# The packages of one group, one a line.
+packages_of() {
+    sed 's/#.*//' "$list" | awk -v group="$1" '$1 == group { print $2 }'
+}
+
+installed() {
+    dpkg-query -W -f '${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
+}
+
+# Runs a command as root.
+privileged() {
+    if [[ $(id -u) -eq 0 ]]; then "$@"; else sudo "$@"; fi
+}
+
+# Sudo is of use where it asks for no password or somebody is there to type it.
+may_install() {
+    [[ $(id -u) -eq 0 ]] && return 0
+    command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [[ -t 0 ]]; }
+}
+
+wanted=()
+for group in "$@"; do
+    mapfile -t packages < <(packages_of "$group")
+    [[ ${#packages[@]} -gt 0 ]] || { echo "setup.sh: packages.txt has no group $group" >&2; exit 2; }
+    wanted+=("${packages[@]}")
+done
+
+if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+    echo "setup.sh: this machine has no apt-get; install what these Debian packages hold:" >&2
+    echo "    ${wanted[*]}" >&2
+    exit 1
+fi
+
+missing=()
+for package in "${wanted[@]}"; do
+    installed "$package" || missing+=("$package")
+done
+[[ ${#missing[@]} -gt 0 ]] || exit 0
+
+if ! may_install; then
+    echo "setup.sh: not root and no sudo; have an administrator run:" >&2
+    echo "    apt-get install --no-install-recommends ${missing[*]}" >&2
+    exit 1
+fi
+
+echo "Installing ${missing[*]}"
+privileged apt-get update -q || echo "setup.sh: going on with the package lists at hand" >&2
+privileged env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -q -y --no-install-recommends "${missing[@]}"
