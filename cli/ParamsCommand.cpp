@@ -53,6 +53,13 @@ std::string valuesText(const ParameterInfo& info) {
     return list;
 }
 
+// The default as the table's other columns write it.
+std::string shownDefault(const ParameterInfo& info) {
+    if (!info.hasValue()) return "";
+    if (info.choices.empty()) return defaultText(info);
+    return info.choices.at(static_cast<std::size_t>(info.defaultValue) - 1);
+}
+
 void printLine(std::ostream& out, const std::string& label, const std::string& type,
                const std::string& values, const std::string& fallback, const std::string& state) {
     out << std::left << std::setw(33) << label << std::setw(14) << type << std::setw(42) << values
@@ -65,8 +72,8 @@ void printTable(std::ostream& out, const ParameterSet& parameters, bool state) {
         if (info.type == PF_Param_GROUP_END) continue;
         const std::string label = (info.group.empty() ? "" : "  ") + info.label;
         const bool greyed = state && parameters.disabled(info.index);
-        printLine(out, label, typeName(info.type), valuesText(info),
-                  info.hasValue() ? defaultText(info) : "", greyed ? "greyed out" : "");
+        printLine(out, label, typeName(info.type), valuesText(info), shownDefault(info),
+                  greyed ? "greyed out" : "");
     }
 }
 

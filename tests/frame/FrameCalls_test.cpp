@@ -34,9 +34,8 @@ void append(std::vector<std::string>& calls, const std::vector<std::string>& mor
     calls.insert(calls.end(), more.begin(), more.end());
 }
 
-std::vector<std::string> blockCalls(int tilePixels, int depthStages) {
-    std::vector<std::string> calls;
-    for (int i = 0; i < depthStages + 1; ++i) calls.push_back("AEGP_IterateGeneric 4096");
+std::vector<std::string> blockCalls(int tilePixels) {
+    std::vector<std::string> calls{"AEGP_IterateGeneric 4096"};
     append(calls, transformCalls());
     calls.push_back("AEGP_IterateGeneric 4096");
     append(calls, transformCalls());
@@ -53,26 +52,11 @@ TEST(FrameCalls, StagesRunInOrderTileAfterTile) {
                       "AEGP_IterateGeneric 4096", "PF_DisposeWorld", "AEGP_IterateGeneric 4096"});
     append(expected, transformCalls());
     append(expected, {"progress 1 3"});
-    append(expected, blockCalls(52 * 30, 0));
+    append(expected, blockCalls(52 * 30));
     append(expected, {"progress 2 3"});
-    append(expected, blockCalls(8 * 30, 0));
+    append(expected, blockCalls(8 * 30));
     append(expected, {"progress 3 3"});
     EXPECT_THAT(stageCalls(blur, requestFor(noisePicture(60, 30, 32), 32)),
-                ElementsAreArray(expected));
-}
-
-TEST(FrameCalls, DepthStagesStandBeforeTheStore) {
-    BlurEffect blur;
-    blur.useDepth(depthPicture(20, 20), 2);
-    blur.set("Remove Edge Leak", 0.5);
-    std::vector<std::string> expected = {"checkout_layer 0", "checkout_layer_pixels 0",
-                                         "checkout_output", "AEGP_IterateGeneric 4096",
-                                         "AEGP_IterateGeneric 4096"};
-    append(expected, transformCalls());
-    append(expected, {"progress 1 2"});
-    append(expected, blockCalls(20 * 20, 3));
-    append(expected, {"progress 2 2"});
-    EXPECT_THAT(stageCalls(blur, requestFor(noisePicture(20, 20, 8), 8)),
                 ElementsAreArray(expected));
 }
 

@@ -85,41 +85,6 @@ TEST_P(MemoryShortage, IsToldAndLeavesThePictureAlone) {
 
 INSTANTIATE_TEST_SUITE_P(Layers, MemoryShortage, testing::Values(1, 3, 16));
 
-// The limit at each request in turn: never a crash, never anything lost.
-TEST(FrameFailures, EveryRequestForMemoryMayFail) {
-    BlurEffect blur;
-    blur.effect.parameters().setLayer(blur.effect.parameters().find("Custom Blur Shape"), nullptr);
-    blur.useDepth(depthPicture(60, 30), 2);
-    blur.set("Remove Edge Leak", 0.5);
-    const auto use = measuredMemory(blur);
-    for (const auto operation : {headless::Operation::NewHandle, headless::Operation::NewWorld}) {
-        for (int k = 1; k <= static_cast<int>(use.afterEachRequest.size()); ++k) {
-            blur.host.failures().clear();
-            blur.host.failAt(operation, k, PF_Err_OUT_OF_MEMORY);
-            const auto result = blur.render(smallFrame());
-            EXPECT_TRUE(result.status == 0 || result.status == PF_Err_OUT_OF_MEMORY) << k;
-            expectAllGivenBack(blur);
-        }
-    }
-}
-
-TEST(FrameFailures, EveryIterationMayFail) {
-    BlurEffect blur;
-    blur.useDepth(depthPicture(60, 30), 2);
-    blur.host.failures().clear();
-    ASSERT_EQ(blur.render(smallFrame()).status, 0);
-    const auto iterations = blur.host.failures().count(headless::Operation::IterateGeneric);
-    ASSERT_GT(iterations, 10);
-    for (std::int64_t k = 1; k <= iterations; ++k) {
-        blur.host.failures().clear();
-        blur.host.failAt(headless::Operation::IterateGeneric, k, PF_Err_INTERNAL_STRUCT_DAMAGED);
-        EXPECT_EQ(blur.render(smallFrame()).status, PF_Err_INTERNAL_STRUCT_DAMAGED) << k;
-        // Nothing runs behind the failed stage.
-        EXPECT_EQ(blur.host.failures().count(headless::Operation::IterateGeneric), k);
-        expectAllGivenBack(blur);
-    }
-}
-
 TEST(FrameFailures, CancelAtEachProgressReport) {
     BlurEffect blur;
     for (int k = 1; k <= 3; ++k) {

@@ -138,19 +138,19 @@ TEST(FrameLaws, EqualDepthBlursWithOneMixOfKernels) {
     BlurEffect blur;
     const auto input = noisePicture(40, 40, 32);
     auto map = std::make_shared<headless::World>(40, 40, PF_PixelFormat_ARGB128);
-    map->fill({1, 0.5F, 0.5F, 0.5F});
-    blur.useDepth(map, 4);
+    map->fill({1, 2.0F / 3, 0, 0});
+    blur.useDepth(map, 3);
     blur.set("Composite Mode", static_cast<int>(reference::Mode::Split));
     blur.set("Focal Distance", 0.0);
     blur.set("Exposure", 0.0);
     const auto result = blur.render(requestFor(input, 32));
     ASSERT_EQ(result.status, 0);
 
-    // Half way between focus and the far end lies on the border of the two middle layers.
-    const auto kernels = reference::kernelsOf(*blur.shape, kRadius, 4);
-    reference::Kernel mix = kernels[1];
+    // A third of the range from the far end lies on the border of the two most blurred layers.
+    const auto kernels = reference::kernelsOf(*blur.shape, kRadius, 3);
+    reference::Kernel mix = kernels[0];
     for (std::size_t i = 0; i < mix.weights.size(); ++i) {
-        mix.weights[i] = (kernels[1].weights[i] + kernels[2].weights[i]) / 2;
+        mix.weights[i] = (kernels[0].weights[i] + kernels[1].weights[i]) / 2;
     }
     reference::Scene scene;
     scene.input = input.get();
@@ -235,7 +235,7 @@ TEST(FrameLaws, FocusPointsStandForTheDistanceUnderThem) {
     for (int y = 0; y < 40; ++y) {
         for (int x = 0; x < 50; ++x) map->set(x, y, {1, x < 25 ? 0.25F : 0.75F, 0, 0});
     }
-    blur.useDepth(map, 5);
+    blur.useDepth(map, 3);
     blur.set("Focal Distance", 0.375);
     const auto typed = blur.render(requestFor(input, 32));
     auto& parameters = blur.effect.parameters();

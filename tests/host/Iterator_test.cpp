@@ -39,6 +39,26 @@ TEST_F(Iterator, GivesAnItemsErrorBack) {
     EXPECT_EQ(AEO::Iterator::IterationT(*context, items, 40), 512);
 }
 
+TEST_F(Iterator, SkipsCallsWithoutThreadOrObject) {
+    static AEGP_IterateSuite1 table;
+    table.AEGP_IterateGeneric = [](std::int32_t count, void* refcon,
+                                   AEGP_IterateFunction fn) -> A_Err {
+        return fn(refcon, -1, 0, count) | fn(nullptr, 0, 1, count) | fn(refcon, 0, 2, count);
+    };
+    SPBasicSuite basic{};
+    basic.AcquireSuite = [](const char*, std::int32_t, const void** suite) -> SPErr {
+        *suite = &table;
+        return 0;
+    };
+    basic.ReleaseSuite = [](const char*, std::int32_t) -> SPErr { return 0; };
+    PF_InData odd = in_data;
+    odd.pica_basicP = &basic;
+    context->in_data = &odd;
+    Items items{std::vector<int>(3), 0};
+    EXPECT_EQ(AEO::Iterator::IterationT(*context, items, 3), 0);
+    EXPECT_THAT(items.visits, ElementsAre(0, 0, 1));
+}
+
 TEST_F(Iterator, OrsTheThreadCountsErrorIntoTheCallers) {
     int err = 0;
     EXPECT_THAT(

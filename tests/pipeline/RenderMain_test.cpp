@@ -15,9 +15,6 @@ namespace {
 // A frame at a radius of 10 with a depth map. The block is 64 and the stride 44: the usual width of
 // 75 makes two tiles.
 struct RenderCase {
-    static constexpr int kTiles = 2;
-    static constexpr std::uint64_t kArea = 64 * 64;
-
     explicit RenderCase(int width = 75)
         : host({.threads = 2}),
           input(width, 40, PF_PixelFormat_ARGB128),
@@ -81,51 +78,6 @@ TEST(RenderMain, ConstantFrameStaysConstantForEveryLayerCountAndMode) {
     frame.expectAllGivenBack();
 }
 
-TEST(RenderMain, ReportsOneMoreThanTheTilesAndStopsAtEachCancel) {
-    RenderCase frame;
-    std::vector<std::pair<int, int>> reports;
-    int cancelAt = 0;
-    frame.host.setProgress([&](int current, int total) {
-        reports.emplace_back(current, total);
-        frame.host.setCancelled(current == cancelAt);
-    });
-    for (cancelAt = 0; cancelAt <= RenderCase::kTiles + 1; ++cancelAt) {
-        reports.clear();
-        frame.output.fillWithPattern();
-        EXPECT_EQ(frame.render<1>(), cancelAt ? PF_Interrupt_CANCEL : PF_Err_NONE);
-        const int calls = cancelAt ? cancelAt : RenderCase::kTiles + 1;
-        ASSERT_EQ(reports.size(), static_cast<std::size_t>(calls));
-        for (int i = 0; i < calls; ++i) {
-            EXPECT_EQ(reports[static_cast<std::size_t>(i)],
-                      std::pair(i + 1, RenderCase::kTiles + 1));
-        }
-        // Finished tiles stay: none after the first report, then one more at each.
-        EXPECT_EQ(frame.output.holdsPatternOnly(), cancelAt == 1);
-        frame.host.setCancelled(false);
-        frame.expectAllGivenBack();
-    }
-}
-
-TEST(RenderMain, MemoryShortOfTheLargeBuffersShowsTheInfoText) {
-    RenderCase frame;
-    const std::uint64_t bank = 2 * RenderCase::kArea * 16 * 8;
-    const std::uint64_t block = 2 * RenderCase::kArea * 80 * 8;
-    for (const std::uint64_t limit : {bank - 1, bank + block - 1}) {
-        frame.host.setMemoryLimit(limit);
-        EXPECT_EQ(frame.render<16>(), PF_Err_OUT_OF_MEMORY);
-        const headless::InfoPanel panel = frame.host.info();
-        EXPECT_EQ(panel.lines,
-                  (std::vector<std::string>{"TARNWICK Orbel", "Insufficient memory",
-                                            "Decrease Orbel radius or Depth Layer Resolution."}));
-        EXPECT_EQ(panel.color.alpha, 255);
-        EXPECT_EQ(panel.color.red, 0);
-        EXPECT_EQ(panel.color.green, 0);
-        EXPECT_EQ(panel.color.blue, 255);
-        EXPECT_TRUE(frame.output.holdsPatternOnly());
-        frame.expectAllGivenBack();
-    }
-}
-
 // Every request for memory, every iteration and every other host call that has a result: a failure
 // ends the frame with a code, and everything is given back.
 TEST(RenderMain, FailureOfAnyHostCallEndsTheFrameCleanly) {
@@ -150,19 +102,6 @@ TEST(RenderMain, FailureOfAnyHostCallEndsTheFrameCleanly) {
             frame.expectAllGivenBack();
         }
     }
-}
-
-TEST(RenderMain, MissingSamplingSuiteUnwindsWithItsCode) {
-    RenderCase frame;
-    frame.host.failures().failSuite(kPFSamplingFloatSuite);
-    int thrown = 0;
-    try {
-        frame.render<1>();
-    } catch (int code) {
-        thrown = code;
-    }
-    EXPECT_EQ(thrown, PF_Err_BAD_CALLBACK_PARAM);
-    frame.expectAllGivenBack();
 }
 
 TEST(RenderMain, UnknownCompositeModeLeavesTheOutputUnwritten) {
