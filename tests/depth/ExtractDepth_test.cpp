@@ -156,8 +156,9 @@ TEST(ExtractDepth, CountsFromTheFrameWhateverTheWorldsOrigins) {
     }
 }
 
+// On one thread: worker threads store the map's error without a lock, and any of several will do.
 TEST(ExtractDepth, HandsOnTheFirstErrorOfTheMap) {
-    headless::Host host;
+    headless::Host host({.threads = 1});
     headless::World picture(8, 8, PF_PixelFormat_ARGB32);
     MapOverFrame map(host, picture, kPlacementCenter, kChannelRed);
     host.failAt(headless::Operation::AreaSample, 100, 512);
