@@ -42,8 +42,8 @@ public:
           weights_(weights),
           block_(block) {}
 
-    // All stages for one tile and the block around it. The first error ends them; the tile is
-    // written only when all succeed.
+    // All stages for one tile and the block around it. The first error ends them; nothing is
+    // written unless all stages before unpack succeed.
     int run(const iRect& tile, const iRect& rect) {
         int err = fill(rect);
         if (!err) err = forward();

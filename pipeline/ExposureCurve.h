@@ -13,8 +13,8 @@ inline double expandExposure(double value, double exposure, double threshold) {
     return (std::exp((value - threshold) * exposure) - 1.0) / exposure + threshold;
 }
 
-// Back. Not a number where a negative exposure meets a value above threshold - 1 / exposure, which
-// no expanded value reaches.
+// Back. Infinite where a negative exposure meets the value threshold - 1 / exposure, and not a
+// number above it. No expanded value gets there; one that was not expanded, on a depth edge, may.
 inline double compressExposure(double value, double exposure, double threshold) {
     if (exposure == 0.0 || value < threshold) return value;
     return std::log((value - threshold) * exposure + 1.0) / exposure + threshold;

@@ -156,8 +156,8 @@ typename StoreBuffer<Pixel, N>::Colour StoreBuffer<Pixel, N>::expanded(const Pix
 }
 
 // On a depth edge the expansion goes, so that a highlight on the outline of a sharp object cannot
-// bloom across it. The unpack stage compresses by the whole exposure even so: such a pixel comes
-// out a little darker, never brighter.
+// bloom across it. The unpack stage compresses by the whole exposure even so: with an exposure
+// above zero such a pixel comes out a little darker.
 template <class Pixel, std::size_t N>
 double StoreBuffer<Pixel, N>::localExposure(std::size_t index) const {
     if constexpr (N >= 2) {

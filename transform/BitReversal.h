@@ -32,7 +32,7 @@ struct ConjugateMove {
 // Moves every sample of `a`, n elements with n > 32, to the bit-reversed index.
 //
 // Seen as bits, the index of a sample is   top | reversed k | middle | j | bottom   with one bit at
-// either end, a = log2(m) bits each for j and k, and one or two bits in the middle. Its reversal is
+// either end, log2(m) bits each for j and k, and one or two bits in the middle. Its reversal is
 // bottom | reversed j | reversed middle | k | top, and the seed ip[m + k] is `reversed k` in place.
 // So each pair j < k exchanges one group of samples with another, all at fixed distances.
 template <class Move, class T>

@@ -199,8 +199,8 @@ void cftleaf(int n, int isplt, T* a, int nw, const double* w) {
     }
 }
 
-// Does the passes that are due before the leaf of n elements that ends at a[j], the k-th from the
-// array's end but one, and returns the kind of that leaf.
+// Does the passes that are due before the leaf of n elements that ends at a[j], and returns the
+// kind of that leaf. k counts the leaves from the array's end; its last leaf is number 0.
 template <class T>
 int cfttree(int n, int j, int k, T* a, int nw, const double* w) {
     if ((k & 3) != 0) {

@@ -294,7 +294,7 @@ TEST(FrameLaws, OddSizesAndValues) {
         const reference::Scene scene = sceneOf(blur, *input, 1);
         expectPixels(*result.output, reference::render(scene, {0, 0, width, height}), kFloat);
     }
-    // One value that is no number spoils its block and no other; the integer formats show black.
+    // One value that is no number spoils its block and no other.
     auto input = noisePicture(150, 20, 32);
     input->set(5, 5, {1, std::nanf(""), 0, 0});
     const auto result = blur.render(requestFor(input, 32));

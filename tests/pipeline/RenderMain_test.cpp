@@ -78,8 +78,8 @@ TEST(RenderMain, ConstantFrameStaysConstantForEveryLayerCountAndMode) {
     frame.expectAllGivenBack();
 }
 
-// Every request for memory, every iteration and every other host call that has a result: a failure
-// ends the frame with a code, and everything is given back.
+// Every request for memory or a world, every iteration and every question for the thread count: a
+// failure ends the frame with its code, and everything is given back.
 TEST(RenderMain, FailureOfAnyHostCallEndsTheFrameCleanly) {
     using headless::Operation;
     RenderCase frame;
