@@ -228,6 +228,31 @@ TEST(FrameLaws, RadiusZeroCopiesAndLooksAtNothing) {
     EXPECT_TRUE(sameBits(*result.output, *input));
 }
 
+// A map of twice the frame's size, of black and white columns: each frame pixel reads their mean.
+TEST(FrameLaws, StretchedMapIsAveragedOverEachFramePixel) {
+    BlurEffect blur;
+    const auto input = noisePicture(40, 30, 32);
+    auto grey = std::make_shared<headless::World>(40, 30, PF_PixelFormat_ARGB128);
+    grey->fill({1, 0.5F, 0, 0});
+    auto columns = std::make_shared<headless::World>(80, 60, PF_PixelFormat_ARGB128);
+    for (int y = 0; y < 60; ++y) {
+        for (int x = 0; x < 80; ++x) columns->set(x, y, {1, x % 2 == 0 ? 0.0F : 1.0F, 0, 0});
+    }
+    blur.useDepth(grey, 3);
+    blur.set("Focal Distance", 0.25);
+    const auto flat = blur.render(requestFor(input, 32));
+    blur.useDepth(columns, 3);
+    blur.effect.parameters().setChoice(blur.effect.parameters().find("Placement"), "Stretch Map");
+    const auto stretched = blur.render(requestFor(input, 32));
+    ASSERT_EQ(stretched.status, 0);
+    // At the frame's sides the box reaches beyond the map.
+    for (int y = 0; y < 30; ++y) {
+        for (int x = 7; x < 33; ++x) {
+            EXPECT_NEAR(stretched.output->get(x, y).red, flat.output->get(x, y).red, 1e-5);
+        }
+    }
+}
+
 TEST(FrameLaws, FocusPointsStandForTheDistanceUnderThem) {
     BlurEffect blur;
     const auto input = noisePicture(50, 40, 32);

@@ -39,7 +39,7 @@ ParameterSet makeSet() {
     box.u.bd.dephault = 1;
     box.u.bd.u.nameptr = boxText.c_str();
     set.declare(box);
-    boxText.assign("XXXXX");
+    boxText.assign("other");
     set.declare(define(PF_Param_GROUP_START, "Map"));
     set.declare(define(PF_Param_LAYER, "Layer"));
     PF_ParamDef mode = define(PF_Param_POPUP, "Mode");

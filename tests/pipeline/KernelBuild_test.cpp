@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "pipeline/ShapeParameter.h"
 #include "pipeline/StageFixture.h"
@@ -14,6 +16,10 @@ constexpr std::size_t kSize = 64;
 // What the stand-in for the world suite answers.
 PF_Err answerFloat(const PF_EffectWorld*, PF_PixelFormat* format) {
     *format = PF_PixelFormat_ARGB128;
+    return PF_Err_NONE;
+}
+PF_Err answerDeep(const PF_EffectWorld*, PF_PixelFormat* format) {
+    *format = PF_PixelFormat_ARGB64;
     return PF_Err_NONE;
 }
 PF_Err answerUnknown(const PF_EffectWorld*, PF_PixelFormat* format) {
@@ -71,16 +77,26 @@ TEST(KernelBuild, GeneratedShapeGivesUnitGainAndIsFreed) {
 }
 
 // The layer's own format picks the sampling, and without a suite to ask it counts as 8 bits.
-TEST(KernelBuild, LayerIsReadInItsOwnFormat) {
-    KernelCase deep(squareShape(PF_PixelFormat_ARGB128));
-    EXPECT_EQ(deep.build(answerFloat), PF_Err_NONE);
-    EXPECT_NEAR(deep.sum(0), kUnitGain, 1e-15);
-}
-
-TEST(KernelBuild, LayerCountsAsEightBitsWithoutASuiteToAsk) {
-    KernelCase bytes(squareShape(PF_PixelFormat_ARGB32));
-    EXPECT_EQ(bytes.build(nullptr), PF_Err_NONE);
-    EXPECT_NEAR(bytes.sum(0), kUnitGain, 1e-15);
+TEST(KernelBuild, LayerIsSampledInItsOwnFormat) {
+    const struct {
+        PF_PixelFormat format;
+        PF_Err (*answer)(const PF_EffectWorld*, PF_PixelFormat*);
+        const char* sampling;
+    } cases[] = {{PF_PixelFormat_ARGB128, answerFloat, "AcquireSuite PF SamplingFloat Suite 1"},
+                 {PF_PixelFormat_ARGB64, answerDeep, "AcquireSuite PF Sampling16 Suite 1"},
+                 {PF_PixelFormat_ARGB32, nullptr, "AcquireSuite PF Sampling8 Suite 1"}};
+    for (const auto& [format, answer, sampling] : cases) {
+        KernelCase kernels(squareShape(format));
+        kernels.host.startCallLog();
+        EXPECT_EQ(kernels.build(answer), PF_Err_NONE);
+        std::vector<std::string> loaded;
+        for (const std::string& call : kernels.host.takeCallLog()) {
+            if (call.starts_with("AcquireSuite PF Sampling")) loaded.push_back(call);
+        }
+        // Two workers may meet at the first use; each then loads the same suite.
+        ASSERT_FALSE(loaded.empty());
+        for (const std::string& call : loaded) EXPECT_EQ(call, sampling);
+    }
 }
 
 TEST(KernelBuild, UnknownFormatLeavesTheBankZeroAndAnErrorEndsTheBuild) {
