@@ -239,7 +239,7 @@ TEST(FrameLaws, StretchedMapIsAveragedOverEachFramePixel) {
         for (int x = 0; x < 80; ++x) columns->set(x, y, {1, x % 2 == 0 ? 0.0F : 1.0F, 0, 0});
     }
     blur.useDepth(grey, 3);
-    blur.set("Focal Distance", 0.25);
+    blur.set("Focal Distance", 0);
     const auto flat = blur.render(requestFor(input, 32));
     blur.useDepth(columns, 3);
     blur.effect.parameters().setChoice(blur.effect.parameters().find("Placement"), "Stretch Map");
