@@ -20,7 +20,8 @@
 #include <vector>
 
 #include "headless/Host.h"
-#include "transform/FFT2D.h"
+#include "transform/FFT2DImpl.h"
+#include "transform/VectorElements.h"
 
 namespace {
 

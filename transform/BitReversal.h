@@ -2,6 +2,10 @@
 // Permutations that bring the samples of a transform from bit-reversed into natural order. They
 // move whole elements of T: sample j is the pair a[2j], a[2j + 1].
 
+#include <cstddef>
+
+#include "transform/Prefetch.h"
+
 namespace fft {
 
 // Exchanges samples as they are.
@@ -80,16 +84,24 @@ private:
 
     // The four samples of either side that differ in top and bottom bit.
     void exchangeEnds(T* x, T* y) const {
-        Move::exchange(x, y);
-        Move::exchange(x + kBottom, y + top_);
-        Move::exchange(x + top_, y + kBottom);
-        Move::exchange(x + top_ + kBottom, y + top_ + kBottom);
+        exchange(x, y);
+        exchange(x + kBottom, y + top_);
+        exchange(x + top_, y + kBottom);
+        exchange(x + top_ + kBottom, y + top_ + kBottom);
     }
 
     void exchangeOwnEnds(T* x) const {
         Move::keep(x);
-        Move::exchange(x + kBottom, x + top_);
+        exchange(x + kBottom, x + top_);
         Move::keep(x + top_ + kBottom);
+    }
+
+    // The array is a row of a block as a rule, and the next row comes next: it is asked for
+    // while this one, in the cache by now, is moved.
+    void exchange(T* x, T* y) const {
+        const auto row = static_cast<std::size_t>(2 * top_);
+        for (const T* element : {x, x + 1, y, y + 1}) fft::prefetch(element, row);
+        Move::exchange(x, y);
     }
 
     static constexpr int kBottom = 2;  // elements to the sample with the bottom bit set

@@ -176,7 +176,7 @@ struct Twiddle {
     double re3, im3;  // exp(-3 i t)
 
     // The row of the mirrored position: sines and cosines change places.
-    Twiddle mirrored() const { return {im1, re1, im3, re3}; }
+    ORBEL_LANE_INLINE Twiddle mirrored() const { return {im1, re1, im3, re3}; }
 };
 
 ORBEL_LANE_INLINE Twiddle twiddleAt(const double* row) {

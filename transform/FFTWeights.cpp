@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "transform/FFT2D.h"
+#include "transform/TwiddleTables.h"
 
 FFTWeights::FFTWeights(AEO::InData& context, std::size_t threads, std::size_t n)
     : ip(context),

@@ -19,8 +19,10 @@
 // Arithmetic touches live lanes only; a plain copy of an element moves its whole cell. Elements
 // need no more alignment than their scalars have.
 
+#include <bit>
 #include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <type_traits>
 
 // Placed before a loop over lanes: no lane's result is read by another lane, so the compiler need
@@ -116,6 +118,17 @@ ORBEL_LANE_INLINE constexpr void exchangeScalars(T* a, T* b) {
     }
 }
 
+// Exchanges kCount scalars of two cells that don't overlap, unless they hold the same bits: what
+// isn't stored need not go back to memory, which is what moving wide cells costs.
+template <std::size_t kCount, class T>
+ORBEL_LANE_INLINE constexpr void exchangeUnlessEqual(T* a, T* b) {
+    std::uint64_t difference = 0;
+    for (std::size_t k = 0; k < kCount; ++k) {
+        difference |= std::bit_cast<std::uint64_t>(a[k]) ^ std::bit_cast<std::uint64_t>(b[k]);
+    }
+    if (difference != 0) exchangeScalars<kCount>(a, b);
+}
+
 // An element of N lanes; exactly N scalars in memory, left as they are by default construction.
 template <class T, std::size_t N>
 class vecT {
@@ -184,9 +197,11 @@ public:
         return *this;
     }
 
-    // Whole cells, without a temporary element.
+    // Whole cells, without a temporary element. The dead lanes are zero in all elements of a block
+    // as a rule, and are only compared then.
     friend ORBEL_LANE_INLINE constexpr void swap(StrideVecT& a, StrideVecT& b) {
-        exchangeScalars<S>(a.lanes, b.lanes);
+        exchangeScalars<N>(a.lanes, b.lanes);
+        exchangeUnlessEqual<S - N>(a.lanes + N, b.lanes + N);
     }
 
     ORBEL_LANE_INLINE constexpr T& operator[](std::size_t k) { return lanes[k]; }
@@ -222,7 +237,9 @@ private:
 };
 
 // The array `cells`, seen through the first N lanes of each element: same addresses, same count.
-// A cell is S scalars in either type, so only the lanes that arithmetic touches differ.
+// A cell is S scalars in either type, so only the lanes that arithmetic touches differ. Both types
+// reach memory as scalars alone, and the host's iterations, calls that no compiler sees through,
+// stand between the uses of one view and of the other.
 template <std::size_t N, class T, std::size_t S>
 StrideVecT<T, N, S>* viewLanes(vecT<T, S>* cells) {
     static_assert(sizeof(StrideVecT<T, N, S>) == sizeof(vecT<T, S>));

@@ -1,4 +1,4 @@
-#include "transform/FFT2D.h"
+#include "transform/FFT2DImpl.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
