@@ -31,16 +31,14 @@ struct iRect {
 // Element types of a frame with N depth layers, N from 1 to 16.
 template <std::size_t N>
 struct BlockLayout {
-    static constexpr std::size_t kLayerChannels = 5;  // red, green, blue, alpha, weight
-    static constexpr std::size_t kChannels = N == 1 ? 4 : kLayerChannels * N;
-    static constexpr std::size_t kForwardChannels = N == 1 ? 4 : N + 4;
+    static constexpr std::size_t kColours = 4;                   // red, green, blue, alpha
+    static constexpr std::size_t kLayerChannels = kColours + 1;  // and the layer's weight
+    static constexpr std::size_t kChannels = N == 1 ? kColours : kLayerChannels * N;
+    // Of these, what Normal fills before the multiply stage: colours, and each layer's weight.
+    static constexpr std::size_t kForwardChannels = N == 1 ? kColours : kColours + N;
 
     // What the block buffer stores.
     using Element = ET::vecT<double, kChannels>;
-    // The view of it that the forward transform walks over in Normal mode: colours and weights.
-    using NormalForwardElement = ET::StrideVecT<double, kForwardChannels, kChannels>;
     // What the kernel bank stores, one lane a layer.
     using KernelElement = ET::vecT<double, N>;
-
-    static_assert(sizeof(Element) == sizeof(NormalForwardElement));
 };

@@ -58,7 +58,7 @@ public:
     int store(const iRect& rect, const BlockDepth& map);
     int forward();
     int multiply(const iRect& rect);
-    int inverse() { return transform<Element>(true); }
+    int inverse() { return transform(block_.data(), true); }
     int unpack(const iRect& tile, const iRect& rect);
 
 private:
@@ -75,12 +75,10 @@ private:
         return vector.data() ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
     }
 
-    // Transforms the block as an array of `View`, which has the size of an element.
-    template <class View>
-    int transform(bool back) {
-        static_assert(sizeof(View) == sizeof(Element));
-        FFT2D<View> fft(weights_, reinterpret_cast<View*>(block_.data()), filter_.size);
-        return fft.doFFT2D(hostData_, back);
+    // Transforms the block, given as an array of its elements or of a view of them.
+    template <class T>
+    int transform(T* elements, bool back) {
+        return FFT2D<T>(weights_, elements, filter_.size).doFFT2D(hostData_, back);
     }
 
     template <class Stage>
@@ -155,9 +153,9 @@ int BlockStages<N>::store(const iRect& rect, const BlockDepth& map) {
 template <std::size_t N>
 int BlockStages<N>::forward() {
     if (info_.compositeMode == kCompositeNormal) {
-        return transform<typename Layout::NormalForwardElement>(false);
+        return transform(ET::viewLanes<Layout::kForwardChannels>(block_.data()), false);
     }
-    if (info_.compositeMode == kCompositeSplit) return transform<Element>(false);
+    if (info_.compositeMode == kCompositeSplit) return transform(block_.data(), false);
     return PF_Err_NONE;
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "effect/RenderInfo.h"
 #include "host/Vector.h"
 #include "kernels/Filter.h"
 #include "pipeline/BlockLayout.h"
@@ -24,8 +25,7 @@ public:
 
 private:
     using Kernel = typename BlockLayout<N>::KernelElement;
-
-    static constexpr std::size_t kColours = 4;
+    static constexpr std::size_t kColours = BlockLayout<N>::kColours;
 
     // Makes the `width` channels from `target` on the product of the kernel value kr + i * ki with
     // the channels from `source` on, which are the same ones or lie apart.
@@ -61,7 +61,7 @@ int Multiply<N, K>::iterate(int, int item, int) {
     Element& imag = block_[2 * index + 1];
     if constexpr (N == 1) {
         product<kColours>(kr[0], ki[0], real, imag, 0, 0);
-    } else if constexpr (K == 2) {
+    } else if constexpr (K == kCompositeSplit) {
         split(kr, ki, real, imag);
     } else {
         normal(kr, ki, real, imag);

@@ -1,6 +1,8 @@
 #pragma once
 // The three pixel types of the host as doubles on the scale 0 to 1, and their places in a layer.
 
+#include <cstddef>
+#include <cstdint>
 #include <type_traits>
 #include <utility>
 

@@ -34,7 +34,8 @@ public:
     int iterate(int thread, int index, int count);
 
 private:
-    using Colour = std::array<double, 4>;  // red, green, blue, alpha
+    static constexpr std::size_t kColours = BlockLayout<N>::kColours;
+    using Colour = std::array<double, kColours>;  // red, green, blue, alpha
 
     // One pixel in the light domain of the convolution.
     struct Merged {
@@ -101,8 +102,8 @@ template <class Pixel, std::size_t N>
 typename UnpackBuffer<Pixel, N>::Merged UnpackBuffer<Pixel, N>::gathered(const Element& channels) {
     Merged sum;
     for (std::size_t c = 0; c < BlockLayout<N>::kChannels; c += BlockLayout<N>::kLayerChannels) {
-        const double weight = channels[c + 4];
-        for (std::size_t k = 0; k < 4; ++k) sum.colour[k] += weight * channels[c + k];
+        const double weight = channels[c + kColours];
+        for (std::size_t k = 0; k < kColours; ++k) sum.colour[k] += weight * channels[c + k];
         sum.weight += weight;
     }
     return sum;
@@ -113,8 +114,8 @@ template <class Pixel, std::size_t N>
 typename UnpackBuffer<Pixel, N>::Merged UnpackBuffer<Pixel, N>::scattered(const Element& channels) {
     Merged sum;
     for (std::size_t c = 0; c < BlockLayout<N>::kChannels; c += BlockLayout<N>::kLayerChannels) {
-        for (std::size_t k = 0; k < 4; ++k) sum.colour[k] += channels[c + k];
-        sum.weight += channels[c + 4];
+        for (std::size_t k = 0; k < kColours; ++k) sum.colour[k] += channels[c + k];
+        sum.weight += channels[c + kColours];
     }
     return sum;
 }
