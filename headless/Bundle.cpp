@@ -1,6 +1,9 @@
 #include "headless/Bundle.h"
 
+#include <fstream>
 #include <string>
+
+#include "headless/BundleFile.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -16,11 +19,27 @@ constexpr const char* kEntryPointName = "EntryPointFunc";
 
 #ifdef _WIN32
 
+// The system's text for one of its error numbers, in one line.
+std::string systemText(DWORD code) {
+    constexpr DWORD kFlags =
+        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
+    char text[512];
+    const DWORD length = FormatMessageA(kFlags, nullptr, code, 0, text, sizeof text, nullptr);
+    return "system error " + std::to_string(code) + (length > 0 ? ", " : "") +
+           std::string(text, length);
+}
+
 std::string lastError() {
-    return "system error " + std::to_string(GetLastError());
+    const DWORD code = GetLastError();
+    // The system's texts for these two read as if the file itself were not there, or no library.
+    if (code == ERROR_MOD_NOT_FOUND) return "a library that it needs is missing";
+    if (code == ERROR_BAD_EXE_FORMAT) return "it is damaged, or a library that it needs is";
+    return systemText(code);
 }
 
 void* openLibrary(const std::filesystem::path& file) {
+    // Otherwise a damaged file opens a box that waits for a click.
+    SetErrorMode(SEM_FAILCRITICALERRORS);
     return LoadLibraryW(file.c_str());
 }
 
@@ -53,28 +72,27 @@ void closeLibrary(void* library) {
 
 #endif
 
-bool contains(const std::string& text, const char* part) {
-    return text.find(part) != std::string::npos;
-}
-
-// The loader's reason as a sentence about `file`. The loader begins its text with the file's name.
+// The loader's reason as a sentence about `file`.
 std::string sentence(const std::string& file, std::string reason) {
     // The dynamic loader reads the processor level that the linker noted in the file.
-    if (contains(reason, "CPU ISA level is lower than required")) {
+    if (reason.find("CPU ISA level is lower than required") != std::string::npos) {
         return file + " needs a processor with AVX2 (x86-64-v3), and this one has none";
     }
-    if (contains(reason, "invalid ELF header") || contains(reason, "file too short")) {
-        return file + " is not a loadable file for this system";
-    }
-    // The loader passes over a file for another machine as if it were not there. A missing library
-    // that the file itself needs reads the same, but with that library's name.
-    const bool passedOver =
-        reason == file + ": cannot open shared object file: No such file or directory";
-    if (contains(reason, "wrong ELF class") || passedOver) {
-        return file + " was built for another processor";
-    }
-    if (reason.rfind(file + ": ", 0) == 0) reason.erase(0, file.size() + 2);
+    if (reason.starts_with(file + ": ")) reason.erase(0, file.size() + 2);
     return file + " can't be loaded: " + reason;
+}
+
+// Throws unless the file was made for this system and processor, and is whole.
+void checkFile(const std::filesystem::path& file) {
+    if (!std::ifstream(file)) throw BundleError(file.string() + " can't be read");
+    const auto target = bundleTarget(file);
+    if (!target) throw BundleError(file.string() + " is not a loadable file");
+    if (target->fitsThisProgram()) {
+        if (endsEarly(file)) throw BundleError(file.string() + " is not whole, its end is missing");
+        return;
+    }
+    throw BundleError(file.string() + " was built for " + target->describe() + ", and this is " +
+                      thisProgram().describe());
 }
 
 }  // namespace
@@ -88,6 +106,7 @@ Bundle::Bundle(const std::filesystem::path& file) {
     if (!std::filesystem::is_regular_file(whole, error)) {
         throw BundleError(whole.string() + " is not a file");
     }
+    checkFile(whole);
     library = openLibrary(whole);
     if (!library) throw BundleError(sentence(whole.string(), lastError()));
     entry = reinterpret_cast<PF_EntryPoint>(findFunction(library, kEntryPointName));

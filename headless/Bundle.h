@@ -17,8 +17,8 @@ public:
 // A loaded bundle; unloaded at the end of its life.
 class Bundle {
 public:
-    // Throws BundleError if the file isn't there, can't be loaded here (no loadable file, another
-    // processor, a processor without AVX2) or has no entry point.
+    // Throws BundleError if the file isn't there, can't be loaded here (no loadable file, one for
+    // another system or processor, a processor without AVX2) or has no entry point.
     explicit Bundle(const std::filesystem::path& file);
     ~Bundle();
     Bundle(const Bundle&) = delete;

@@ -4,6 +4,8 @@
 
 #include <fstream>
 
+#include "headless/BundleFile.h"
+
 namespace headless {
 namespace {
 
@@ -18,29 +20,75 @@ std::string messageFor(const fs::path& file) {
     return "loaded";
 }
 
+std::string contentsOf(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+fs::path write(const fs::path& file, const std::string& contents) {
+    std::ofstream(file, std::ios::binary) << contents;
+    return file;
+}
+
+// The library with another number for its processor.
+std::string elfFor(std::string library, char machine) {
+    library.at(18) = machine;
+    library.at(19) = 0;
+    return library;
+}
+
+// The beginning of a Windows file, with its headers at 0x80.
+std::string windowsHead(char low, char high) {
+    std::string head = "MZ";
+    head.resize(0x3C);
+    head += '\x80';
+    head.resize(0x80);
+    head += "PE";
+    head.resize(0x84);
+    head += low;
+    head += high;
+    return head;
+}
+
 TEST(Bundle, MessageNamesFileAndReason) {
     const fs::path folder = testing::TempDir() + "/bundle_test";
     fs::remove_all(folder);
     fs::create_directories(folder);
-    std::ifstream module(ORBEL_NO_ENTRY_MODULE, std::ios::binary);
-    std::string foreign{std::istreambuf_iterator<char>(module), {}};
-    ASSERT_GT(foreign.size(), 64u);
-    foreign[18] = 0x16;  // e_machine: a processor that this is not
-    foreign[19] = 0;
-    std::ofstream(folder / "foreign.so", std::ios::binary) << foreign;
-    std::ofstream(folder / "empty.so");
-    std::ofstream(folder / "text.so") << "no library, however long the text of the file is, "
-                                         "since it lacks the header that the loader looks for";
+    const std::string library = contentsOf(ORBEL_NO_ENTRY_MODULE);
+    const std::string builtFor = " was built for ";
+    const std::string here = ", and this is " + thisProgram().describe();
+    const std::string text = "no library, however long the text of the file is";
 
-    const std::pair<fs::path, const char*> cases[] = {
+    const std::pair<fs::path, std::string> cases[] = {
         {folder / "missing.so", " is not there"},
         {folder, " is not a file"},
-        {folder / "empty.so", " is not a loadable file for this system"},
-        {folder / "text.so", " is not a loadable file for this system"},
-        {folder / "foreign.so", " was built for another processor"},
+        {write(folder / "empty.so", ""), " is not a loadable file"},
+        {write(folder / "text.so", text), " is not a loadable file"},
+        {write(folder / "dos.so", "MZ" + text), " is not a loadable file"},
+        {write(folder / "arm.so", elfFor(library, 40)), builtFor + "Linux on arm (32 bits)" + here},
+        {write(folder / "s390.so", elfFor(library, 22)),
+         builtFor + "Linux on processor type 22" + here},
+        {write(folder / "x86-64.dll", windowsHead('\x64', '\x86')),
+         builtFor + "Windows on x86-64" + here},
+        {write(folder / "arm64.dll", windowsHead('\x64', '\xAA')),
+         builtFor + "Windows on arm64" + here},
+        {write(folder / "mac.so", std::string("\xCF\xFA\xED\xFE\x0C\0\0\1", 8)),
+         builtFor + "macOS on arm64" + here},
+        {write(folder / "universal.so", "\xCA\xFE\xBA\xBE"), builtFor + "macOS" + here},
         {ORBEL_NO_ENTRY_MODULE, " has no function EntryPointFunc, so it is no effect"}};
     for (const auto& [file, reason] : cases) EXPECT_EQ(messageFor(file), file.string() + reason);
     fs::remove_all(folder);
+}
+
+// The system's loader would map pages that the file doesn't have, and the process would die.
+TEST(Bundle, ACutOffFileIsRefusedBeforeTheLoaderSeesIt) {
+    const fs::path file = testing::TempDir() + "/bundle_test_cut.so";
+    const std::string library = contentsOf(ORBEL_NO_ENTRY_MODULE);
+    for (const std::size_t length : {std::size_t{20}, std::size_t{64}, library.size() / 4}) {
+        write(file, library.substr(0, length));
+        EXPECT_EQ(messageFor(file), file.string() + " is not whole, its end is missing") << length;
+    }
+    fs::remove(file);
 }
 
 }  // namespace
