@@ -25,8 +25,7 @@ std::string systemText(DWORD code) {
         FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
     char text[512];
     const DWORD length = FormatMessageA(kFlags, nullptr, code, 0, text, sizeof text, nullptr);
-    return "system error " + std::to_string(code) + (length > 0 ? ", " : "") +
-           std::string(text, length);
+    return std::string(text, length) + "(system error " + std::to_string(code) + ")";
 }
 
 std::string lastError() {

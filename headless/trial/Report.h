@@ -1,0 +1,34 @@
+#pragma once
+// What a trial found: a line for each case and a summary.
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace trial {
+
+class Report {
+public:
+    explicit Report(std::ostream& stream) : out(stream) {}
+
+    // Runs `body` as the case `name` and prints how it went. An exception fails the case.
+    void run(const std::string& name, const std::function<void()>& body);
+    // Fails the case at hand unless `holds`; `what` says what was expected.
+    void check(bool holds, const std::string& what);
+    // Adds to the line of the case at hand.
+    void note(const std::string& text) { remark = text; }
+
+    // Whether every case so far went well.
+    bool good() const { return failed == 0; }
+    void printSummary() const;
+
+private:
+    std::ostream& out;
+    int cases = 0;
+    int failed = 0;
+    std::vector<std::string> complaints;  // of the case at hand
+    std::string remark;
+};
+
+}  // namespace trial
