@@ -1,0 +1,87 @@
+#!/usr/bin/env bash
+# trial.sh [RELEASE WINDOWS ARM64]
+#
+# Tries the bundles of three platforms out, each in a host of its own platform: the native one, the
+# Windows one under Wine and the arm64 one under qemu. Then holds their frames against each other,
+# and gives each host files that are no bundle for it. The arguments are the build folders; at
+# first those of the presets, which have to be built.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+release="${1:-build/release}"
+windows="${2:-build/windows}"
+arm64="${3:-build/arm64}"
+
+work=$(mktemp -d)
+# Debian keeps Wine's programs off the PATH. The server of this prefix outlives its programs.
+wine=/usr/lib/wine/wine64
+export WINEPREFIX="$work/wine" WINEDEBUG=-all
+trap '/usr/lib/wine/wineserver64 -k || true; rm -rf "$work"' EXIT
+
+native_host=("$release/orbel-trial")
+windows_host=("$wine" "$windows/orbel-trial.exe")
+arm64_host=(qemu-aarch64 -L /usr/aarch64-linux-gnu "$arm64/orbel-trial")
+
+windows_bundle="$windows/Orbel.aex"
+[[ -e $windows_bundle ]] || windows_bundle="$windows/Orbel.dll"
+
+fail() {
+    echo "trial.sh: $1" >&2
+    exit 1
+}
+
+# try NAME HOST... BUNDLE: the whole command stream; the frames go to $work/NAME.
+try() {
+    local name="$1" log="$work/$1.log" start=$SECONDS
+    shift
+    echo "== $name"
+    if ! "$@" --frames "$work/$name" >"$log" 2>&1; then
+        grep -vE '^ok ' "$log" || true
+        fail "the trial of the bundle for $name failed"
+    fi
+    tr -d '\r' <"$log" | sed -nE 's/^ok +(load and set-up)/\1/p; $p'
+    echo "$((SECONDS - start)) s"
+}
+
+compare() {
+    echo "== $1 beside $2"
+    "${native_host[@]}" --compare "$work/$1" "$work/$2" || fail "the frames are too far apart"
+}
+
+# refuses REASON FILE PROGRAM...: the program says that it can't load the file, and why.
+refuses() {
+    local reason="$1" file="$2" text code=0
+    shift 2
+    text=$("$@" "$file" 2>&1) || code=$?
+    [[ $code -eq 1 && $text == *"${file##*[/\\]} $reason"* ]] ||
+        fail "expected \"${file##*/} $reason\" and code 1, not code $code and: $text"
+    echo "$text" | tr -d '\r'
+}
+
+# Copies of the Windows bundle with another processor in the header, and without the second half.
+header=$(od -An -tu4 -j60 -N4 "$windows_bundle")
+cp "$windows_bundle" "$work/foreign.aex"
+printf '\x64\xAA' | dd of="$work/foreign.aex" bs=1 seek=$((header + 4)) conv=notrunc status=none
+head -c $(($(stat -c %s "$windows_bundle") / 2)) "$windows_bundle" >"$work/half.aex"
+echo 'No bundle, but a text.' >"$work/text.aex"
+
+try linux-x86_64 "${native_host[@]}" "$release/Orbel.so"
+try windows-x86_64 "${windows_host[@]}" "$windows_bundle"
+try linux-arm64 "${arm64_host[@]}" "$arm64/Orbel.so"
+compare linux-x86_64 windows-x86_64
+compare linux-x86_64 linux-arm64
+
+echo '== files that are no bundle'
+refuses 'was built for Linux on arm64' "$arm64/Orbel.so" "${native_host[@]}"
+refuses 'was built for Windows on x86-64' "$windows_bundle" "${native_host[@]}"
+refuses 'was built for Linux on x86-64' "$release/Orbel.so" "${arm64_host[@]}"
+refuses 'has no function EntryPointFunc' /usr/aarch64-linux-gnu/lib/libm.so.6 "${arm64_host[@]}"
+refuses 'was built for Linux on x86-64' "$release/Orbel.so" "${windows_host[@]}"
+refuses 'was built for Windows on arm64' "$work/foreign.aex" "${windows_host[@]}"
+refuses "can't be loaded: it is damaged" "$work/half.aex" "${windows_host[@]}"
+refuses 'is not a loadable file' "$work/text.aex" "${windows_host[@]}"
+refuses 'is not there' "$work/missing.aex" "${windows_host[@]}"
+refuses 'has no function EntryPointFunc' 'C:\windows\system32\version.dll' "${windows_host[@]}"
+if [[ -x $release/orbel ]]; then
+    refuses 'was built for Linux on arm64' "$arm64/Orbel.so" "$release/orbel" params --bundle
+fi
