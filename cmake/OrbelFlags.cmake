@@ -3,6 +3,8 @@
 # orbel_flags          warnings and sanitizers, for all code
 # orbel_plugin_flags   what the plug-in's own code is compiled with, on top of the above
 include(CheckCXXCompilerFlag)
+include(CheckCXXSourceCompiles)
+include(CheckLinkerFlag)
 
 option(ORBEL_WARNINGS_AS_ERRORS "Stop the build at any compiler warning" OFF)
 set(ORBEL_X86_64_LEVEL "v3" CACHE STRING
@@ -26,7 +28,7 @@ endfunction()
 add_library(orbel_flags INTERFACE)
 target_compile_features(orbel_flags INTERFACE cxx_std_20)
 if(MSVC)
-    target_compile_options(orbel_flags INTERFACE /W4 /permissive- /EHsc /utf-8)
+    target_compile_options(orbel_flags INTERFACE /W4 /permissive- /EHsc /utf-8 /bigobj)
 else()
     foreach(flag -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor)
         orbel_try_flag(orbel_flags ${flag})
@@ -41,9 +43,21 @@ if(ORBEL_SANITIZE)
     target_link_options(orbel_flags INTERFACE -fsanitize=${ORBEL_SANITIZE})
 endif()
 
+# A Windows file carries its run-time libraries, since nobody installs a compiler's beside it.
+if(MSVC)
+    set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+elseif(WIN32)
+    check_linker_flag(CXX -static ORBEL_LINKER_HAS_STATIC)
+    if(ORBEL_LINKER_HAS_STATIC)
+        target_link_options(orbel_flags INTERFACE -static)
+    endif()
+endif()
+
 add_library(orbel_plugin_flags INTERFACE)
 target_link_libraries(orbel_plugin_flags INTERFACE orbel_flags)
 if(MSVC)
+    # Contracts nothing from Visual Studio 2022 on, keeps no errno in inlined functions, and a DLL
+    # there exports only what says so: this covers all of the flags below.
     target_compile_options(orbel_plugin_flags INTERFACE /fp:precise)
 else()
     # A fused multiply-add rounds once where two operations round twice. Without it every lane,
@@ -55,22 +69,50 @@ else()
     orbel_try_flag(orbel_plugin_flags -fvisibility-inlines-hidden)
 endif()
 
-# The CMake name of the target processor differs by platform; the compiler's macro does not.
-include(CheckCXXSourceCompiles)
-check_cxx_source_compiles("
-    #if !defined(__x86_64__) && !defined(_M_X64)
-    #error another processor
-    #endif
-    int main() {}" ORBEL_TARGETS_X86_64)
+# The CMake name of the target processor differs by platform; the compiler's macro does not. A
+# universal build has two processors, and each option says which one it is for.
+set(ORBEL_ONLY_X86_64 "")
+if("x86_64" IN_LIST CMAKE_OSX_ARCHITECTURES)
+    set(ORBEL_TARGETS_X86_64 TRUE)
+    set(ORBEL_ONLY_X86_64 "-Xarch_x86_64 ")
+else()
+    check_cxx_source_compiles("
+        #if !defined(__x86_64__) && !defined(_M_X64)
+        #error another processor
+        #endif
+        int main() {}" ORBEL_TARGETS_X86_64)
+endif()
+
 set(ORBEL_HAS_LEVEL FALSE)
-if(ORBEL_TARGETS_X86_64 AND ORBEL_X86_64_LEVEL AND NOT ORBEL_UNIVERSAL)
+if(ORBEL_TARGETS_X86_64 AND ORBEL_X86_64_LEVEL)
+    set(ORBEL_HAS_LEVEL TRUE)
     if(MSVC)
-        target_compile_options(orbel_plugin_flags INTERFACE /arch:AVX2)
+        set(level_options /arch:AVX2)
     else()
         # g++ 12.2 fuses alternating sums and differences of products (vfmaddsub) whatever the
         # contraction setting says; without the instructions it can't.
-        target_compile_options(orbel_plugin_flags INTERFACE
-            -march=x86-64-${ORBEL_X86_64_LEVEL} -mno-fma)
+        set(level_options -march=x86-64-${ORBEL_X86_64_LEVEL} -mno-fma)
     endif()
-    set(ORBEL_HAS_LEVEL TRUE)
+    list(TRANSFORM level_options PREPEND "${ORBEL_ONLY_X86_64}")
+
+    list(JOIN level_options " " CMAKE_REQUIRED_FLAGS)
+    check_cxx_source_compiles("int main() {}" ORBEL_COMPILER_KNOWS_${ORBEL_X86_64_LEVEL})
+    unset(CMAKE_REQUIRED_FLAGS)
+    if(NOT ORBEL_COMPILER_KNOWS_${ORBEL_X86_64_LEVEL})
+        message(FATAL_ERROR "the compiler does not know ${level_options}: "
+            "take a newer one, or leave ORBEL_X86_64_LEVEL empty")
+    endif()
+    list(TRANSFORM level_options PREPEND "SHELL:")
+    target_compile_options(orbel_plugin_flags INTERFACE ${level_options})
+endif()
+
+# Windows aligns a stack to 16 bytes, and g++ moves 32-byte vectors there as if it were 32: the
+# assembler has to write the moves that bear it. MSVC and clang align such a frame by themselves.
+if(WIN32 AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND ORBEL_HAS_LEVEL)
+    check_cxx_compiler_flag(-Wa,-muse-unaligned-vector-move ORBEL_ASSEMBLER_UNALIGNS_MOVES)
+    if(NOT ORBEL_ASSEMBLER_UNALIGNS_MOVES)
+        message(FATAL_ERROR "the assembler does not know -muse-unaligned-vector-move: "
+            "take binutils 2.38 or newer, or leave ORBEL_X86_64_LEVEL empty")
+    endif()
+    target_compile_options(orbel_plugin_flags INTERFACE -Wa,-muse-unaligned-vector-move)
 endif()
