@@ -97,6 +97,13 @@ TEST(Descriptor, OwnDescriptionAgreesWithTheCode) {
     EXPECT_EQ(own.outFlags2, 0x8001480U);
 }
 
+// The one that packages and the macOS bundle's information carry.
+TEST(Descriptor, EffectVersionIsTheProjects) {
+    EXPECT_EQ(std::to_string(identity::kVersion) + "." + std::to_string(identity::kSubversion) +
+                  "." + std::to_string(identity::kBugFix),
+              ORBEL_VERSION);
+}
+
 std::string errorOf(const std::string& text) {
     std::istringstream stream(text);
     try {

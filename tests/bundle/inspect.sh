@@ -25,7 +25,7 @@ symbols() {
 }
 
 exported() {
-    symbols --dyn-syms "$1" | awk '$7 != "UND" { sub(/@.*/, "", $8); print $8 }'
+    symbols --dyn-syms "$1" | awk '$5 != "LOCAL" && $7 != "UND" { sub(/@.*/, "", $8); print $8 }'
 }
 
 # Indices of the sections that stay writable while the code runs: the loader makes relocated

@@ -1,0 +1,79 @@
+#!/usr/bin/env bash
+# check-bundle.sh BUILD
+#
+# Looks at the bundle in the build folder BUILD as the host's loader will: what it exports, what it
+# imports, how large it is when stripped, and for Windows the descriptor inside and how it moves
+# vectors. Prints what is wrong and exits with 1.
+set -euo pipefail
+
+readonly entry_point=EntryPointFunc
+readonly largest=30000000 # bytes
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+build="${1:?usage: check-bundle.sh BUILD}"
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+findings=0
+report() {
+    echo "$bundle: $1"
+    findings=$((findings + 1))
+}
+
+# The program that the build found under a name, such as STRIP: the target's own.
+tool() {
+    sed -n "s/^CMAKE_$1:FILEPATH=//p" "$build/CMakeCache.txt"
+}
+
+check_size() {
+    local size
+    "$(tool STRIP)" -o "$scratch/stripped" "$bundle"
+    size=$(stat -c %s "$scratch/stripped")
+    echo "$bundle: $size bytes stripped"
+    [[ $size -lt $largest ]] || report "more than $largest bytes"
+}
+
+check_elf() {
+    export READELF LC_ALL=C
+    READELF=$(tool READELF)
+    "$root/tests/bundle/inspect.sh" exports "$bundle" "$entry_point" 2>&1 || report 'wrong exports'
+    "$root/tests/bundle/inspect.sh" libraries "$bundle" 2>&1 || report 'wrong libraries'
+}
+
+# Names under a heading of the export table, and the DLLs of the import table.
+check_windows_tables() {
+    local tables exports foreign
+    tables=$("$(tool OBJDUMP)" -p "$bundle")
+    exports=$(sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/ s/^\s\+\[ *[0-9]*\] *//p' <<<"$tables")
+    [[ $exports == "$entry_point" ]] || report "exports, not $entry_point alone: ${exports//$'\n'/ }"
+    foreign=$(sed -n 's/.*DLL Name: //p' <<<"$tables" |
+        grep -viE '^(kernel32|msvcrt|ucrtbase|api-ms-win-[a-z0-9-]+)\.dll$' || true)
+    [[ -z $foreign ]] || report "imports what is no part of Windows: ${foreign//$'\n'/ }"
+}
+
+# A resource reader has to find the very bytes that the generator wrote.
+check_descriptor() {
+    wrestool --extract --raw --type=PIPL --name=16000 "$bundle" >"$scratch/descriptor"
+    cmp "$scratch/descriptor" "$build/bundle/windows/Orbel.pipl" || report 'no descriptor, or another'
+}
+
+# Moves of 32-byte vectors that fault where the stack has Windows' 16-byte alignment.
+check_vector_moves() {
+    local code aligned
+    code="$scratch/code"
+    "$(tool OBJDUMP)" -d --no-show-raw-insn "$bundle" >"$code"
+    aligned=$(grep -cE 'vmov(aps|apd|dqa(32|64)?|ntps|ntpd|ntdqa?) .*(\(.*ymm|ymm.*\()' "$code" || true)
+    [[ $aligned -eq 0 ]] || report "$aligned aligned moves of 32-byte vectors"
+    grep -qE 'vmovup[sd] .*\(.*ymm' "$code" || report 'no moves of 32-byte vectors at all'
+}
+
+if [[ -f $build/Orbel.aex ]]; then
+    bundle="$build/Orbel.aex"
+    check_windows_tables
+    check_descriptor
+    check_vector_moves
+else
+    bundle="$build/Orbel.so"
+    check_elf
+fi
+check_size
+[[ $findings -eq 0 ]] || exit 1
