@@ -22,7 +22,7 @@ fs::path programFolder(const char* argv0) {
 
 std::vector<fs::path> bundlePlaces(const fs::path& programFolder) {
     return {programFolder / kBundleName,
-            (programFolder / ".." / "lib" / "orbel" / kBundleName).lexically_normal()};
+            (programFolder / ORBEL_BUNDLE_FOLDER / kBundleName).lexically_normal()};
 }
 
 std::optional<fs::path> locateBundle(const std::string& named, const fs::path& programFolder) {

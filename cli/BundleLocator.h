@@ -10,7 +10,8 @@ namespace cli {
 // The folder that this program lies in; `argv0` helps where the system can't tell.
 std::filesystem::path programFolder(const char* argv0);
 
-// Where the bundle is looked for, in order: beside the tool, then in ../lib/orbel.
+// Where the bundle is looked for, in order: beside the tool, then where it is installed to,
+// ../lib/orbel unless the build was told otherwise.
 std::vector<std::filesystem::path> bundlePlaces(const std::filesystem::path& programFolder);
 
 // The bundle to load: `named` if it isn't empty, else the first of the places that exists.

@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# package.sh [PRESET...]
+#
+# Makes the packages of the presets (release, windows and arm64) in build/packages: installs what is
+# missing, builds, looks into the bundles, packs them, and looks into the packages.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+packages=build/packages
+[[ $# -gt 0 ]] || set -- release windows arm64
+
+scripts/setup.sh build check
+rm -rf "$packages"
+for preset in "$@"; do
+    cmake --preset "$preset"
+    cmake --build --preset "$preset"
+    scripts/check-bundle.sh "build/$preset"
+    cpack --preset "$preset"
+done
+rm -rf "$packages/_CPack_Packages"
+scripts/check-package.sh "$packages"/*
