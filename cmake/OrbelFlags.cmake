@@ -56,8 +56,8 @@ endif()
 add_library(orbel_plugin_flags INTERFACE)
 target_link_libraries(orbel_plugin_flags INTERFACE orbel_flags)
 if(MSVC)
-    # Contracts nothing from Visual Studio 2022 on, keeps no errno in inlined functions, and a DLL
-    # there exports only what says so: this covers all of the flags below.
+    # From Visual Studio 2022 on this contracts nothing, and a DLL exports only what says so: no more
+    # is needed for what the flags below are for.
     target_compile_options(orbel_plugin_flags INTERFACE /fp:precise)
 else()
     # A fused multiply-add rounds once where two operations round twice. Without it every lane,
