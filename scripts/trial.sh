@@ -23,7 +23,6 @@ windows_host=("$wine" "$windows/orbel-trial.exe")
 arm64_host=(qemu-aarch64 -L /usr/aarch64-linux-gnu "$arm64/orbel-trial")
 
 windows_bundle="$windows/Orbel.aex"
-[[ -e $windows_bundle ]] || windows_bundle="$windows/Orbel.dll"
 
 fail() {
     echo "trial.sh: $1" >&2
