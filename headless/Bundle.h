@@ -18,7 +18,7 @@ public:
 class Bundle {
 public:
     // Throws BundleError if the file isn't there, can't be loaded here (no loadable file, one for
-    // another system or processor, a processor without AVX2) or has no entry point.
+    // another system or processor, on Linux a processor without AVX2) or has no entry point.
     explicit Bundle(const std::filesystem::path& file);
     ~Bundle();
     Bundle(const Bundle&) = delete;

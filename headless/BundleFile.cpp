@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <fstream>
 #include <string_view>
+#include <system_error>
 
 namespace headless {
 
@@ -111,7 +112,9 @@ std::optional<BundleTarget> bundleTarget(const std::filesystem::path& file) {
 bool endsEarly(const std::filesystem::path& file) {
     const FileHead head(file);
     if (!head.has(0, "\177ELF\2")) return false;
-    const std::uint64_t size = std::filesystem::file_size(file);
+    std::error_code error;
+    const std::uint64_t size = std::filesystem::file_size(file, error);
+    if (error) return true;
     const std::uint64_t table = head.number(32, 8);
     const std::uint64_t entrySize = head.number(54, 2);
     const std::uint64_t entries = head.number(56, 2);

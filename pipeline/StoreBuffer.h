@@ -192,6 +192,6 @@ void StoreBuffer<Pixel, N>::writeShares(Element& element, const Colour& colour,
         element[c + 1] = weights[i] * colour.green;
         element[c + 2] = weights[i] * colour.blue;
         element[c + 3] = weights[i] * colour.alpha;
-        element[c + 4] = weights[i];
+        element[c + BlockLayout<N>::kColours] = weights[i];
     }
 }

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# test.sh [PART...]
+# test.sh [STEP...]
 #
-# Installs what is missing, then builds and tests all parts, or those that are named:
+# Installs what is missing, then builds and tests in two steps, or in the one that is named:
 #
 #   release     the release, with every unit test
-#   platforms   the bundles for Windows and arm64: what is in them, and how they run, emulated,
-#               beside the native one
+#   platforms   the bundles and packages for Windows and arm64 too: what is in them, and how the
+#               bundles run, emulated, beside the native one
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -15,20 +15,14 @@ release() {
 }
 
 platforms() {
-    local preset
-    scripts/setup.sh build check
-    for preset in release windows arm64; do
-        cmake --preset "$preset"
-        cmake --build --preset "$preset"
-        scripts/check-bundle.sh "build/$preset"
-    done
+    scripts/package.sh
     scripts/trial.sh
 }
 
 [[ $# -gt 0 ]] || set -- release platforms
-for part in "$@"; do
-    case "$part" in
-        release | platforms) "$part" ;;
-        *) echo "test.sh: there is no part $part" >&2; exit 2 ;;
+for step in "$@"; do
+    case "$step" in
+        release | platforms) "$step" ;;
+        *) echo "test.sh: there is no step $step" >&2; exit 2 ;;
     esac
 done

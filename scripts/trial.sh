@@ -3,8 +3,8 @@
 #
 # Tries the bundles of three platforms out, each in a host of its own platform: the native one, the
 # Windows one under Wine and the arm64 one under qemu. Then holds their frames against each other,
-# and gives each host files that are no bundle for it. The arguments are the build folders; at
-# first those of the presets, which have to be built.
+# and gives each host files that are no bundle for it. The arguments are the build folders, by
+# default those of the presets, which have to be built.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

@@ -3,6 +3,7 @@
 // move whole elements of T: sample j is the pair a[2j], a[2j + 1].
 
 #include <cstddef>
+#include <initializer_list>
 
 #include "transform/Prefetch.h"
 

@@ -12,8 +12,9 @@ namespace fft {
 constexpr std::size_t kCacheLine = 64;
 
 // Asks for the element `distance` elements after `near`, into the second-level cache. A hint reads
-// nothing, so it may point outside the array, as it does at the end of a block. Elements narrower
-// than a line are left to the processor: asking for each would cost more than the wait.
+// nothing, so it may point outside the array, as it does at the end of a block; of an element that
+// begins within a line, the last bytes may be left out. Elements narrower than a line are left to
+// the processor: asking for each would cost more than the wait.
 template <class T>
 ORBEL_LANE_INLINE void prefetch([[maybe_unused]] const T* near,
                                 [[maybe_unused]] std::size_t distance) {

@@ -32,11 +32,12 @@ void checkDeclaration(Trial& trial) {
     const headless::Effect& effect = trial.effect();
     trial.check(effect.declaredParameters() == effect.parameters().size(),
                 "the effect counts other parameters than it declares");
-    trial.check((effect.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) != 0, "16 bits are declared");
+    trial.check((effect.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) != 0, "16 bits are not declared");
     const PF_OutFlags2 wanted = PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE |
                                 PF_OutFlag2_SUPPORTS_THREADED_RENDERING;
-    trial.check((effect.outFlags2() & wanted) == wanted, "smart, float and threaded rendering");
-    trial.check(effect.version() != 0, "the effect has a version");
+    trial.check((effect.outFlags2() & wanted) == wanted,
+                "smart, float or threaded rendering is not declared");
+    trial.check(effect.version() != 0, "the effect has no version");
 }
 
 struct ControlState {

@@ -1,6 +1,5 @@
 #include "headless/trial/Report.h"
 
-#include <exception>
 #include <sstream>
 
 namespace trial {
@@ -18,11 +17,7 @@ void printIndented(std::ostream& out, const std::string& text) {
 void Report::run(const std::string& name, const std::function<void()>& body) {
     complaints.clear();
     remark.clear();
-    try {
-        body();
-    } catch (const std::exception& error) {
-        complaints.push_back(error.what());
-    }
+    body();
     ++cases;
     if (!complaints.empty()) ++failed;
     out << (complaints.empty() ? "ok    " : "FAIL  ") << name;

@@ -12,9 +12,9 @@ class Report {
 public:
     explicit Report(std::ostream& stream) : out(stream) {}
 
-    // Runs `body` as the case `name` and prints how it went. An exception fails the case.
+    // Runs `body`, which throws nothing, as the case `name` and prints how it went.
     void run(const std::string& name, const std::function<void()>& body);
-    // Fails the case at hand unless `holds`; `what` says what was expected.
+    // Fails the case at hand unless `holds`; `what` says what is wrong.
     void check(bool holds, const std::string& what);
     // Adds to the line of the case at hand.
     void note(const std::string& text) { remark = text; }

@@ -18,7 +18,7 @@ namespace trial {
 struct Settings {
     std::filesystem::path bundle;
     std::filesystem::path frames;          // folder that takes the frames; empty: none are kept
-    bool small = false;                    // fewer and smaller frames, for an emulated processor
+    bool small = false;                    // fewer and smaller frames, for a quick run
     std::vector<int> layers{1, 2, 6, 16};  // numbers of depth layers to render with
 };
 
@@ -36,7 +36,8 @@ public:
     void load() { theEffect = std::make_unique<headless::Effect>(theHost, chosen.bundle); }
     void unload() { theEffect.reset(); }
 
-    // Runs `body` as a case, then checks that the effect gave everything back and broke no rule.
+    // Runs `body` as a case, which an exception fails, then checks that the effect gave everything
+    // back and broke no rule.
     void run(const std::string& name, const std::function<void()>& body);
     void check(bool holds, const std::string& what) { cases.check(holds, what); }
     // What the effect holds from now on between two cases, such as its global data.

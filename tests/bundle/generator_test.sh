@@ -32,11 +32,6 @@ refused() {
     done
 }
 
-long=$(printf 'n%.0s' {1..256})
-sed "s/^name = .*/name = ${long:0:48}/" "$scratch/good" >"$scratch/bad"
-refused "field 'name' has 48 bytes, at most 47 fit"
-sed "s/^match_name = .*/match_name = $long/" "$scratch/good" >"$scratch/bad"
-refused "field 'match_name' has 256 bytes, at most 255 fit"
 sed '/^entry_point/d' "$scratch/good" >"$scratch/bad"
 refused "field 'entry_point' is missing"
 rm "$scratch/bad"
