@@ -15,13 +15,6 @@ struct FocusedFrame : StageFixture {
         info.depthChannel = kChannelRed;
     }
 
-    // The distance of a single point.
-    double at(double x, double y) {
-        info.focusPoint0 = info.focusPoint1 = {x, y};
-        info.focusInterpolation = 0.0;
-        return forcusPointToDistance(info, info.depthWorld);
-    }
-
     // The distance between two points.
     double between(RenderPoint point0, RenderPoint point1, double t) {
         info.focusPoint0 = point0;
@@ -29,47 +22,43 @@ struct FocusedFrame : StageFixture {
         info.focusInterpolation = t;
         return forcusPointToDistance(info, info.depthWorld);
     }
+    double at(double x, double y) { return between({x, y}, {x, y}, 0.0); }
 };
 
-// A map whose red is `x * stepX + y * stepY`.
-headless::World& ramp(headless::World& map, double stepX, double stepY) {
+// A map whose red is `x / 16 + y / 64`.
+headless::World& ramp(headless::World& map) {
     for (int y = 0; y < map.height(); ++y) {
         for (int x = 0; x < map.width(); ++x) {
-            map.set(x, y, {1.0f, static_cast<float>(x * stepX + y * stepY), 0.25f, 0.5f});
+            map.set(x, y, {1.0f, static_cast<float>(4 * x + y) / 64, 0.25f, 0.5f});
         }
     }
     return map;
 }
 
+// By placement, a point of the frame, and where it lies in the map: held inside it.
 TEST(FocusPointDistance, PlacesThePointInTheMap) {
     headless::Host host;
-    headless::World large(40, 24, PF_PixelFormat_ARGB128);
-    ramp(large, 1.0 / 64, 1.0 / 128);
-    FocusedFrame stretched(host, large, kPlacementStretch);
-    EXPECT_FLOAT_EQ(static_cast<float>(stretched.at(3.25, 9.0)), 6.5f / 64 + 18.0f / 128);
-    FocusedFrame centred(host, large, kPlacementCenter);
-    EXPECT_FLOAT_EQ(static_cast<float>(centred.at(3.25, 9.0)), 13.25f / 64 + 15.0f / 128);
-    EXPECT_DOUBLE_EQ(centred.at(10.0, 6.0), stretched.at(10.0, 6.0)) << "the map's centre";
-    FocusedFrame elsewhere(host, large, 3);
-    EXPECT_EQ(elsewhere.at(10.0, 6.0), 0.0) << "the map's corner";
-}
-
-TEST(FocusPointDistance, HoldsThePointInTheMap) {
-    headless::Host host;
+    headless::World large(10, 24, PF_PixelFormat_ARGB128);
     headless::World small(10, 6, PF_PixelFormat_ARGB128);
-    ramp(small, 1.0 / 16, 1.0 / 64);
-    FocusedFrame frame(host, small, kPlacementCenter);
-    EXPECT_EQ(frame.at(-100.0, -100.0), 0.0);
-    EXPECT_FLOAT_EQ(static_cast<float>(frame.at(100.0, -100.0)), 9.0f / 16);
-    EXPECT_FLOAT_EQ(static_cast<float>(frame.at(-100.0, 100.0)), 5.0f / 64);
-    EXPECT_FLOAT_EQ(static_cast<float>(frame.at(14.5, 100.0)), 9.0f / 16 + 5.0f / 64);
-    frame.info.depthChannel = kChannelAlpha;
-    EXPECT_EQ(frame.at(100.0, 100.0), 1.0) << "no half of what lies outside";
-
-    headless::World single(1, 1, PF_PixelFormat_ARGB32);
-    single.set(0, 0, {1.0f, 0.6f, 0.0f, 0.0f});
-    FocusedFrame stretched(host, single, kPlacementStretch);
-    EXPECT_NEAR(stretched.at(19.0, 0.0), 0.6, 1e-6);
+    const struct {
+        headless::World& map;
+        std::int32_t placement;
+        double x, y, mapX, mapY;
+    } cases[] = {{large, kPlacementStretch, 3.5, 9.0, 1.75, 18.0},
+                 {large, kPlacementCenter, 6.25, 9.0, 1.25, 15.0},
+                 {large, 3, 10.0, 6.0, 0.0, 0.0},
+                 {small, kPlacementCenter, -100.0, -100.0, 0.0, 0.0},
+                 {small, kPlacementCenter, 100.0, 5.0, 9.0, 2.0},
+                 {small, kPlacementCenter, 6.0, 100.0, 1.0, 5.0},
+                 {small, kPlacementStretch, 19.9, 11.9, 9.0, 5.0}};
+    for (const auto& c : cases) {
+        FocusedFrame frame(host, ramp(c.map), c.placement);
+        const double inverse = std::max(0.0, 1.0 - (c.mapX / 16 + c.mapY / 64));
+        frame.info.invertDepth = true;
+        EXPECT_NEAR(frame.at(c.x, c.y), inverse, 1e-6) << c.placement << " at " << c.x;
+        frame.info.depthChannel = kChannelAlpha;
+        EXPECT_EQ(frame.at(c.x, c.y), 0.0) << "part of what lies outside";
+    }
 }
 
 TEST(FocusPointDistance, ReadsTheChannelAndInverts) {
@@ -103,23 +92,14 @@ TEST(FocusPointDistance, InterpolatesBetweenThePointsAndBeyond) {
     const auto rising = [&](double t) { return frame.between({4, 4}, {12, 8}, t); };
     const auto falling = [&](double t) { return frame.between({12, 8}, {4, 4}, t); };
     const auto level = [&](double t) { return frame.between({4, 4}, {4, 4}, t); };
-
-    EXPECT_NEAR(rising(0.0), 0.2, 1e-7);
-    EXPECT_NEAR(rising(0.25), 0.275, 1e-7);
-    EXPECT_NEAR(rising(1.0), 0.5, 1e-7);
-    EXPECT_NEAR(rising(-1.0), -1.0, 1e-7);
-    EXPECT_NEAR(rising(2.0), 2.0, 1e-7);
-    EXPECT_NEAR(rising(1.5), 0.95, 1e-7);
-    EXPECT_NEAR(falling(-1.0), 2.0, 1e-7);
-    EXPECT_NEAR(falling(2.0), -1.0, 1e-7);
-    EXPECT_NEAR(level(-1.0), -1.0, 1e-7);
-    EXPECT_NEAR(level(2.0), 2.0, 1e-7);
-
-    // No kink where the parabolas leave the line.
-    constexpr double kStep = 1e-4;
-    for (const double end : {0.0, 1.0}) {
-        EXPECT_NEAR((rising(end + kStep) - rising(end - kStep)) / (2.0 * kStep), 0.3, 1e-3);
-        EXPECT_NEAR((falling(end + kStep) - falling(end - kStep)) / (2.0 * kStep), -0.3, 1e-3);
+    const struct {
+        double t, rising, falling, level;
+    } cases[] = {{-1.0, -1.0, 2.0, -1.0}, {0.0, 0.2, 0.5, 0.2},      {0.25, 0.275, 0.425, 0.2},
+                 {1.0, 0.5, 0.2, 0.2},    {1.5, 0.95, -0.175, 0.65}, {2.0, 2.0, -1.0, 2.0}};
+    for (const auto& c : cases) {
+        EXPECT_NEAR(rising(c.t), c.rising, 1e-7) << c.t;
+        EXPECT_NEAR(falling(c.t), c.falling, 1e-7) << c.t;
+        EXPECT_NEAR(level(c.t), c.level, 1e-7) << c.t;
     }
 }
 

@@ -5,8 +5,6 @@
 #include <cmath>
 #include <limits>
 
-#include "headless/Host.h"
-
 namespace {
 
 TEST(Filter, ChoosesTheBlockByStrictLimits) {
@@ -29,25 +27,6 @@ TEST(Filter, SharesTheRadiusLinearlyBetweenLayers) {
         EXPECT_EQ(getNFactor<16>(l), static_cast<double>(15 - l) / 15.0);
     }
     EXPECT_EQ(getNFactor<16>(15), 1e-5);
-}
-
-TEST(Filter, StartsAsZerosAndTellsWhenMemoryIsShort) {
-    headless::Host host;
-    PF_InData record = host.makeInData();
-    AEO::InData context(&record);
-    constexpr std::uint64_t kBytes = 2 * 64 * 64 * sizeof(Filter<5>::Element);
-    host.setMemoryLimit(kBytes + 8);
-    {
-        const Filter<5> bank(context, 64);
-        EXPECT_EQ(host.memory().current, kBytes + 8);
-        ASSERT_NE(bank.data(), nullptr);
-        for (std::size_t i = 0; i < 2 * 64 * 64; ++i) {
-            for (std::size_t l = 0; l < 5; ++l) ASSERT_EQ(bank[i][l], 0.0) << i;
-        }
-    }
-    host.setMemoryLimit(kBytes + 7);
-    EXPECT_EQ(Filter<5>(context, 64).data(), nullptr);
-    EXPECT_EQ(host.memory().current, 0u);
 }
 
 }  // namespace

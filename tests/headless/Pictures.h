@@ -1,17 +1,40 @@
 #pragma once
-// The area sampling of the host, evaluated directly: what stages that sample are tested against.
+// The host's pixel formats, and its area sampling evaluated directly: what stages that sample are
+// tested against.
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 
 #include "headless/World.h"
 
+// kTop stands for 1.0; kTolerance is how far a sampled channel may lie from the exact mean.
+template <class Pixel>
+struct Format;
+template <>
+struct Format<PF_Pixel> {
+    static constexpr PF_PixelFormat kCode = PF_PixelFormat_ARGB32;
+    static constexpr double kTop = 255.0;
+    static constexpr double kTolerance = 0.501;  // the host rounds to whole steps
+};
+template <>
+struct Format<PF_Pixel16> {
+    static constexpr PF_PixelFormat kCode = PF_PixelFormat_ARGB64;
+    static constexpr double kTop = 32768.0;
+    static constexpr double kTolerance = 0.51;
+};
+template <>
+struct Format<PF_PixelFloat> {
+    static constexpr PF_PixelFormat kCode = PF_PixelFormat_ARGB128;
+    static constexpr double kTop = 1.0;
+    static constexpr double kTolerance = 1e-6;
+};
+using PixelTypes = testing::Types<PF_Pixel, PF_Pixel16, PF_PixelFloat>;
+
 // A box around (x, y), in pixels of a picture whose pixel i reaches from i - 0.5 to i + 0.5.
 struct Box {
-    double x;
-    double y;
-    double halfX;
-    double halfY;
+    double x, y, halfX, halfY;
 };
 
 // A number as it arrives in 16.16 fixed point, however large.
@@ -34,8 +57,7 @@ inline PF_PixelFloat boxMean(const headless::World& picture, const Box& box) {
     double alpha = 0, red = 0, green = 0, blue = 0;
     for (int y = 0; y < picture.height(); ++y) {
         const double high = covered(y, box.y, box.halfY);
-        if (high == 0.0) continue;
-        for (int x = 0; x < picture.width(); ++x) {
+        for (int x = 0; high > 0.0 && x < picture.width(); ++x) {
             const double area = high * covered(x, box.x, box.halfX);
             if (area == 0.0) continue;
             const PF_PixelFloat p = picture.get(x, y);
