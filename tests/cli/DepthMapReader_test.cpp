@@ -1,5 +1,7 @@
 #include "cli/DepthMapReader.h"
 
+#include <gmock/gmock.h>
+
 #include <cmath>
 #include <sstream>
 
@@ -31,9 +33,10 @@ protected:
         for (int x = 0; x < map.world->width(); ++x) values.push_back(map.world->get(x, 0).red);
         return values;
     }
-    void expectNear(const std::vector<float>& found, const std::vector<float>& expected) const {
-        ASSERT_EQ(found.size(), expected.size());
-        for (std::size_t i = 0; i < found.size(); ++i) EXPECT_NEAR(found[i], expected[i], 1e-6);
+    void expect(const std::vector<float>& distances, const DepthMapping& mapping,
+                const std::vector<float>& values) {
+        writeDistances(distances);
+        EXPECT_THAT(read(mapping), testing::Pointwise(testing::FloatNear(1e-6F), values));
     }
 
     std::ostringstream m_said;
@@ -41,41 +44,23 @@ protected:
     int m_bits = 0;
 };
 
-TEST_F(DepthMapReader, NearAndFarBecomeOneAndZero) {
-    writeDistances({2.0F, 6.0F, 10.0F, 1.0F, 50.0F, -3.0F});
-    expectNear(read({.near = 2.0, .far = 10.0}), {1.0F, 0.5F, 0.0F, 1.0F, 0.0F, 1.0F});
-    EXPECT_EQ(m_said.str(), "");
+TEST_F(DepthMapReader, DistancesBecomeOneAtNearAndZeroAtFar) {
+    expect({2, 6, 10, 1, 50, -3}, {.near = 2.0, .far = 10.0}, {1, 0.5F, 0, 1, 0, 1});
+    expect({2, 4, 10, 1, 50, 0, -3}, {.near = 2.0, .far = 10.0, .inverse = true},
+           {1, 0.375F, 0, 1, 0, 1, 1});
+    expect({4, 50}, {.near = 2.0, .far = HUGE_VAL, .inverse = true}, {0.5F, 0.04F});
+    expect({5, 5, kInfinity}, {.automatic = true}, {1, 1, 0});
     EXPECT_EQ(m_bits, 32);
 }
 
-TEST_F(DepthMapReader, InverseSpreadsTheNearDistances) {
-    writeDistances({2.0F, 4.0F, 10.0F, 1.0F, 50.0F, 0.0F, -3.0F});
-    expectNear(read({.near = 2.0, .far = 10.0, .inverse = true}),
-               {1.0F, 0.375F, 0.0F, 1.0F, 0.0F, 1.0F, 1.0F});
-    const double endless = std::numeric_limits<double>::infinity();
-    const auto values = read({.near = 2.0, .far = endless, .inverse = true});
-    EXPECT_NEAR(values[1], 0.5F, 1e-6);
-    EXPECT_NEAR(values[4], 0.04F, 1e-6);
-}
-
 TEST_F(DepthMapReader, TheSkyIsFarAndOutsideTheRange) {
-    writeDistances({3.0F, kInfinity, NAN, 1e10F, -kInfinity, 9.0F, 999e6F});
-    const auto values = read({.near = 3.0, .far = 9.0});
-    expectNear(values, {1.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F});
-    writeDistances({3.0F, kInfinity, NAN, 1e10F, 1e9F, 9.0F, 6.0F});
-    expectNear(read({.automatic = true}), {1.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.5F});
+    expect({3, kInfinity, NAN, 1e10F, -kInfinity, 9, 999e6F}, {.near = 3.0, .far = 9.0},
+           {1, 0, 0, 0, 0, 0, 0});
+    expect({3, kInfinity, NAN, 1e10F, 1e9F, 9, 6}, {.automatic = true}, {1, 0, 0, 0, 0, 0, 0.5F});
     EXPECT_EQ(m_range.least, 3.0);
     EXPECT_EQ(m_range.most, 9.0);
     EXPECT_EQ(m_range.sky, 4U);
     EXPECT_EQ(m_said.str(), "");
-}
-
-TEST_F(DepthMapReader, OneDistanceForAllIsNear) {
-    writeDistances({5.0F, 5.0F, kInfinity});
-    expectNear(read({.automatic = true}), {1.0F, 1.0F, 0.0F});
-}
-
-TEST_F(DepthMapReader, ARangeNeedsDistances) {
     writeDistances({kInfinity, 1e10F});
     EXPECT_THROW(read({.automatic = true}), Failure);
     writeDistances({0.0F, 4.0F});
@@ -83,56 +68,42 @@ TEST_F(DepthMapReader, ARangeNeedsDistances) {
 }
 
 TEST_F(DepthMapReader, WithoutAMappingDistancesAreWarnedAbout) {
-    writeDistances({0.0F, 0.5F, 1.0F});
-    expectNear(read({}), {0.0F, 0.5F, 1.0F});
+    expect({0, 0.5F, 1}, {}, {0, 0.5F, 1});
     EXPECT_EQ(m_said.str(), "");
-    writeDistances({0.25F, 80.0F, kInfinity});
-    const auto values = read({});
-    expectNear(values, {0.25F, 80.0F, 0.0F});  // the sky never reaches the effect
-    const std::string said = m_said.str();
-    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
-    EXPECT_NE(said.find("0.25 to 80"), std::string::npos) << said;
+    expect({0.25F, 80, kInfinity}, {}, {0.25F, 80, 0});  // the sky never reaches the effect
+    EXPECT_THAT(m_said.str(), testing::HasSubstr("0.25 to 80"));
 }
 
-TEST_F(DepthMapReader, IntegerMapsKeepTheirBits) {
+TEST_F(DepthMapReader, MapsOfOtherKinds) {
     test::writeValues<std::uint8_t>(path("z.png"), test::imageSpec(3, 1, {"Y"}, TypeDesc::UINT8),
                                     {0, 51, 255});
-    expectNear(read({}, "z.png"), {0.0F, 0.2F, 1.0F});
+    EXPECT_THAT(read({}, "z.png"), testing::ElementsAre(0, testing::FloatEq(0.2F), 1));
     EXPECT_EQ(m_bits, 8);
-    test::writeValues<std::uint16_t>(path("z.png"), test::imageSpec(1, 1, {"Y"}, TypeDesc::UINT16),
-                                     {65535});
-    expectNear(read({}, "z.png"), {1.0F});
-    EXPECT_EQ(m_bits, 16);
-}
 
-TEST_F(DepthMapReader, WhatAFileDoesNotCoverIsFar) {
+    // What the data window leaves out is far.
     auto made = test::imageSpec(1, 1, {"Z"}, TypeDesc::FLOAT);
     made.x = 1;
     made.full_width = 3;
     made.full_height = 1;
     test::writeValues<float>(path("z.exr"), made, {4.0F});
-    expectNear(read({.near = 4.0, .far = 8.0}), {0.0F, 1.0F, 0.0F});
-}
+    EXPECT_THAT(read({.near = 4.0, .far = 8.0}), testing::ElementsAre(0, 1, 0));
 
-TEST_F(DepthMapReader, OneFileCanHoldPictureAndMap) {
-    const auto made = test::imageSpec(1, 1, {"R", "G", "B", "depth.Z"}, TypeDesc::FLOAT);
-    test::writeValues<float>(path("shot.exr"), made, {0.1F, 0.2F, 0.3F, 6.0F});
-    expectNear(read({.near = 4.0, .far = 8.0}, "shot.exr:depth.Z"), {0.5F});
-    expectNear(read({.near = 4.0, .far = 8.0}, "shot.exr:depth"), {0.5F});
-    EXPECT_THROW(read({}, "shot.exr:depth.W"), Failure);
+    const auto both = test::imageSpec(1, 1, {"R", "G", "B", "depth.Z"}, TypeDesc::FLOAT);
+    test::writeValues<float>(path("shot.exr"), both, {0.1F, 0.2F, 0.3F, 6.0F});
+    EXPECT_THAT(read({.near = 4.0, .far = 8.0}, "shot.exr:depth.Z"), testing::ElementsAre(0.5F));
 }
 
 TEST(DepthMapping, OptionsHaveToFit) {
-    const double endless = std::numeric_limits<double>::infinity();
-    EXPECT_NO_THROW(requireConsistent({}));
-    EXPECT_NO_THROW(requireConsistent({.near = 1.0, .far = endless, .inverse = true}));
-    EXPECT_THROW(requireConsistent({.near = 1.0}), UsageError);
-    EXPECT_THROW(requireConsistent({.far = 1.0}), UsageError);
-    EXPECT_THROW(requireConsistent({.near = 2.0, .far = 2.0}), UsageError);
-    EXPECT_THROW(requireConsistent({.near = 2.0, .far = 3.0, .automatic = true}), UsageError);
-    EXPECT_THROW(requireConsistent({.near = 0.0, .far = 3.0, .inverse = true}), UsageError);
-    EXPECT_THROW(requireConsistent({.near = 1.0, .far = endless}), UsageError);
-    EXPECT_THROW(requireConsistent({.inverse = true}), UsageError);
+    EXPECT_NO_THROW(requireConsistent({.near = 1.0, .far = HUGE_VAL, .inverse = true}));
+    for (const DepthMapping& wrong : {DepthMapping{.near = 1.0},
+                                      {.far = 1.0},
+                                      {.near = 2.0, .far = 2.0},
+                                      {.near = 2.0, .far = 3.0, .automatic = true},
+                                      {.near = 0.0, .far = 3.0, .inverse = true},
+                                      {.near = 1.0, .far = HUGE_VAL},
+                                      {.inverse = true}}) {
+        EXPECT_THROW(requireConsistent(wrong), UsageError);
+    }
 }
 
 }  // namespace

@@ -1,11 +1,15 @@
 #include "cli/Layers.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include "cli/Errors.h"
+#include "cli/TestFiles.h"
 
 namespace cli {
 namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
 
 std::vector<ChannelPlace> onePart(const std::vector<std::string>& names) {
     std::vector<ChannelPlace> channels;
@@ -25,66 +29,40 @@ std::vector<int> coloursOf(const std::vector<ChannelPlace>& channels, const std:
     return chooseChannels(channels, wanted, "shot.exr").colours;
 }
 
-std::string refusal(const std::vector<ChannelPlace>& channels, const std::string& wanted) {
-    try {
-        chooseChannels(channels, wanted, "shot.exr");
-    } catch (const Failure& failure) {
-        return failure.what();
-    }
-    return {};
-}
-
-TEST(Layers, ColoursOutsideAnyLayerComeFirst) {
+TEST(Layers, ColoursOutsideAnyLayerComeFirstThenTheFirstLayerInColour) {
     const auto channels = onePart({"Combined.R", "Combined.G", "Combined.B", "B", "G", "R", "A"});
-    const ChannelChoice choice = chooseChannels(channels, "", "shot.exr");
-    EXPECT_EQ(choice.colours, (std::vector<int>{5, 4, 3}));
-    EXPECT_EQ(choice.alpha, 6);
-    EXPECT_EQ(choice.leftOut, std::vector<std::string>{"Combined"});
+    const ChannelChoice outside = chooseChannels(channels, "", "");
+    EXPECT_THAT(outside.colours, ElementsAre(5, 4, 3));
+    EXPECT_EQ(outside.alpha, 6);
+    EXPECT_THAT(outside.leftOut, ElementsAre("Combined"));
+    const ChannelChoice first = chooseChannels(kRender, "", "");
+    EXPECT_THAT(first.colours, ElementsAre(3, 4, 1));
+    EXPECT_EQ(first.alpha, 2);
+    EXPECT_THAT(first.leftOut, ElementsAre("ViewLayer.Depth", "ViewLayer.Normal", "ViewLayer.UV"));
+    const ChannelChoice grey = chooseChannels(onePart({"Y", "A"}), "", "");
+    EXPECT_THAT(grey.colours, ElementsAre(0));
+    EXPECT_EQ(grey.alpha, 1);
+    EXPECT_THAT(coloursOf(onePart({"A"}), ""), ElementsAre(0));
 }
 
-TEST(Layers, WithoutThemTheFirstLayerInColour) {
-    const ChannelChoice choice = chooseChannels(kRender, "", "shot.exr");
-    EXPECT_EQ(choice.colours, (std::vector<int>{3, 4, 1}));
-    EXPECT_EQ(choice.alpha, 2);
-    EXPECT_EQ(choice.leftOut,
-              (std::vector<std::string>{"ViewLayer.Depth", "ViewLayer.Normal", "ViewLayer.UV"}));
-}
-
-TEST(Layers, LayersAndChannelsByName) {
-    EXPECT_EQ(coloursOf(kRender, "ViewLayer.Combined"), (std::vector<int>{3, 4, 1}));
-    EXPECT_EQ(coloursOf(kRender, "ViewLayer.Depth"), std::vector<int>{0});
-    EXPECT_EQ(coloursOf(kRender, "ViewLayer.Depth.Z"), std::vector<int>{0});
-    EXPECT_EQ(coloursOf(kRender, "ViewLayer.Normal"), (std::vector<int>{5, 6, 7}));
-    EXPECT_EQ(coloursOf(kRender, "ViewLayer.Combined.A"), std::vector<int>{2});
-    EXPECT_EQ(coloursOf(onePart({"R", "G", "B", "Z"}), "Z"), std::vector<int>{3});
-    EXPECT_EQ(chooseChannels(kRender, "ViewLayer.Depth", "").colourName, "Z");
-}
-
-TEST(Layers, GreyWithAndWithoutAlpha) {
-    const ChannelChoice choice = chooseChannels(onePart({"Y", "A"}), "", "grey.png");
-    EXPECT_EQ(choice.colours, std::vector<int>{0});
-    EXPECT_EQ(choice.alpha, 1);
-    EXPECT_EQ(coloursOf(onePart({"Z"}), ""), std::vector<int>{0});
-    EXPECT_EQ(coloursOf(onePart({"A"}), ""), std::vector<int>{0});
-}
-
-TEST(Layers, PartsOfOneNameStayApart) {
-    const std::vector<ChannelPlace> parts{{"left.R", 0, 0},  {"left.G", 0, 1},  {"left.B", 0, 2},
-                                          {"depth.Z", 1, 0}, {"right.R", 2, 0}, {"right.G", 2, 1},
-                                          {"right.B", 2, 2}};
-    EXPECT_EQ(chooseChannels(parts, "right", "").part, 2);
+TEST(Layers, LayersChannelsAndPartsByName) {
+    EXPECT_THAT(coloursOf(kRender, "ViewLayer.Normal"), ElementsAre(5, 6, 7));
+    EXPECT_THAT(coloursOf(kRender, "ViewLayer.Combined.A"), ElementsAre(2));
+    const std::vector<ChannelPlace> parts{
+        {"left.R", 0, 0}, {"left.G", 0, 1}, {"left.B", 0, 2}, {"depth.Z", 1, 0}};
     EXPECT_EQ(chooseChannels(parts, "depth", "").part, 1);
-    EXPECT_EQ(chooseChannels(parts, "", "").part, 0);
 }
 
 TEST(Layers, WhatIsMissingIsAnsweredWithTheNames) {
-    const std::string missing = refusal(kRender, "Beauty");
-    EXPECT_NE(missing.find("shot.exr has no layer or channel Beauty"), std::string::npos);
-    EXPECT_NE(missing.find("ViewLayer.Combined, ViewLayer.Normal"), std::string::npos) << missing;
-    EXPECT_NE(missing.find("ViewLayer.UV.V"), std::string::npos) << missing;
-    EXPECT_NE(refusal(kRender, "ViewLayer.UV").find("neither grey nor colour"), std::string::npos);
-    EXPECT_NE(refusal(onePart({"a.U", "a.V", "b.U", "b.V"}), "").find("name a layer"),
-              std::string::npos);
+    const auto refusal = [](const std::vector<ChannelPlace>& channels, const std::string& wanted) {
+        return test::refusalOf([&] { coloursOf(channels, wanted); });
+    };
+    EXPECT_THAT(
+        refusal(kRender, "Beauty"),
+        AllOf(HasSubstr("shot.exr has no layer or channel Beauty"),
+              HasSubstr("ViewLayer.Combined, ViewLayer.Normal"), HasSubstr("ViewLayer.UV.V")));
+    EXPECT_THAT(refusal(kRender, "ViewLayer.UV"), HasSubstr("neither grey nor colour"));
+    EXPECT_THAT(refusal(onePart({"a.U", "a.V", "b.U"}), ""), HasSubstr("name a layer"));
 }
 
 }  // namespace

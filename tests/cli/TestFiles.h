@@ -19,13 +19,8 @@ class FolderTest : public ::testing::Test {
 protected:
     void SetUp() override {
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        std::string name = std::string(info->test_suite_name()) + "." + info->name();
-        for (char& c : name) {
-            if (c == '/') c = '_';
-        }
         m_folder = std::filesystem::temp_directory_path() /
-                   ("orbel-" + name + "-" + std::to_string(getpid()));
-        std::filesystem::remove_all(m_folder);
+                   ("orbel-" + std::string(info->name()) + "-" + std::to_string(getpid()));
         std::filesystem::create_directories(m_folder);
     }
     void TearDown() override { std::filesystem::remove_all(m_folder); }
@@ -52,6 +47,17 @@ inline void writeText(const std::string& path, const std::string& text) {
 inline std::string readText(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The message of the error that `action` ends with, or nothing.
+template <class Action>
+std::string refusalOf(Action action) {
+    try {
+        action();
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    return {};
 }
 
 // A picture header with these channel names; one named A is alpha.

@@ -1,4 +1,6 @@
 // The built tool as a user meets it: exit codes, messages, files.
+#include <gmock/gmock.h>
+
 #include <cmath>
 
 #include "cli/RunTool.h"
@@ -8,6 +10,8 @@ namespace cli::test {
 namespace {
 
 using OIIO::TypeDesc;
+using testing::AllOf;
+using testing::HasSubstr;
 
 class Tool : public FolderTest {
 protected:
@@ -42,31 +46,38 @@ std::size_t lines(const std::string& text) {
 void expectRefusal(const ToolRun& run, int code, const std::string& words) {
     EXPECT_EQ(run.exitCode, code) << run.err;
     EXPECT_EQ(lines(run.err), 1U) << run.err;
-    EXPECT_NE(run.err.find(words), std::string::npos) << run.err;
+    EXPECT_THAT(run.err, HasSubstr(words));
 }
 
 TEST_F(Tool, UsageErrorsAreOneLineAndCodeTwo) {
-    expectRefusal(runTool({}), 2, "no command");
-    expectRefusal(runTool({"rendr"}), 2, "did you mean render?");
-    expectRefusal(runTool({"render"}), 2, "INPUT is required");
-    expectRefusal(runTool({"render", path("photo.png")}), 2, "--output is required");
-    expectRefusal(runTool({"--nonsense", "about"}), 2, "--nonsense");
-    expectRefusal(render({"--blur-raduis", "3"}), 2, "did you mean --blur-radius?");
-    expectRefusal(render({"--blur-radius", "501"}), 2, "0.0 to 500.0");
-    expectRefusal(render({"--blur-radius"}), 2, "--blur-radius");
-    expectRefusal(render({"--composite-mode", "both"}), 2, "normal (1) or split (2)");
-    expectRefusal(render({"--region", "100,100,5,5"}), 2, "40x30");
-    expectRefusal(render({"--downsample", "2/1"}), 2, "--downsample");
-    expectRefusal(render({"--bits", "12"}), 2, "8, 16 or 32");
-    expectRefusal(render({"--pixel-aspect", "1/2"}), 2, "--pixel-aspect");
-    expectRefusal(render({"--depth-auto"}), 2, "--depth-map-layer");
+    using Case = std::pair<std::vector<std::string>, const char*>;
+    const Case commands[] = {
+        {{}, "no command"},
+        {{"rendr"}, "did you mean render?"},
+        {{"render"}, "INPUT is required"},
+        {{"render", path("photo.png")}, "--output is required"},
+        {{"--nonsense", "about"}, "--nonsense"},
+        {{"params", "--blur-radius", "3"}, "--state"},
+        {{"scene", path("out.png")}, ".exr"},
+        {{"scene", path("a.exr"), "--depth", path("a.exr")}, "two files"},
+        {{"compare", path("photo.png"), path("photo.png"), "--tolerance", "-1"}, "--tolerance"}};
+    for (const auto& [arguments, words] : commands) expectRefusal(runTool(arguments), 2, words);
+    const Case options[] = {{{"--blur-raduis", "3"}, "did you mean --blur-radius?"},
+                            {{"--blur-radius", "501"}, "a number from 0.0 to 500.0"},
+                            {{"--blur-radius", "3x"}, "0.0 to 500.0"},
+                            {{"--blur-radius"}, "--blur-radius"},
+                            {{"--vertices", "7.5"}, "a whole number from 3 to 10"},
+                            {{"--edge-behavior", "perhaps"}, "on or off"},
+                            {{"--composite-mode", "both"}, "normal (1) or split (2)"},
+                            {{"--focus-point-0", "50%,3"}, "--focus-point-0"},
+                            {{"--region", "100,100,5,5"}, "40x30"},
+                            {{"--downsample", "2/1"}, "--downsample"},
+                            {{"--bits", "12"}, "8, 16 or 32"},
+                            {{"--pixel-aspect", "1/2"}, "--pixel-aspect"},
+                            {{"--depth-auto"}, "--depth-map-layer"}};
+    for (const auto& [arguments, words] : options) expectRefusal(render(arguments), 2, words);
     expectRefusal(render({}, "out.xyz"), 2, ".exr");
     expectRefusal(render({}, "photo.png"), 2, "can't be the output");
-    expectRefusal(runTool({"params", "--blur-radius", "3"}), 2, "--state");
-    expectRefusal(runTool({"scene", path("out.png")}), 2, ".exr");
-    expectRefusal(runTool({"scene", path("a.exr"), "--depth", path("a.exr")}), 2, "two files");
-    expectRefusal(runTool({"compare", path("photo.png"), path("photo.png"), "--tolerance", "-1"}),
-                  2, "--tolerance");
     EXPECT_EQ(names(), std::vector<std::string>{"photo.png"});
 }
 
@@ -81,6 +92,7 @@ TEST_F(Tool, OtherFailuresAreOneLineAndCodeOne) {
     expectRefusal(render({"--custom-blur-shape", path("black.png")}), 1, "black.png");
     expectRefusal(render({"--depth-map-layer", path("photo.png:Z")}), 1, "has no layer");
     expectRefusal(render({"--bundle", path("none.so")}), 1, "none.so");
+    expectRefusal(render({"--bundle", path("photo.png")}), 1, "is not a loadable file");
     expectRefusal(render({"--memory-limit", "100k"}), 1, "out of memory");
     expectRefusal(runTool({"compare", path("photo.png"), path("black.png")}), 1, "differ in size");
     EXPECT_EQ(readText(path("out.png")), "earlier");
@@ -88,69 +100,45 @@ TEST_F(Tool, OtherFailuresAreOneLineAndCodeOne) {
 
 TEST_F(Tool, HelpAndVersionNeedNoBundle) {
     EXPECT_EQ(runTool({"--version"}).out.rfind("orbel ", 0), 0U);
-    EXPECT_NE(runTool({"--help"}).out.find("compare"), std::string::npos);
-    const ToolRun without = runTool({"render", "--bundle", path("none.so"), "--help"});
-    EXPECT_EQ(without.exitCode, 0);
-    EXPECT_NE(without.out.find("--keep-overscan"), std::string::npos);
-    EXPECT_NE(without.out.find("none.so"), std::string::npos) << "the reason is missing";
-    const ToolRun with = runTool({"render", "--help"});
-    EXPECT_NE(with.out.find("--focus-point-0-1-interpolation"), std::string::npos);
-    EXPECT_NE(with.out.find("--depth-map-channel"), std::string::npos);
+    EXPECT_THAT(runTool({"--help"}).out, HasSubstr("compare"));
+    EXPECT_THAT(runTool({"about"}).out, HasSubstr("Orbel"));
+    EXPECT_THAT(runTool({"render", "--bundle", path("none.so"), "--help"}).out,
+                AllOf(HasSubstr("--keep-overscan"), HasSubstr("none.so")));
+    EXPECT_THAT(runTool({"render", "--help"}).out,
+                AllOf(HasSubstr("--focus-point-0-1-interpolation"),
+                      HasSubstr("--depth-map-channel"), HasSubstr("--custom-blur-shape")));
 }
 
 TEST_F(Tool, RadiusZeroCopies) {
     for (const char* bits : {"8", "16", "32"}) {
         EXPECT_EQ(render({"--blur-radius", "0", "--bits", bits}).exitCode, 0);
         EXPECT_EQ(runTool({"compare", path("photo.png"), path("out.png")}).exitCode, 0) << bits;
-        EXPECT_EQ(specOf("out.png").format, TypeDesc::UINT8);
     }
 }
 
 TEST_F(Tool, ABlurIsQuietOnAPipeAndTheSameTwice) {
-    const ToolRun run = render({"--blur-radius", "5", "--vertices", "5", "--threads", "2"});
+    const ToolRun run = render({"--blur-radius", "5", "--composite-mode", "Split", "--threads", "2",
+                                "--focus-point-0", "50%,50%", "--custom-layer-channel", "2"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.out + run.err, "");
-    render({"--blur-radius", "5", "--vertices", "5", "--threads", "2"}, "again.png");
+    const ToolRun again = render({"--blur-radius", "5", "--threads", "2", "--stats"}, "again.png");
+    EXPECT_THAT(again.out, HasSubstr("on 2 threads; peak of host memory"));
     EXPECT_EQ(runTool({"compare", path("out.png"), path("again.png")}).exitCode, 0);
     const ToolRun apart = runTool({"compare", path("photo.png"), path("out.png")});
     EXPECT_EQ(apart.exitCode, 1);
-    EXPECT_NE(apart.out.find("largest difference"), std::string::npos);
+    EXPECT_THAT(apart.out, HasSubstr("largest difference"));
     EXPECT_EQ(runTool({"compare", path("photo.png"), path("out.png"), "--tolerance", "1"}).exitCode,
               0);
-    const ToolRun stats = render({"--stats", "--threads", "2"});
-    EXPECT_NE(stats.out.find("on 2 threads; peak of host memory"), std::string::npos) << stats.out;
 }
 
-TEST_F(Tool, ARegionIsThatPartOfTheWhole) {
-    render({"--blur-radius", "4"}, "whole.png");
-    EXPECT_EQ(render({"--blur-radius", "4", "--region", "7,3,20,10"}, "part.png").exitCode, 0);
-    const auto whole = readValues<std::uint8_t>(path("whole.png"));
-    const auto part = readValues<std::uint8_t>(path("part.png"));
-    ASSERT_EQ(part.size(), 20U * 10U * 3U);
-    for (std::size_t i = 0; i < part.size(); ++i) {
-        const std::size_t y = i / 60 + 3;
-        const std::size_t x = i % 60 + 21;
-        ASSERT_NEAR(part[i], whole[y * 120 + x], 1) << i;
-    }
-}
-
-TEST_F(Tool, DownsampleShrinksTheResult) {
+TEST_F(Tool, SizesFollowRegionDownsampleAndOverscan) {
     EXPECT_EQ(render({"--downsample", "1/4", "--region", "0,0,20,30"}).exitCode, 0);
     EXPECT_EQ(specOf("out.png").width, 5);
     EXPECT_EQ(specOf("out.png").height, 8);
-}
-
-TEST_F(Tool, OverscanGrowsByTheReach) {
-    const std::vector<std::string> options{"--blur-radius", "6", "--edge-behavior", "off",
-                                           "--keep-overscan"};
-    EXPECT_EQ(render(options, "out.exr").exitCode, 0);
-    const OIIO::ImageSpec exr = specOf("out.exr");
-    EXPECT_EQ(exr.x, -6);
-    EXPECT_EQ(exr.width, 52);
-    EXPECT_EQ(exr.full_width, 40);
-    EXPECT_EQ(exr.nchannels, 4);
-    EXPECT_EQ(render(options, "out.png").exitCode, 0);
-    EXPECT_EQ(specOf("out.png").height, 42);
+    render({"--blur-radius", "6", "--edge-behavior", "off", "--keep-overscan"}, "out.exr");
+    EXPECT_EQ(specOf("out.exr").x, -6);
+    EXPECT_EQ(specOf("out.exr").width, 52);
+    EXPECT_EQ(specOf("out.exr").full_width, 40);
 }
 
 TEST_F(Tool, WarnsOnceAndCounts) {
@@ -161,13 +149,13 @@ TEST_F(Tool, WarnsOnceAndCounts) {
     writeValues(path("odd.exr"), imageSpec(16, 16, {"R", "G", "B", "A"}, TypeDesc::FLOAT), values);
     const ToolRun run = render({"--exposure", "0"}, "odd.png", "odd.exr");
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_NE(run.err.find("2 values not finite"), std::string::npos) << run.err;
-    EXPECT_NE(run.err.find("1 pixel with colour but alpha 0"), std::string::npos) << run.err;
+    EXPECT_THAT(run.err, AllOf(HasSubstr("2 values not finite"),
+                               HasSubstr("1 pixel with colour but alpha 0")));
     EXPECT_EQ(lines(run.err), 3U) << run.err;  // and that a PNG holds 16 bits at most
     const ToolRun clipped = render({"--exposure", "0", "--bits", "8"}, "odd.png", "odd.exr");
-    EXPECT_NE(clipped.err.find("1 pixel too bright for 8 bits"), std::string::npos) << clipped.err;
+    EXPECT_THAT(clipped.err, HasSubstr("1 pixel too bright for 8 bits"));
     const ToolRun bright = render({"--exposure", "10"}, "odd.png", "odd.exr");
-    EXPECT_NE(bright.err.find("the largest that suits is --exposure"), std::string::npos);
+    EXPECT_THAT(bright.err, HasSubstr("the largest that suits is --exposure"));
     EXPECT_EQ(render({"--quiet", "--exposure", "10"}, "odd.png", "odd.exr").err, "");
 }
 
@@ -179,16 +167,14 @@ TEST_F(Tool, ParamsTellTheirState) {
     const ToolRun state = runTool({"params", "--state", "--depth-map-layer", path("photo.png"),
                                    "--use-focus-point", "on", "--json"});
     const auto enabled = [&](const std::string& label) {
-        const std::size_t at = state.out.find("\"label\": \"" + label + "\"");
-        const std::size_t said = state.out.find("\"enabled\": ", at);
-        EXPECT_NE(said, std::string::npos) << label;
-        return state.out.compare(said + 11, 4, "true") == 0;
+        const std::size_t said =
+            state.out.find("\"enabled\": ", state.out.find("\"label\": \"" + label + "\""));
+        return said != std::string::npos && state.out.compare(said + 11, 4, "true") == 0;
     };
     EXPECT_FALSE(enabled("Focal Distance"));
     EXPECT_TRUE(enabled("Focus Point 0"));
     EXPECT_TRUE(enabled("Profile"));
     EXPECT_FALSE(enabled("Custom Layer Channel"));
-    EXPECT_NE(runTool({"about"}).out.find("Orbel"), std::string::npos);
 }
 
 TEST_F(Tool, TheSceneIsTheSameEveryTimeAndHasDepth) {
@@ -198,24 +184,21 @@ TEST_F(Tool, TheSceneIsTheSameEveryTimeAndHasDepth) {
     EXPECT_EQ(readText(path("a.exr")), readText(path("b.exr")));
     const auto light = readValues<float>(path("a.exr"));
     EXPECT_GT(*std::max_element(light.begin(), light.end()), 20.0F);
-    const auto distances = readValues<float>(path("z.exr"));
     EXPECT_EQ(specOf("z.exr").channelnames, std::vector<std::string>{"Z"});
-    EXPECT_GT(
-        std::count_if(distances.begin(), distances.end(), [](float z) { return std::isinf(z); }),
-        100);
+    const auto distances = readValues<float>(path("z.exr"));
     const auto nearer = [&](float limit) {
         return std::count_if(distances.begin(), distances.end(),
                              [=](float z) { return z < limit; });
     };
     EXPECT_GT(nearer(3.0F), 20);
     EXPECT_GT(nearer(20.0F) - nearer(5.0F), 100);
-    EXPECT_GT(nearer(1000.0F) - nearer(30.0F), 10);
+    EXPECT_LT(nearer(HUGE_VALF), 64 * 36) << "no sky";
 }
 
 TEST_F(Tool, ADepthMapKeepsItsPlaneSharp) {
     runTool({"scene", path("s.exr"), "--size", "96x54", "--depth", path("z.exr")});
     const ToolRun run =
-        render({"--exposure", "0", "--blur-radius", "8", "--resolution", "4", "--depth-map-layer",
+        render({"--exposure", "0", "--blur-radius", "8", "--resolution", "3", "--depth-map-layer",
                 path("z.exr:Z"), "--depth-near", "1", "--depth-far", "3", "--focal-distance", "0"},
                "far.exr", "s.exr");
     EXPECT_EQ(run.exitCode, 0) << run.err;
@@ -239,9 +222,10 @@ TEST_F(Tool, ControlCCancelsAndLeavesNothing) {
     writeText(path("out.exr"), "earlier");
     const auto before = names();
     // Minutes of work, of which the depth's range is printed before the frame begins.
-    const ToolRun run = interruptTool({"render", path("s.exr"), "-o", path("out.exr"), "--exposure",
-                                       "0", "--blur-radius", "150", "--resolution", "16",
-                                       "--depth-map-layer", path("z.exr"), "--depth-auto"});
+    const ToolRun run =
+        runTool({"render", path("s.exr"), "-o", path("out.exr"), "--exposure", "0", "--blur-radius",
+                 "150", "--resolution", "16", "--depth-map-layer", path("z.exr"), "--depth-auto"},
+                true);
     EXPECT_EQ(run.exitCode, 130) << run.err;
     EXPECT_EQ(run.out.rfind("depth: 1.7 (near) to ", 0), 0U) << run.out;
     EXPECT_EQ(run.err, "orbel: cancelled\n");

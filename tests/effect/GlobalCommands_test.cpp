@@ -43,14 +43,12 @@ TEST_F(GlobalCommands, WithoutARecordNothingIsAsked) {
     EXPECT_STREQ(out_data.return_msg, "Orbel, v1.4.0\nCustom lens blur plugin for After Effects.");
 }
 
-TEST_F(GlobalCommands, ARefusedRegistrationStaysInTheRecord) {
+TEST_F(GlobalCommands, SetupKeepsARefusedRegistrationButEndsWithoutMemory) {
     host.failAt(headless::Operation::RegisterWithAEGP, 1, 513);
     EXPECT_EQ(send(PF_Cmd_GLOBAL_SETUP), 0);
     EXPECT_EQ(kept().error, 513);
     EXPECT_EQ(setDown(), 0);
-}
-
-TEST_F(GlobalCommands, SetupEndsWhereThereIsNoMemory) {
+    out_data = {};
     host.failures().shrinkHandleAt(1);
     EXPECT_EQ(send(PF_Cmd_GLOBAL_SETUP), 4) << "a block that is too small";
     host.failures().clear();

@@ -66,39 +66,34 @@ Row rowOf(const PF_ParamDef& def) {
         row.numbers.push_back(d.dephault);
         EXPECT_EQ(d.value, d.dephault) << row.label;
     };
-    switch (def.param_type) {
-        case PF_Param_SLIDER:
-            keep(u.sd, {u.sd.valid_min, u.sd.valid_max, u.sd.slider_min, u.sd.slider_max});
-            break;
-        case PF_Param_FIX_SLIDER:
-            keep(u.fd, {u.fd.valid_min, u.fd.valid_max, u.fd.slider_min, u.fd.slider_max});
-            row.numbers.push_back(u.fd.precision);
-            EXPECT_EQ(u.fd.display_flags, 0) << row.label;
-            break;
-        case PF_Param_ANGLE:
-            keep(u.ad, {});
-            EXPECT_EQ(u.ad.valid_min | u.ad.valid_max, 0);
-            break;
-        case PF_Param_CHECKBOX:
-            keep(u.bd, {});
-            row.text = u.bd.u.nameptr;
-            break;
-        case PF_Param_POINT:
-            row.numbers = {u.td.x_dephault, u.td.y_dephault};
-            EXPECT_EQ(u.td.x_value, u.td.x_dephault);
-            EXPECT_EQ(u.td.y_value, u.td.y_dephault);
-            EXPECT_EQ(u.td.restrict_bounds, 0);
-            break;
-        case PF_Param_POPUP:
-            keep(u.pd, {u.pd.num_choices});
-            row.text = u.pd.u.namesptr;
-            break;
-        case PF_Param_LAYER:
-            row.numbers = {u.ld.dephault};
-            break;
-        default:
-            break;
+    const auto keepRange = [&](const auto& d) {
+        keep(d, {d.valid_min, d.valid_max, d.slider_min, d.slider_max});
+    };
+    if (def.param_type == PF_Param_SLIDER) keepRange(u.sd);
+    if (def.param_type == PF_Param_FIX_SLIDER) {
+        keepRange(u.fd);
+        row.numbers.push_back(u.fd.precision);
+        EXPECT_EQ(u.fd.display_flags, 0) << row.label;
     }
+    if (def.param_type == PF_Param_ANGLE) {
+        keep(u.ad, {});
+        EXPECT_EQ(u.ad.valid_min | u.ad.valid_max, 0);
+    }
+    if (def.param_type == PF_Param_CHECKBOX) {
+        keep(u.bd, {});
+        row.text = u.bd.u.nameptr;
+    }
+    if (def.param_type == PF_Param_POINT) {
+        row.numbers = {u.td.x_dephault, u.td.y_dephault};
+        EXPECT_EQ(std::pair(u.td.x_value, u.td.y_value),
+                  std::pair(u.td.x_dephault, u.td.y_dephault));
+        EXPECT_EQ(u.td.restrict_bounds, 0);
+    }
+    if (def.param_type == PF_Param_POPUP) {
+        keep(u.pd, {u.pd.num_choices});
+        row.text = u.pd.u.namesptr;
+    }
+    if (def.param_type == PF_Param_LAYER) row.numbers = {u.ld.dephault};
     return row;
 }
 

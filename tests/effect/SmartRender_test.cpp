@@ -77,38 +77,37 @@ TEST_F(SmartRenderCommand, HoldsAndReleasesInOrder) {
     EXPECT_EQ(calls, expected);
 }
 
-TEST_F(SmartRenderCommand, NeedsAllSamplingSuites) {
-    const std::pair<const char*, PF_Err> cases[] = {
+TEST_F(SmartRenderCommand, EndsEarlyWithoutSamplingOrWorlds) {
+    const std::pair<const char*, PF_Err> suites[] = {
         {kPFSampling8Suite, 0}, {kPFSampling16Suite, 0}, {kPFSamplingFloatSuite, 515}};
-    for (const auto& [suite, code] : cases) {
+    for (const auto& [suite, code] : suites) {
         host.failures().failSuite(suite, 1, 515);
         const Calls calls = callsOf([&] { expectFailure(code); });
         EXPECT_TRUE(argumentsOf(calls, "checkout_layer_pixels").empty());
         expectRecordLeft();
     }
-}
-
-TEST_F(SmartRenderCommand, EndsEarlyWithoutWorlds) {
     for (const Operation operation : {Operation::CheckoutLayerPixels, Operation::CheckoutOutput}) {
         host.failAt(operation, 1, 513);
         expectFailure(513);
         expectRecordLeft();
     }
-    for (bool headless::FrameRequest::*const withheld :
-         {&headless::FrameRequest::withholdInput, &headless::FrameRequest::withholdOutput}) {
-        request.*withheld = true;
+    for (const bool input : {true, false}) {
+        request.withholdInput = input;
+        request.withholdOutput = !input;
         expectFailure(0);
         expectRecordLeft();
-        request.*withheld = false;
     }
 }
 
-TEST_F(SmartRenderCommand, EndsWithTheCodeOfTheWorldSuite) {
+TEST_F(SmartRenderCommand, EndsWithTheFirstCode) {
     setDepth();
     host.failures().failSuite(kPFWorldSuite, 1, 515);
     expectFailure(515);
     host.failAt(Operation::GetPixelFormat, 1, 514);
     expectFailure(514);
+    effect.parameters().setLayer(effect.parameters().find("Depth Map/Layer"), nullptr);
+    host.failAt(Operation::Copy, 1, 512);
+    expectFailure(512);
 }
 
 TEST_F(SmartRenderCommand, AFailedReadSkipsTheCopyButNotTheBlur) {
@@ -116,10 +115,19 @@ TEST_F(SmartRenderCommand, AFailedReadSkipsTheCopyButNotTheBlur) {
     expectFailure(513);
     effect.parameters().set("Blur Radius", 3);
     EXPECT_EQ(effect.renderFrame(request).status, 0) << "the pipeline's result replaces it";
-    tamper = nullptr;
-    effect.parameters().set("Blur Radius", 0);
-    host.failAt(Operation::Copy, 1, 512);
-    expectFailure(512);
+}
+
+// No assertion ends the process, and the layer is not checked in again.
+TEST_F(SmartRenderCommand, ACancelledCheckInOfTheDepthLayerCancelsTheFrame) {
+    setDepth();
+    tamper = [](PF_Cmd command, PF_InData& record, void*) {
+        static auto real = record.inter.checkin_param;
+        if (command != PF_Cmd_SMART_RENDER) return;
+        record.inter.checkin_param = [](PF_ProgPtr effectRef, PF_ParamDef* param) {
+            return real(effectRef, param) | PF_Interrupt_CANCEL;
+        };
+    };
+    expectFailure(PF_Interrupt_CANCEL);
 }
 
 TEST_F(SmartRenderCommand, EndsWithoutARecord) {

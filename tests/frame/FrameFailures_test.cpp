@@ -1,6 +1,6 @@
 // What a frame makes of failures of the host: the code, the message, the picture, the books.
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <atomic>
@@ -26,52 +26,35 @@ void expectMemoryShortage(const headless::FrameResult& result) {
     EXPECT_EQ(result.status, PF_Err_OUT_OF_MEMORY);
     EXPECT_EQ(result.message, kMemoryMessage);
     EXPECT_TRUE(result.outputUntouched);
-    const std::vector<std::string> lines{"TARNWICK Orbel", "Insufficient memory",
-                                         "Decrease Orbel radius or Depth Layer Resolution."};
-    EXPECT_EQ(result.info.lines, lines);
-    EXPECT_EQ(result.info.color.alpha, 255);
-    EXPECT_EQ(result.info.color.red, 0);
-    EXPECT_EQ(result.info.color.green, 0);
-    EXPECT_EQ(result.info.color.blue, 255);
+    EXPECT_THAT(result.info.lines,
+                testing::ElementsAre("TARNWICK Orbel", "Insufficient memory",
+                                     "Decrease Orbel radius or Depth Layer Resolution."));
+    EXPECT_THAT(result.info.color, testing::FieldsAre(255, 0, 0, 255));
 }
 
-// What the host held after each request of an unlimited frame, in order.
-headless::MemoryUse measuredMemory(BlurEffect& blur) {
+class MemoryShortage : public testing::TestWithParam<std::uint64_t> {};
+
+TEST_P(MemoryShortage, IsToldAndLeavesThePictureAlone) {
+    const std::uint64_t layers = GetParam();
+    // The kernel bank and the block buffer, with their handle words.
+    const std::uint64_t bankBytes = 2 * 64 * 64 * layers * 8 + 8;
+    const std::uint64_t blockBytes = 2 * 64 * 64 * (layers == 1 ? 4 : 5 * layers) * 8 + 8;
+    BlurEffect blur;
+    if (layers > 1) blur.useDepth(depthPicture(60, 30), static_cast<int>(layers));
+    const std::uint64_t base = blur.host.memory().current;
     blur.host.resetPeak();
     blur.host.startCallLog();
     EXPECT_EQ(blur.render(smallFrame()).status, 0);
     blur.host.takeCallLog();
-    return blur.host.memory();
-}
-
-class MemoryShortage : public testing::TestWithParam<int> {
-protected:
-    static constexpr std::uint64_t kBlockPixels = 64 * 64;
-
-    // Bytes of the kernel bank and of the block buffer, with their handle words.
-    static std::uint64_t bankBytes(int layers) {
-        return 2 * kBlockPixels * static_cast<std::uint64_t>(layers) * 8 + 8;
-    }
-    static std::uint64_t blockBytes(int layers) {
-        return 2 * kBlockPixels * static_cast<std::uint64_t>(layers == 1 ? 4 : 5 * layers) * 8 + 8;
-    }
-};
-
-TEST_P(MemoryShortage, IsToldAndLeavesThePictureAlone) {
-    const int layers = GetParam();
-    BlurEffect blur;
-    if (layers > 1) blur.useDepth(depthPicture(60, 30), layers);
-    const auto use = measuredMemory(blur);
+    const headless::MemoryUse use = blur.host.memory();
     const auto& held = use.afterEachRequest;
-    const std::uint64_t base = blur.host.memory().current;
 
     // The bank is the first large request and the block buffer follows it.
-    const auto large = std::find_if(held.begin(), held.end(), [&](std::uint64_t bytes) {
-        return bytes >= base + bankBytes(layers);
-    });
+    const auto large = std::find_if(held.begin(), held.end(),
+                                    [&](std::uint64_t bytes) { return bytes >= base + bankBytes; });
     ASSERT_NE(large, held.end());
     ASSERT_NE(large + 1, held.end());
-    EXPECT_EQ(*(large + 1) - *large, blockBytes(layers));
+    EXPECT_EQ(*(large + 1) - *large, blockBytes);
     for (const std::uint64_t afterRequest : {*large, *(large + 1)}) {
         blur.host.setMemoryLimit(afterRequest - 1);
         expectMemoryShortage(blur.render(smallFrame()));
@@ -83,7 +66,7 @@ TEST_P(MemoryShortage, IsToldAndLeavesThePictureAlone) {
     expectAllGivenBack(blur);
 }
 
-INSTANTIATE_TEST_SUITE_P(Layers, MemoryShortage, testing::Values(1, 3, 16));
+INSTANTIATE_TEST_SUITE_P(Layers, MemoryShortage, testing::Values(1u, 3u, 16u));
 
 TEST(FrameFailures, CancelAtEachProgressReport) {
     BlurEffect blur;

@@ -1,6 +1,7 @@
 #include "frame/FrameSetup.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <random>
@@ -8,36 +9,27 @@
 namespace frame {
 namespace {
 
-headless::HostOptions optionsWith(int threads) {
-    headless::HostOptions options;
-    options.threads = threads;
-    return options;
-}
-
 float uniform(std::mt19937& random) {
     return static_cast<float>(random() % 4096) / 4095.0F;
 }
 
-// How far `got` lies from `want`; not-a-numbers on both sides agree.
-double distance(double got, double want) {
-    if (std::isnan(got) && std::isnan(want)) return 0;
-    const double d = std::fabs(got - want);
-    return std::isnan(d) ? HUGE_VAL : d;
+double channelOf(const PF_PixelFloat& p, int c) {
+    return std::array{p.alpha, p.red, p.green, p.blue}[static_cast<std::size_t>(c)];
 }
 
 }  // namespace
 
 BlurEffect::BlurEffect(int threads)
-    : host(optionsWith(threads)), effect(host, ORBEL_BUNDLE), shape(shapePicture()) {
+    : host({.threads = threads}), effect(host, ORBEL_BUNDLE), shape(shapePicture()) {
     effect.setUp();
     set("Blur Radius", 5.5);
-    effect.parameters().setLayer(effect.parameters().find("Custom Blur Shape"), shape);
+    setLayer("Custom Blur Shape", shape);
     effect.parameters().setChoice(effect.parameters().find("Custom Layer Channel"), "Alpha");
     set("Exposure", 2.0);
 }
 
 void BlurEffect::useDepth(std::shared_ptr<const headless::World> map, int layers) {
-    effect.parameters().setLayer(effect.parameters().find("Depth Map/Layer"), std::move(map));
+    setLayer("Depth Map/Layer", std::move(map));
     effect.parameters().setChoice(effect.parameters().find("Depth Map/Channel"), "Red");
     set("Resolution", layers);
 }
@@ -88,38 +80,27 @@ headless::FrameRequest requestFor(std::shared_ptr<const headless::World> input, 
     return request;
 }
 
-void expectPixels(const headless::World& output, const std::vector<reference::Pixel>& expected,
+void expectPixels(const headless::FrameResult& result, const reference::Scene& scene,
                   double relative) {
+    ASSERT_EQ(result.status, 0);
+    const headless::World& output = *result.output;
     const int bits = headless::bitsOfFormat(output.format());
     const double step = bits == 32 ? relative : 1.001 / (bits == 8 ? 255 : 32768);
     const double top = bits == 32 ? HUGE_VAL : 1.0;
-    ASSERT_EQ(expected.size(),
-              static_cast<std::size_t>(output.width()) * static_cast<std::size_t>(output.height()));
-    double worst = 0;
-    std::string place;
-    for (int y = 0; y < output.height(); ++y) {
-        for (int x = 0; x < output.width(); ++x) {
-            const PF_PixelFloat got = output.get(x, y);
-            const reference::Pixel& want =
-                expected[static_cast<std::size_t>(y * output.width() + x)];
-            const double pairs[4][2] = {{got.alpha, want.alpha},
-                                        {got.red, want.red},
-                                        {got.green, want.green},
-                                        {got.blue, want.blue}};
-            // Where hardly any light arrives, a colour is the quotient of two roundings.
-            const int channels = want.alpha > 1e-6 ? 4 : 1;
-            for (int c = 0; c < channels; ++c) {
-                const double clamped = std::min(pairs[c][1], top);
-                const double d = distance(pairs[c][0], clamped) / std::max(1.0, std::fabs(clamped));
-                if (!(d > worst)) continue;
-                worst = d;
-                place = "pixel " + std::to_string(x) + ", " + std::to_string(y) + " channel " +
-                        std::to_string(c) + ": " + std::to_string(pairs[c][0]) + " instead of " +
-                        std::to_string(pairs[c][1]);
-            }
+    const auto expected = reference::render(scene, result.resultRect);
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        const int x = static_cast<int>(i) % output.width();
+        const int y = static_cast<int>(i) / output.width();
+        const PF_PixelFloat got = output.get(x, y);
+        const reference::Pixel& want = expected[i];
+        const double wanted[] = {want.alpha, want.red, want.green, want.blue};
+        // Where hardly any light arrives, a colour is the quotient of two roundings.
+        for (int c = 0; c < (want.alpha > 1e-6 ? 4 : 1); ++c) {
+            const double clamped = std::min(wanted[c], top);
+            ASSERT_NEAR(channelOf(got, c), clamped, step * std::max(1.0, std::fabs(clamped)))
+                << "pixel " << x << ", " << y << " channel " << c;
         }
     }
-    EXPECT_LE(worst, step) << place;
 }
 
 bool sameBits(const headless::World& a, const headless::World& b) {

@@ -12,13 +12,11 @@
 
 namespace frame {
 
-inline constexpr int kTwoThreads = 2;
-
 // The bundle in a host of its own, set up with a blur of 5.5 pixels in the shape of shapePicture(),
 // so that one kernel pixel covers exactly one pixel of the shape.
 class BlurEffect {
 public:
-    explicit BlurEffect(int threads = kTwoThreads);
+    explicit BlurEffect(int threads = 2);
 
     headless::FrameResult render(headless::FrameRequest request) {
         return effect.renderFrame(request);
@@ -26,6 +24,9 @@ public:
     // Adds a depth layer and the number of layers that it is cut into.
     void useDepth(std::shared_ptr<const headless::World> map, int layers);
     void set(const std::string& label, double value) { effect.parameters().set(label, value); }
+    void setLayer(const std::string& label, std::shared_ptr<const headless::World> layer) {
+        effect.parameters().setLayer(effect.parameters().find(label), std::move(layer));
+    }
 
     headless::Host host;
     headless::Effect effect;
@@ -41,10 +42,10 @@ std::shared_ptr<headless::World> shapePicture();
 
 headless::FrameRequest requestFor(std::shared_ptr<const headless::World> input, int bits);
 
-// Compares a result with the reference: `relative` of the largest value for float, one step for
-// the integer formats, whose values are truncated.
-void expectPixels(const headless::World& output, const std::vector<reference::Pixel>& expected,
-                  double relative);
+// Compares `rect` of a result with the direct sum: `relative` of the largest value for float, one
+// step for the integer formats, whose values are truncated.
+void expectPixels(const headless::FrameResult& result, const reference::Scene& scene,
+                  double relative = 2e-6);
 // Whether two worlds hold the same bits.
 bool sameBits(const headless::World& a, const headless::World& b);
 

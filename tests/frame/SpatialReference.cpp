@@ -4,24 +4,10 @@
 #include <cmath>
 #include <numbers>
 
+#include "headless/Pictures.h"
+
 namespace reference {
 namespace {
-
-// Overlap of pixel i, which covers i - 0.5 to i + 0.5, with the interval around `centre`.
-double overlap(int i, double centre, double radius) {
-    return std::max(0.0, std::min(i + 0.5, centre + radius) - std::max(i - 0.5, centre - radius));
-}
-
-double meanAlpha(const headless::World& shape, double x, double y, double radius) {
-    double sum = 0;
-    for (int row = 0; row < shape.height(); ++row) {
-        const double high = overlap(row, y, radius);
-        for (int col = 0; high > 0 && col < shape.width(); ++col) {
-            sum += high * overlap(col, x, radius) * static_cast<double>(shape.get(col, row).alpha);
-        }
-    }
-    return sum / (4 * radius * radius);
-}
 
 Kernel kernelOf(const headless::World& shape, double radius, double factor) {
     const double scale = std::max(shape.width(), shape.height()) / (2 * radius) / factor;
@@ -29,9 +15,10 @@ Kernel kernelOf(const headless::World& shape, double radius, double factor) {
     double total = 0;
     for (int dy = -kernel.reach; dy <= kernel.reach; ++dy) {
         for (int dx = -kernel.reach; dx <= kernel.reach; ++dx) {
-            const double box = std::min(scale * 0.5, 128.0);
-            const double weight = meanAlpha(shape, shape.width() * 0.5 + dx * scale,
-                                            shape.height() * 0.5 + dy * scale, box);
+            const double half = std::min(scale * 0.5, 128.0);
+            const double weight = boxMean(shape, {shape.width() * 0.5 + dx * scale,
+                                                  shape.height() * 0.5 + dy * scale, half, half})
+                                      .alpha;
             kernel.weights.push_back(weight);
             total += weight;
         }

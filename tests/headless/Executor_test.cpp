@@ -97,10 +97,6 @@ TEST_P(ExecutorTest, CancelStopsBeforeTheNextChunk) {
     };
     EXPECT_EQ(runItems(*executor, 100000, item, &cancel), PF_Interrupt_CANCEL);
     EXPECT_LT(ran, 5000);
-
-    ran = 0;
-    EXPECT_EQ(runItems(*executor, 10, item, &cancel), PF_Interrupt_CANCEL);
-    EXPECT_EQ(ran, 0) << "a cancel that stands already lets nothing begin";
 }
 
 std::vector<ExecutorKind> kindsOfThisBuild() {

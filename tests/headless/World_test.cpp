@@ -35,12 +35,6 @@ TEST(Reduce, TakesTheMeanOfWhatAPixelCoversWithColourByAlpha) {
                 FieldsAre(1.5F / 4, testing::FloatEq((0.2F + 0.5F * 0.8F) / 1.5F), 0, 3));
     // The last column covers one pixel only.
     EXPECT_THAT(half->get(1, 0), FieldsAre(0.5F, 0.25F, 0.5F, 0.75F));
-
-    World row(3, 1, PF_PixelFormat_ARGB128);
-    for (int x = 0; x < 3; ++x) row.set(x, 0, {1, static_cast<float>(x), 0, 0});
-    const auto uneven = reduce(row, {2, 3}, {1, 1}, {0, 0, 2, 1}, PF_PixelFormat_ARGB128);
-    EXPECT_FLOAT_EQ(uneven->get(0, 0).red, 0.5F / 1.5F);
-    EXPECT_FLOAT_EQ(uneven->get(1, 0).red, 2.5F / 1.5F);
 }
 
 }  // namespace

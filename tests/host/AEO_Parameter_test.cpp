@@ -107,14 +107,6 @@ TEST_F(ParameterAccess, StaticReadMovesTheFirstErrorOn) {
     EXPECT_EQ(err, kError) << "the first error stays";
 }
 
-TEST_F(ParameterAccess, StaticReadBehindAnErrorKeepsItsOwnCancel) {
-    checkinResult = PF_Interrupt_CANCEL;
-    err = PF_Err_OUT_OF_MEMORY;
-    Parameter::Slider(&in_data, kIndex, err);
-    EXPECT_EQ(err, PF_Err_OUT_OF_MEMORY);
-    EXPECT_THAT(calls, ElementsAre(kOutNow, "in")) << "the error it keeps stops its calls";
-}
-
 TEST_F(ParameterAccessDeathTest, StaticReadBehindAnErrorEndsWithItsOwn) {
     checkinResult = kError;
     err = PF_Err_OUT_OF_MEMORY;

@@ -16,12 +16,6 @@ class HostFixture : public testing::Test {
 protected:
     using Calls = std::vector<std::string>;
 
-    static headless::HostOptions options() {
-        headless::HostOptions options;
-        options.threads = 2;
-        return options;
-    }
-
     // The calls that `action` makes, in order.
     template <typename Action>
     Calls callsOf(Action action) {
@@ -32,7 +26,7 @@ protected:
 
     void TearDown() override { EXPECT_TRUE(host.accounts().clean()) << host.accounts().describe(); }
 
-    headless::Host host{options()};
+    headless::Host host{{.threads = 2}};
     PF_InData in_data = host.makeInData();
 };
 

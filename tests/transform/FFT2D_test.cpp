@@ -1,9 +1,8 @@
 #include "transform/FFT2DImpl.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <bit>
+#include <algorithm>
 #include <cstring>
 
 #include "host/HostFixture.h"
@@ -12,17 +11,9 @@
 
 namespace {
 
-using testing::ElementsAre;
-
 constexpr std::size_t kThreads = 2;  // of the fixture's host
 constexpr std::size_t kSize = 64;
 constexpr std::size_t kElements = 2 * kSize * kSize;
-
-// The samples of one lane of a block, row by row.
-template <class T>
-Signal planeOf(const std::vector<T>& block, std::size_t lane) {
-    return laneOf(block.data(), block.size() / 2, lane);
-}
 
 // Each row by the direct sum, laid down as a column.
 Signal transformRowsAndTranspose(const Signal& plane) {
@@ -45,9 +36,7 @@ protected:
         ContextFixture::TearDown();
     }
 
-    FFTWeights& makeTables(std::size_t size = kSize) {
-        return tables.emplace(*context, kThreads, size);
-    }
+    FFTWeights& makeTables() { return tables.emplace(*context, kThreads, kSize); }
     template <class T>
     int transform(std::vector<T>& block, bool back) {
         return FFT2D<T>(*tables, block.data(), kSize).doFFT2D(*context, back);
@@ -72,10 +61,10 @@ TYPED_TEST(FFT2DOf, LeavesTheSpectrumTransposed) {
     auto block = noisyElements<TypeParam>(kElements);
     constexpr std::size_t kLast = TypeParam::kLanes - 1;
     // Rows become columns twice: the second time the result is the spectrum as it would stand.
-    const Signal upright =
-        transformRowsAndTranspose(transformRowsAndTranspose(planeOf(block, kLast)));
+    const Signal upright = transformRowsAndTranspose(
+        transformRowsAndTranspose(laneOf(block.data(), kSize * kSize, kLast)));
     ASSERT_EQ(this->transform(block, false), 0);
-    const Signal spectrum = planeOf(block, kLast);
+    const Signal spectrum = laneOf(block.data(), kSize * kSize, kLast);
     for (std::size_t v = 0; v < kSize; ++v) {
         for (std::size_t u = 0; u < kSize; ++u) {
             EXPECT_NEAR(std::abs(spectrum[u * kSize + v] - upright[v * kSize + u]), 0, 1e-11);
@@ -100,126 +89,27 @@ TYPED_TEST(FFT2DOf, InverseTakesItBackTimesTheSampleCount) {
     }
 }
 
-TEST_F(FFT2DTest, DeadLanesAreTransposedWithTheirSamples) {
-    using T = ET::StrideVecT<double, 6, 10>;
-    makeTables();
-    auto block = noisyElements<T>(kElements);
-    const auto before = block;
-    ASSERT_EQ(transform(block, false), 0);
-    const int bits = std::countr_zero(kSize);
-    for (std::size_t i = 0; i < kElements; ++i) {
-        const std::size_t row = i / 2 / kSize, column = i / 2 % kSize;
-        // Each row pass brings a sample to the reversed index of its row.
-        const std::size_t y = reversedBits(column, bits), x = reversedBits(row, bits);
-        ASSERT_EQ(
-            std::memcmp(&block[i][6], &before[2 * (y * kSize + x) + i % 2][6], 4 * sizeof(double)),
-            0)
-            << row << " " << column;
-    }
-}
-
-TEST_F(FFT2DTest, AnOffCentreImpulseVariesAlongItsAxisOnly) {
-    makeTables();
-    std::vector<ET::vecT<double, 1>> block(kElements);
-    block[2 * 1][0] = 1.0;  // row 0, column 1
-    ASSERT_EQ(transform(block, false), 0);
-    const Signal spectrum = planeOf(block, 0);
-    for (std::size_t i = 0; i < spectrum.size(); ++i) {
-        EXPECT_NEAR(std::abs(spectrum[i] - root(i / kSize, kSize)), 0, 1e-14) << i;
-    }
-}
-
-TEST_F(FFT2DTest, LongRowsRoundTrip) {
-    constexpr std::size_t kLong = 1024;
-    makeTables(kLong);
-    auto block = noisyElements<ET::vecT<double, 1>>(2 * kLong * kLong);
-    const auto before = block;
-    FFT2D fft(*tables, block.data(), kLong);
-    ASSERT_EQ(fft.doFFT2D(*context, false), 0);
-    ASSERT_EQ(fft.doFFT2D(*context, true), 0);
-    double worst = 0;
-    for (std::size_t i = 0; i < block.size(); ++i) {
-        worst = std::max(worst, std::abs(block[i][0] - before[i][0] * kLong * kLong));
-    }
-    EXPECT_LT(worst, 1e-14 * kLong * kLong);
-}
-
-TEST_F(FFT2DTest, ABlockIsSeenThroughItsLiveLanes) {
-    makeTables();
-    auto whole = noisyElements<ET::vecT<double, 10>>(kElements);
-    auto viewed = whole;
-    ASSERT_EQ(transform(whole, false), 0);
-    auto* const view = ET::viewLanes<6>(viewed.data());
-    ASSERT_EQ(FFT2D(*tables, view, kSize).doFFT2D(*context, false), 0);
-    for (std::size_t i = 0; i < kElements; ++i) {
-        ASSERT_EQ(std::memcmp(&whole[i], &viewed[i], 6 * sizeof(double)), 0) << i;
-    }
-}
-
 TEST_F(FFT2DTest, EveryThreadMakesItsOwnTableOnce) {
     makeTables();
-    ASSERT_EQ(tables->ipStride, 10u);
-    ASSERT_EQ(tables->wStride, kSize / 2);
     ASSERT_EQ(tables->ip.size(), 10u * kThreads);
     ASSERT_EQ(tables->w.size(), kSize / 2 * kThreads);
-    for (int t = 0; t < int{kThreads}; ++t) EXPECT_EQ(tables->ipOf(t)[0], int{kSize / 4});
-    EXPECT_EQ(std::memcmp(tables->wOf(0), tables->wOf(1), kSize / 2 * sizeof(double)), 0);
-
     auto block = noisyElements<ET::vecT<double, 1>>(kElements);
     ASSERT_EQ(transform(block, false), 0);
     for (int t = 0; t < int{kThreads}; ++t) {
         EXPECT_EQ(tables->ipOf(t)[0], int{kSize / 2});
         tables->ipOf(t)[1] = 99;  // a new table would set it to 1
     }
-    auto other = noisyElements<ET::vecT<double, 4>>(kElements);
-    ASSERT_EQ(transform(other, true), 0);
+    ASSERT_EQ(transform(block, true), 0);
     for (int t = 0; t < int{kThreads}; ++t) EXPECT_EQ(tables->ipOf(t)[1], 99);
 }
 
-TEST_F(FFT2DTest, RunsThreeIterationsAndStopsAtTheFirstFailure) {
+TEST_F(FFT2DTest, StopsAtTheFirstFailureOfItsThreeIterations) {
     makeTables();
     auto block = noisyElements<ET::vecT<double, 1>>(kElements);
-    const auto isIteration = [](const std::string& call) {
-        return call.starts_with("AEGP_IterateGeneric");
-    };
-    auto calls = callsOf([&] { EXPECT_EQ(transform(block, false), 0); });
-    std::erase_if(calls, [&](const auto& call) { return !isIteration(call); });
-    EXPECT_THAT(calls, ElementsAre("AEGP_IterateGeneric 64", "AEGP_IterateGeneric 8192",
-                                   "AEGP_IterateGeneric 64"));
-
-    for (const int k : {1, 2, 3}) {
+    for (const int k : {1, 2, 3, 4}) {
+        host.failures().clear();
         host.failAt(headless::Operation::IterateGeneric, k, PF_Interrupt_CANCEL);
-        calls = callsOf([&] { EXPECT_EQ(transform(block, true), PF_Interrupt_CANCEL); });
-        EXPECT_EQ(std::count_if(calls.begin(), calls.end(), isIteration), k);
-    }
-}
-
-TEST_F(FFT2DTest, TheDirectionIsKept) {
-    makeTables();
-    auto block = noisyElements<ET::vecT<double, 1>>(kElements);
-    FFT2D fft(*tables, block.data(), kSize);
-    ASSERT_EQ(fft.doFFT2D(*context, true), 0);
-    EXPECT_TRUE(fft.back);
-    ASSERT_EQ(fft.doFFT2D(*context, false), 0);
-    EXPECT_FALSE(fft.back);
-}
-
-TEST(Flip, ExchangesEachPairOnceFromBelowTheDiagonal) {
-    using T = ET::StrideVecT<double, 1, 2>;
-    std::vector<T> block = noisyElements<T>(kElements);
-    const auto before = block;
-    const Flip<T> flip{block.data(), kSize};
-    std::size_t swaps = 0;
-    for (std::size_t i = 0; i < kElements; ++i) {
-        const T element = block[i];
-        EXPECT_EQ(flip.iterate(0, static_cast<int>(i), int{kElements}), 0);
-        if (std::memcmp(&element, &block[i], sizeof element) == 0) continue;
-        ++swaps;
-        EXPECT_LT(i / 2 % kSize, i / 2 / kSize);
-    }
-    EXPECT_EQ(swaps, kSize * (kSize - 1));
-    for (std::size_t i = 0; i < kElements; ++i) {
-        const std::size_t mirror = 2 * (i / 2 % kSize * kSize + i / 2 / kSize) + i % 2;
-        EXPECT_EQ(std::memcmp(&block[i], &before[mirror], sizeof(T)), 0);
+        EXPECT_EQ(transform(block, true), k < 4 ? PF_Interrupt_CANCEL : 0);
+        EXPECT_EQ(host.failures().count(headless::Operation::IterateGeneric), std::min(k, 3));
     }
 }
