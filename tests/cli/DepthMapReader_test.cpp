@@ -74,23 +74,11 @@ TEST_F(DepthMapReader, WithoutAMappingDistancesAreWarnedAbout) {
     EXPECT_THAT(m_said.str(), testing::HasSubstr("0.25 to 80"));
 }
 
-TEST_F(DepthMapReader, MapsOfOtherKinds) {
+TEST_F(DepthMapReader, IntegerMapsKeepTheirBits) {
     test::writeValues<std::uint8_t>(path("z.png"), test::imageSpec(3, 1, {"Y"}, TypeDesc::UINT8),
                                     {0, 51, 255});
     EXPECT_THAT(read({}, "z.png"), testing::ElementsAre(0, testing::FloatEq(0.2F), 1));
     EXPECT_EQ(m_bits, 8);
-
-    // What the data window leaves out is far.
-    auto made = test::imageSpec(1, 1, {"Z"}, TypeDesc::FLOAT);
-    made.x = 1;
-    made.full_width = 3;
-    made.full_height = 1;
-    test::writeValues<float>(path("z.exr"), made, {4.0F});
-    EXPECT_THAT(read({.near = 4.0, .far = 8.0}), testing::ElementsAre(0, 1, 0));
-
-    const auto both = test::imageSpec(1, 1, {"R", "G", "B", "depth.Z"}, TypeDesc::FLOAT);
-    test::writeValues<float>(path("shot.exr"), both, {0.1F, 0.2F, 0.3F, 6.0F});
-    EXPECT_THAT(read({.near = 4.0, .far = 8.0}, "shot.exr:depth.Z"), testing::ElementsAre(0.5F));
 }
 
 TEST(DepthMapping, OptionsHaveToFit) {

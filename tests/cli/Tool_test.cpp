@@ -177,24 +177,6 @@ TEST_F(Tool, ParamsTellTheirState) {
     EXPECT_FALSE(enabled("Custom Layer Channel"));
 }
 
-TEST_F(Tool, TheSceneIsTheSameEveryTimeAndHasDepth) {
-    EXPECT_EQ(
-        runTool({"scene", path("a.exr"), "--size", "64x36", "--depth", path("z.exr")}).exitCode, 0);
-    EXPECT_EQ(runTool({"scene", path("b.exr"), "--size", "64x36"}).exitCode, 0);
-    EXPECT_EQ(readText(path("a.exr")), readText(path("b.exr")));
-    const auto light = readValues<float>(path("a.exr"));
-    EXPECT_GT(*std::max_element(light.begin(), light.end()), 20.0F);
-    EXPECT_EQ(specOf("z.exr").channelnames, std::vector<std::string>{"Z"});
-    const auto distances = readValues<float>(path("z.exr"));
-    const auto nearer = [&](float limit) {
-        return std::count_if(distances.begin(), distances.end(),
-                             [=](float z) { return z < limit; });
-    };
-    EXPECT_GT(nearer(3.0F), 20);
-    EXPECT_GT(nearer(20.0F) - nearer(5.0F), 100);
-    EXPECT_LT(nearer(HUGE_VALF), 64 * 36) << "no sky";
-}
-
 TEST_F(Tool, ADepthMapKeepsItsPlaneSharp) {
     runTool({"scene", path("s.exr"), "--size", "96x54", "--depth", path("z.exr")});
     const ToolRun run =

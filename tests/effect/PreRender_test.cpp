@@ -1,133 +1,92 @@
+#include <bit>
 #include <cstring>
 
 #include "effect/EffectFixture.h"
-#include "effect/HandleBlock.h"
 #include "effect/SmartRender.h"
+#include "headless/Effect.h"
 
 namespace {
 
 using Rect = std::array<int, 4>;
 
 Rect sides(const PF_LRect& r) {
-    return {r.left, r.top, r.right, r.bottom};
+    return std::bit_cast<Rect>(r);
 }
 
-// What the effect asks of its input layer, and what it is answered.
-struct Layer {
-    int checkOuts = 0;
-    PF_RenderRequest asked{};
-    PF_CheckoutResult answer{};
-    PF_Err err = 0;
-};
-Layer layer;
+// What the effect answered to the pre-render command, and left for the render command.
+PF_PreRenderOutput answered;
+PreRenderData left;
 
-PF_Err checkoutLayer(PF_ProgPtr, PF_ParamIndex index, std::int32_t id,
-                     const PF_RenderRequest* request, std::int32_t time, std::int32_t step,
-                     std::uint32_t scale, PF_CheckoutResult* result) {
-    EXPECT_THAT(std::vector<int>({index, id, time, step, static_cast<int>(scale)}),
-                testing::ElementsAre(0, 0, 3, 2, 25));
-    ++layer.checkOuts;
-    layer.asked = *request;
-    if (layer.err == 0) *result = layer.answer;
-    return layer.err;
+PF_Err watchedEntry(PF_Cmd command, PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
+                    PF_LayerDef* layer, void* extra) {
+    auto* const record = static_cast<PF_PreRenderExtra*>(extra);
+    if (command == PF_Cmd_SMART_PRE_RENDER) record->output->flags = 0x5555;
+    const PF_Err err = EntryPointFunc(command, in_data, out_data, params, layer, extra);
+    if (command == PF_Cmd_SMART_PRE_RENDER) {
+        answered = *record->output;
+        if (answered.pre_render_data != nullptr) {
+            std::memcpy(&left, answered.pre_render_data, sizeof left);
+        }
+    }
+    return err;
 }
 
-class PreRenderCommand : public EffectFixture {
+class PreRenderCommand : public HostFixture {
 protected:
     PreRenderCommand() {
-        in_data.width = 200;
-        in_data.height = 80;
-        in_data.current_time = 3;
-        in_data.time_step = 2;
-        in_data.time_scale = 25;
-        input.output_request = {{0, 0, 100, 100}, 1, 15, 1, {}, {9, 0, 0, 0}};
-        layer = {};
-        layer.answer.result_rect = {0, 0, 100, 80};
-        layer.answer.max_result_rect = {0, 0, 200, 80};
-        layer.answer.ref_width = 201;
-        layer.answer.ref_height = 80;
-        std::memset(&output, 0x55, sizeof output);
+        effect.setUp();
+        request.input = std::make_shared<headless::World>(201, 80, PF_PixelFormat_ARGB32);
+        request.preRenderOnly = true;
     }
     void TearDown() override {
-        giveBack();
-        EffectFixture::TearDown();
+        effect.setDown();
+        host.reclaimPreRenderRecords();
+        HostFixture::TearDown();
     }
 
-    PF_Err preRender() {
-        giveBack();
-        PF_PreRenderCallbacks callbacks{checkoutLayer, nullptr};
-        PF_PreRenderExtra extra{&input, &output, &callbacks};
-        const PF_Err err = send(PF_Cmd_SMART_PRE_RENDER, nullptr, &extra);
-        record = static_cast<PreRenderData*>(output.pre_render_data);
-        return err;
-    }
-    void giveBack() {
-        if (record != nullptr) AEO::disposeLockedBlock(*in_data.utils, record);
-        record = nullptr;
-    }
-    // Sends the command with these controls; everything has to succeed.
-    void expectRects(double radius, bool repeat, const Rect& asked, const Rect& result,
-                     const Rect& frame, const Rect& padded) {
-        parameters().set("Blur Radius", radius);
-        parameters().set("Edge Behavior", repeat ? 1 : 0);
-        ASSERT_EQ(preRender(), 0);
-        EXPECT_EQ(sides(layer.asked.rect), asked);
-        EXPECT_EQ(sides(output.result_rect), result);
-        EXPECT_EQ(sides(record->frameRect), frame);
-        EXPECT_EQ(sides(record->paddedRect), padded);
+    // What is asked of the layer, the two result rectangles, and the two of the record.
+    void expectRects(double radius, bool repeat, const Rect& wanted,
+                     const std::array<Rect, 5>& expected) {
+        effect.parameters().set("Blur Radius", radius);
+        effect.parameters().set("Edge Behavior", repeat ? 1 : 0);
+        request.rect = std::bit_cast<PF_LRect>(wanted);
+        const auto result = effect.renderFrame(request);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ((std::array{sides(result.inputRequest.rect), sides(result.resultRect),
+                              sides(result.maxResultRect), sides(left.frameRect),
+                              sides(left.paddedRect)}),
+                  expected);
+        EXPECT_EQ(result.inputRequest.preserve_rgb_of_zero_alpha, 0);
+        EXPECT_EQ(result.inputRequest.channel_mask, 15);
+        EXPECT_EQ(answered.delete_pre_render_data_func, nullptr);
+        EXPECT_EQ(answered.flags, 0x5555) << "stays as the host set it";
     }
 
-    PF_PreRenderInput input{};
-    PF_PreRenderOutput output;
-    PreRenderData* record = nullptr;
+    headless::Effect effect{host, watchedEntry};
+    headless::FrameRequest request;
 };
 
-TEST_F(PreRenderCommand, GrowsByTheReachOnAllSides) {
-    in_data.downsample_x = {1, 2};
-    in_data.downsample_y = {1, 4};
-    input.output_request.rect = {-50, 0, 100, 100};
-    // The result stays within the request; 201 / 2 is rounded up, 80 is divided by 4.
-    expectRects(20, false, {-60, -10, 110, 110}, {-10, 0, 100, 90}, {0, 0, 101, 20},
-                {-10, -10, 111, 30});
-    EXPECT_EQ(sides(output.max_result_rect), (Rect{-10, -10, 210, 90}));
-    EXPECT_EQ(layer.asked.preserve_rgb_of_zero_alpha, 0);
-    EXPECT_EQ(layer.asked.channel_mask, 15);
-    EXPECT_EQ(layer.asked.reserved[0], 9);
-    EXPECT_EQ(input.output_request.preserve_rgb_of_zero_alpha, 1) << "the host's own record";
-    EXPECT_EQ(handleBefore(record), AEO::handleOfBlock(record));
-    EXPECT_EQ(output.delete_pre_render_data_func, nullptr);
-    EXPECT_EQ(output.flags, 0x5555) << "stays as the host set it";
-}
-
-TEST_F(PreRenderCommand, StaysInsideTheLayerWithRepeatedEdges) {
-    const Rect frame{0, 0, 201, 80};
-    in_data.width = 105;
-    expectRects(10.5, true, {0, 0, 105, 80}, {0, 0, 100, 80}, frame, frame);
-}
-
-TEST_F(PreRenderCommand, LeavesEmptyRectanglesEmpty) {
-    expectRects(0, false, {0, 0, 100, 100}, {0, 0, 100, 80}, {0, 0, 201, 80}, {0, 0, 201, 80});
-    input.output_request.rect = layer.answer.result_rect = {7, 7, 7, 7};
-    layer.answer.ref_height = 0;
-    expectRects(20, false, {7, 7, 7, 7}, {7, 7, 7, 7}, {0, 0, 201, 0}, {0, 0, 201, 0});
+TEST_F(PreRenderCommand, GrowsByTheReachUnlessEdgesAreRepeated) {
+    const Rect whole{0, 0, 201, 80}, part{0, 0, 100, 70}, empty{7, 7, 7, 7};
+    expectRects(10.5, true, {0, 0, 200, 70}, {whole, {0, 0, 200, 70}, whole, whole, whole});
+    expectRects(0, false, part, {part, part, whole, whole, whole});
+    const Rect grown{-20, -20, 221, 100};
+    expectRects(20, false, empty, {empty, {7, 7, 0, 0}, grown, whole, grown});
+    request.downsampleX = {1, 2};
+    request.downsampleY = {1, 4};
+    const Rect half{0, 0, 101, 20}, padded{-10, -10, 111, 30};  // 100.5 is rounded up
+    const Rect asked{-60, -10, 100, 25}, result{-10, 0, 90, 15};
+    expectRects(20, false, {-50, 0, 90, 15}, {asked, result, padded, half, padded});
 }
 
 TEST_F(PreRenderCommand, AnswersThoughSomethingFails) {
-    layer.err = 513;
-    EXPECT_EQ(preRender(), 513);
-    EXPECT_EQ(sides(output.result_rect), (Rect{0, 0, 0, 0}));
-    EXPECT_NE(record, nullptr);
-
-    failCheckin(in_data, 1, 514);
-    EXPECT_EQ(preRender(), 514);
-    EXPECT_EQ(layer.checkOuts, 1) << "no second one";
-    ASSERT_NE(record, nullptr);
-    EXPECT_EQ(sides(record->frameRect), (Rect{0, 0, 0, 0}));
-
-    layer.err = 0;
+    host.failAt(headless::Operation::CheckoutLayer, 1, 513);
+    EXPECT_EQ(effect.renderFrame(request).status, 513);
+    EXPECT_EQ(sides(answered.result_rect), (Rect{0, 0, 0, 0}));
+    EXPECT_NE(answered.pre_render_data, nullptr);
     host.failures().shrinkHandleAt(1);
-    EXPECT_EQ(preRender(), 4) << "a block that is too small";
-    EXPECT_EQ(record, nullptr);
+    EXPECT_EQ(effect.renderFrame(request).status, 4) << "a block that is too small";
+    EXPECT_EQ(answered.pre_render_data, nullptr);
 }
 
 }  // namespace

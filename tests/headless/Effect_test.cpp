@@ -17,35 +17,6 @@ PF_Err entry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[], PF_Laye
     return answer(cmd, *in, *out, extra);
 }
 
-TEST(Effect, SetUpAndSetDownSendTheirCommandsInOrder) {
-    std::vector<PF_Cmd> commands;
-    PF_Handle global = nullptr;
-    answer = [&](PF_Cmd cmd, PF_InData& in, PF_OutData& out, void*) {
-        commands.push_back(cmd);
-        if (cmd == PF_Cmd_GLOBAL_SETUP) out.global_data = global = in.utils->host_new_handle(8);
-        if (cmd == PF_Cmd_PARAMS_SETUP) out.num_params = 1;
-        if (cmd == PF_Cmd_GLOBAL_SETDOWN) {
-            EXPECT_EQ(in.global_data, global);
-            in.utils->host_dispose_handle(in.global_data);
-        }
-        return PF_Err_NONE;
-    };
-    Host host;
-    Effect effect{host, entry};
-    effect.setUp();
-    EXPECT_EQ(effect.declaredParameters(), 1);
-    EXPECT_TRUE(host.accounts().clean()) << "the global record is the host's now";
-    effect.setDown();
-    EXPECT_THAT(commands, testing::ElementsAre(PF_Cmd_GLOBAL_SETUP, PF_Cmd_PARAMS_SETUP,
-                                               PF_Cmd_SEQUENCE_SETUP, PF_Cmd_SEQUENCE_SETDOWN,
-                                               PF_Cmd_GLOBAL_SETDOWN));
-    answer = [](PF_Cmd cmd, PF_InData&, PF_OutData&, void*) {
-        return cmd == PF_Cmd_PARAMS_SETUP ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
-    };
-    EXPECT_THAT([&] { effect.setUp(); },
-                testing::ThrowsMessage<EffectError>("PF_Cmd_PARAMS_SETUP failed with code 4"));
-}
-
 // What an effect forgets in its render command, damages, or asks for at the wrong time.
 TEST(Effect, MisuseIsListedInTheAccounts) {
     const auto render = [](PF_InData& in, PF_SmartRenderCallbacks& cb) {

@@ -7,7 +7,6 @@
 #include <array>
 #include <functional>
 #include <set>
-#include <thread>
 #include <vector>
 
 namespace headless {
@@ -15,12 +14,11 @@ namespace {
 
 using Item = std::function<A_Err(int thread, int i)>;
 
-A_Err runItems(Executor& executor, int iterations, Item item,
-               const std::atomic<bool>* cancel = nullptr) {
+A_Err runItems(Executor& executor, int iterations, Item item) {
     const auto call = [](void* refcon, std::int32_t thread, std::int32_t i, std::int32_t) {
         return (*static_cast<Item*>(refcon))(thread, i);
     };
-    return iterate(executor, iterations, &item, call, cancel);
+    return iterate(executor, iterations, &item, call);
 }
 
 using ExecutorTest = testing::TestWithParam<ExecutorKind>;
@@ -83,20 +81,6 @@ TEST_P(ExecutorTest, AnIntegerThrownByAnItemArrivesOnTheCallingThreadAndNothingE
     EXPECT_DEATH(runItems(*makeExecutor(GetParam(), 2), 100,
                           [](int, int) -> A_Err { throw std::string("no int"); }),
                  "");
-}
-
-TEST_P(ExecutorTest, CancelStopsBeforeTheNextChunk) {
-    const auto executor = makeExecutor(GetParam(), 2);
-    std::atomic<bool> cancel{false};
-    std::atomic<int> ran{0};
-    const auto item = [&](int, int i) {
-        ++ran;
-        if (i == 0) cancel = true;
-        while (!cancel) std::this_thread::yield();
-        return PF_Err_NONE;
-    };
-    EXPECT_EQ(runItems(*executor, 100000, item, &cancel), PF_Interrupt_CANCEL);
-    EXPECT_LT(ran, 5000);
 }
 
 std::vector<ExecutorKind> kindsOfThisBuild() {

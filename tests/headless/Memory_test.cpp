@@ -21,23 +21,6 @@ protected:
     PF_UtilCallbacks& utils = *in.utils;
 };
 
-TEST_F(Memory, HandlesAreZeroedAndAligned) {
-    for (const A_HandleSize size : {0, 1, 16, 4097}) {
-        const PF_Handle handle = utils.host_new_handle(size);
-        EXPECT_EQ(utils.host_get_handle_size(handle), size);
-        auto* bytes = static_cast<std::uint8_t*>(utils.host_lock_handle(handle));
-        EXPECT_EQ(*handle, bytes);
-        EXPECT_EQ((reinterpret_cast<std::uintptr_t>(bytes) + 8) % 64, 0u);
-        for (A_HandleSize i = 0; i < size; ++i) ASSERT_EQ(bytes[i], 0);
-        std::memset(bytes, 0xFF, size);
-        utils.host_unlock_handle(handle);
-        utils.host_dispose_handle(handle);
-    }
-    EXPECT_EQ(utils.host_new_handle(UINT64_MAX), nullptr);
-    EXPECT_TRUE(host.accounts().clean()) << host.accounts().describe();
-    EXPECT_EQ(host.memory().peak, 4097u);
-}
-
 TEST_F(Memory, MisuseOfHandlesAndWritesOutsideAreFaults) {
     const PF_Handle handle = utils.host_new_handle(8);
     utils.host_unlock_handle(handle);

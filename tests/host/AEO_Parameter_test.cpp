@@ -5,6 +5,7 @@
 
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -116,23 +117,23 @@ TEST_F(ParameterAccessDeathTest, StaticReadBehindAnErrorEndsWithItsOwn) {
 }
 
 TEST_F(ParameterAccessDeathTest, AccessorsInsistOnTheirType) {
-    const auto dies = [&](void (*read)(Parameter&), const std::string& name,
-                          const std::string& test) {
-        const std::string failed = name + ": Assertion `getParamType\\(\\)" + test + "' failed";
+    using Access = void (*)(Parameter&);
+    const std::tuple<PF_ParamType, Access, const char*> cases[] = {
+        {PF_Param_FIX_SLIDER, [](Parameter& p) { p.slider(); }, "slider: .*\\) == kSlider"},
+        {PF_Param_FIX_SLIDER, [](Parameter& p) { p.angle(); }, "angle: .*\\)==kAngle"},
+        {PF_Param_FIX_SLIDER, [](Parameter& p) { p.layer(); }, "layer: .*\\) == kLayer"},
+        {PF_Param_FIX_SLIDER, [](Parameter& p) { p.checkBox(); }, "checkBox: .*\\) == kCheckBox"},
+        {PF_Param_FIX_SLIDER, [](Parameter& p) { p.color(); }, "color: .*\\) == kColor"},
+        {PF_Param_FIX_SLIDER, [](Parameter& p) { p.point(); }, "point: .*\\) == kPoint"},
+        {PF_Param_FIX_SLIDER, [](Parameter& p) { p.popup(); }, "popup: .*\\)==kPopup"},
+        {PF_Param_FIX_SLIDER, [](Parameter& p) { p.floatSlider(); },
+         "floatSlider: .*\\)==kFloatSlider"},
+        {PF_Param_SLIDER, [](Parameter& p) { p.fixed(); }, "fixed: .*\\)==kFixSlider"}};
+    for (const auto& [type, access, text] : cases) {
+        define(type);
         Parameter parameter(&in_data, kIndex);
-        EXPECT_DEATH(read(parameter), "^AEO_Parameter:[0-9]+: " + failed + "\\.\n$");
-    };
-    define(PF_Param_FIX_SLIDER);
-    dies([](Parameter& p) { p.slider(); }, "slider", " == kSlider");
-    dies([](Parameter& p) { p.angle(); }, "angle", "==kAngle");
-    dies([](Parameter& p) { p.layer({1, 1}); }, "layer", " == kLayer");
-    dies([](Parameter& p) { p.checkBox(); }, "checkBox", " == kCheckBox");
-    dies([](Parameter& p) { p.color(); }, "color", " == kColor");
-    dies([](Parameter& p) { p.point(); }, "point", " == kPoint");
-    dies([](Parameter& p) { p.popup(); }, "popup", "==kPopup");
-    dies([](Parameter& p) { p.floatSlider(); }, "floatSlider", "==kFloatSlider");
-    define(PF_Param_SLIDER);
-    dies([](Parameter& p) { p.fixed(); }, "fixed", "==kFixSlider");
+        EXPECT_DEATH(access(parameter), std::string("^AEO_Parameter:[0-9]+: ") + text);
+    }
 }
 
 }  // namespace

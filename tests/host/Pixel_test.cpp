@@ -20,16 +20,4 @@ TEST(Pixel, QuantizesWithHalfStepsUpAndHoldsTheRange) {
     EXPECT_THAT(deep, FieldsAre(32768, 32768, 0, 2));
 }
 
-TEST(Pixel, ReadsWhatItWrote) {
-    const PF_Pixel bytes{77, 0, 128, 255};
-    PF_Pixel back;
-    AEO::Pixel::setToU8(AEO::Pixel::FromU8(&bytes), &back);
-    EXPECT_THAT(back, FieldsAre(77, 0, 128, 255));
-    const PF_Pixel16 deep{32768, 1, 16384, 0};
-    EXPECT_THAT(AEO::Pixel::FromU16(&deep), FieldsAre(1.0f, 1.0f / 32768, 0.5f, 0.0f));
-    PF_PixelFloat copy{};
-    AEO::Pixel::setToF32({1.5f, -2.0f, 3.0f, 4.0f}, &copy);
-    EXPECT_THAT(AEO::Pixel::FromF32(&copy), FieldsAre(1.5f, -2.0f, 3.0f, 4.0f));
-}
-
 }  // namespace

@@ -83,10 +83,6 @@ protected:
         ASSERT_EQ(image.damage(), "");
     }
 
-    float alphaAt(double x, double y) const {
-        return image.get(static_cast<int>(kHalf + x), static_cast<int>(kHalf + y)).alpha;
-    }
-
     headless::Host host;
     StageFixture frame{host};
     headless::World image{kSide, kSide, PF_PixelFormat_ARGB128, {.rowPadding = 16}};
@@ -115,26 +111,13 @@ TEST_F(GenFilterTest, DrawsTheShapeThatGeometryGives) {
     }
 }
 
-TEST_F(GenFilterTest, PutsTheFirstVertexToTheLeftAndTurnsItClockwise) {
-    const double tip = 0.9 * kHalf;
-    draw(3, 0.0, 0.0, 0.0, 0.0);
-    EXPECT_EQ(alphaAt(-tip, 0.0), 1.0f);
-    EXPECT_EQ(alphaAt(tip, 0.0), 0.0f);
-    draw(3, 0.0, 0.0, 0.0, 90.0);
-    EXPECT_EQ(alphaAt(0.0, -tip), 1.0f);
-    EXPECT_EQ(alphaAt(0.0, tip), 0.0f);
-}
-
-TEST_F(GenFilterTest, WeighsFromTheCentreToTheRim) {
+TEST_F(GenFilterTest, WeightsKeepTheirEdgesApartAtTheEnds) {
     draw(6, 1.0, -0.25, 0.0, 0.0);
     // The gap between the weight's edges shows in the very centre.
-    EXPECT_NEAR(alphaAt(0.0, 0.0), 1.2e-19, 1e-23);
-    EXPECT_EQ(alphaAt(kHalf / 2.0, 0.0), 1.0f);
-
+    EXPECT_NEAR(image.get(kSide / 2, kSide / 2).alpha, 1.2e-19, 1e-23);
     frame.info.concentration = 0.99;
     const GenFilter peak(frame.hostData, &frame.inData, frame.info, target);
     EXPECT_EQ(peak.estimateWeightFunc(0.0, 7.0), 1.0);
-    EXPECT_NEAR(peak.estimateWeightFunc(0.7, 7.0), std::pow(0.972, 63.6567), 1e-5);
     EXPECT_EQ(peak.estimateWeightFunc(7.0, 7.0), 0.0);
 }
 

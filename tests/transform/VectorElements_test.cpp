@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <type_traits>
 #include <utility>
 
 #include "transform/Noise.h"
@@ -72,21 +71,6 @@ TYPED_TEST(Elements, CopiesAndSwapsMoveTheWholeCell) {
     EXPECT_EQ(std::memcmp(&this->second, &a, sizeof a), 0);
     this->second = this->first;
     EXPECT_EQ(std::memcmp(&this->second, &b, sizeof b), 0);
-}
-
-TEST(VectorElements, ExpressionsAreLazyAndHoldReferences) {
-    ET::vecT<double, 4> a{}, b{};
-    double s = 1.0;
-    const auto scaled = s * a;
-    const auto sum = a + b;
-    static_assert(
-        std::is_same_v<decltype(sum),
-                       const ET::Expression<ET::vecT<double, 4>, ET::ExpressionPlus<double>,
-                                            ET::vecT<double, 4>>>);
-    s = 3.0;
-    a[2] = 5.0;
-    EXPECT_EQ(scaled[2], 15.0);
-    EXPECT_EQ(sum[2], 5.0);
 }
 
 TEST(VectorElements, AViewSharesAddressesWithItsArray) {
