@@ -4,6 +4,7 @@
 // Included by the frame dispatch alone: the function is local to the file that includes this.
 
 #include <algorithm>
+#include <cstdint>
 
 #include "effect/RenderInfo.h"
 #include "host/EffectWorld.h"
@@ -11,12 +12,13 @@
 namespace FocusPoint {
 
 // The map pixel under frame pixel (x, y), held inside the map.
-inline RenderPoint mapPosition(const RenderInfo& info, const PF_LayerDef& map, double x, double y) {
+inline AEO::PointValue mapPosition(const RenderInfo& info, const PF_LayerDef& map, double x,
+                                   double y) {
     const double fw = info.frameRect.right - info.frameRect.left;
     const double fh = info.frameRect.bottom - info.frameRect.top;
     const double mw = map.width;
     const double mh = map.height;
-    RenderPoint q{0.0, 0.0};
+    AEO::PointValue q{0.0, 0.0};
     if (info.placement == kPlacementCenter) {
         q = {(x - fw * 0.5) + mw * 0.5, (y - fh * 0.5) + mh * 0.5};
     } else if (info.placement == kPlacementStretch) {
@@ -70,7 +72,7 @@ inline double interpolate(double d0, double d1, double t) {
         // value there. The store stage inverts where this does not, since it measures from
         // 1 - focalDistance.
         static double f(const RenderInfo& info, const AEO::EffectWorld& map, const double* point) {
-            const RenderPoint q = FocusPoint::mapPosition(info, map.world, point[0], point[1]);
+            const AEO::PointValue q = FocusPoint::mapPosition(info, map.world, point[0], point[1]);
             const AEO::Pixel::f32 pixel = map.subpixel_sample(q.x, q.y);
             const double v = FocusPoint::channelValue(pixel, info.depthChannel);
             const double r = info.invertDepth ? 1.0 - v : v;

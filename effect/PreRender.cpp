@@ -6,6 +6,7 @@
 #include "effect/SmartRender.h"
 #include "host/AEO_Base.h"
 #include "host/AEO_Parameter.h"
+#include "host/Fixed.h"
 
 namespace {
 
@@ -17,10 +18,6 @@ struct Spread {
     bool repeatEdge;     // the blur stays inside the layer
 };
 
-double ratio(const PF_RationalScale& scale) {
-    return static_cast<double>(scale.num) / static_cast<double>(scale.den);
-}
-
 std::int32_t roundedUp(double value) {
     return static_cast<std::int32_t>(std::ceil(value));
 }
@@ -29,8 +26,9 @@ std::int32_t roundedUp(double value) {
 Spread readSpread(PF_InData* in_data, int& err) {
     const double radius = AEO::Parameter::Fixed(in_data, kBlurRadius, err);
     const bool repeatEdge = AEO::Parameter::CheckBox(in_data, kEdgeBehavior, err) != 0;
-    const double factorX = ratio(in_data->downsample_x);
-    return {factorX, ratio(in_data->downsample_y), roundedUp(radius * factorX), repeatEdge};
+    const double factorX = AEO::fromRatio(in_data->downsample_x);
+    return {factorX, AEO::fromRatio(in_data->downsample_y), roundedUp(radius * factorX),
+            repeatEdge};
 }
 
 // The rectangle with the reach on every side; an empty one stays as it is.

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "effect/ParameterIndices.h"
-#include "host/AEO_Parameter.h"
+#include "host/Fixed.h"
 
 namespace {
 
@@ -29,10 +29,7 @@ public:
     std::int32_t slider(int index) { return AEO::Parameter::Slider(in_, index, err_); }
     std::int32_t popup(int index) { return AEO::Parameter::Popup(in_, index, err_); }
     bool checkBox(int index) { return AEO::Parameter::CheckBox(in_, index, err_) != 0; }
-    RenderPoint point(int index) {
-        const auto position = AEO::Parameter::Point(in_, index, err_);
-        return {position.x, position.y};
-    }
+    AEO::PointValue point(int index) { return AEO::Parameter::Point(in_, index, err_); }
     int error() const { return err_; }
 
 private:
@@ -42,9 +39,7 @@ private:
 
 // The half pixel is added in parameter units; the vertical factor plays no part.
 double renderRadius(ParameterReader& read, const PF_InData& in_data) {
-    const PF_RationalScale& scale = in_data.downsample_x;
-    const double factor = static_cast<double>(scale.num) / static_cast<double>(scale.den);
-    return (read.fixed(kBlurRadius) + 0.5) * factor;
+    return (read.fixed(kBlurRadius) + 0.5) * AEO::fromRatio(in_data.downsample_x);
 }
 
 void readAperture(ParameterReader& read, RenderInfo& info) {

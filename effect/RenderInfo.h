@@ -1,6 +1,9 @@
 #pragma once
 // Everything that a frame needs from the parameters and the host, in render units.
 
+#include <cstdint>
+
+#include "host/AEO_Parameter.h"
 #include "host/EffectWorld.h"
 #include "platform/Commands.h"
 
@@ -20,12 +23,6 @@ inline constexpr std::int32_t kChannelGreen = 2;
 inline constexpr std::int32_t kChannelBlue = 3;
 inline constexpr std::int32_t kChannelAlpha = 4;
 inline constexpr std::int32_t kChannelAverage = 5;
-
-// A position in pixels of the current downsample.
-struct RenderPoint {
-    double x;
-    double y;
-};
 
 // One frame's parameters. Lives on the stack of one smart-render command and is read-only for the
 // stages. The constructor sets the depth layer alone; every other field is written before it is
@@ -66,8 +63,8 @@ struct RenderInfo {
     double profileSlope;   // exponent of the layer assignment
     double profileOffset;  // always 0
     double useFocusPoint;  // 1 or 0
-    RenderPoint focusPoint0;
-    RenderPoint focusPoint1;
+    AEO::PointValue focusPoint0;
+    AEO::PointValue focusPoint1;
     double focusInterpolation;
     std::int32_t placement;
     std::int32_t depthChannel;

@@ -1,7 +1,8 @@
 #pragma once
-// The host's 16.16 fixed point.
+// The host's 16.16 fixed point, and its ratios.
 
 #include <algorithm>
+#include <cstdint>
 
 #include "platform/Scalars.h"
 
@@ -33,6 +34,10 @@ constexpr PF_Fixed toFixedRadius(double value) {
 // the host's `area` field is filled with.
 constexpr PF_Fixed wrappingArea(PF_Fixed x, PF_Fixed y) {
     return static_cast<PF_Fixed>(static_cast<std::uint32_t>(x) * static_cast<std::uint32_t>(y));
+}
+
+constexpr double fromRatio(const PF_RationalScale& ratio) {
+    return static_cast<double>(ratio.num) / static_cast<double>(ratio.den);
 }
 
 }  // namespace AEO

@@ -16,7 +16,7 @@ struct FocusedFrame : StageFixture {
     }
 
     // The distance between two points.
-    double between(RenderPoint point0, RenderPoint point1, double t) {
+    double between(AEO::PointValue point0, AEO::PointValue point1, double t) {
         info.focusPoint0 = point0;
         info.focusPoint1 = point1;
         info.focusInterpolation = t;
