@@ -1,7 +1,10 @@
 #pragma once
 // Scoped check-out of one parameter.
 
+#include <cstdint>
+
 #include "host/AEO_Base.h"
+#include "platform/Parameters.h"
 
 namespace AEO {
 

@@ -1,8 +1,11 @@
 #pragma once
 // Wrappers of the host's pixel buffers.
 
+#include <cstdint>
+
 #include "host/AEO_Base.h"
 #include "host/Pixel.h"
+#include "host/SuiteHolder.h"
 
 namespace AEO {
 

@@ -1,6 +1,8 @@
 #pragma once
 // Pixel formats, and pixels in single precision whatever the format.
 
+#include <cstdint>
+
 #include "platform/Scalars.h"
 
 namespace AEO {

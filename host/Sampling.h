@@ -2,6 +2,7 @@
 // The host's three sampling suites, one for each pixel type.
 
 #include "host/AEO_Base.h"
+#include "host/SuiteHolder.h"
 
 namespace AEO {
 

@@ -1,6 +1,8 @@
 #pragma once
 // Scoped acquisition of one of the host's function suites.
 
+#include <cstdint>
+
 #include "platform/Suites.h"
 
 namespace AEO {

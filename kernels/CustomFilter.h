@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 
 #include "effect/RenderInfo.h"
 #include "host/AEO_Base.h"
 #include "host/Fixed.h"
 #include "host/Iterator.h"
+#include "host/SuiteHandler.h"
 #include "host/Vector.h"
 #include "kernels/ChannelSample.h"
 #include "kernels/Filter.h"
@@ -54,7 +54,7 @@ private:
 
     static PF_SampPB makeSampling(double scale, double pixelAspect, PF_LayerDef* picture);
     static void setRadii(PF_SampPB& block, double x, double y);
-    Offset offsetAt(std::uint32_t index) const;
+    Offset offsetAt(int index) const;
     PF_Err sample(const Offset& offset, double factor, Pixel& pixel) const;
     double total(std::size_t layer) const;
 
@@ -89,7 +89,7 @@ template <class Pixel, std::size_t N>
 int CustomFilter<Pixel, Filter<N>>::iterate(int thread, int index, int) {
     if (status_ != PF_Err_NONE) return status_;
     const auto position = static_cast<std::size_t>(index);
-    const Offset offset = offsetAt(static_cast<std::uint32_t>(index));
+    const Offset offset = offsetAt(index);
     ET::vecT<double, N>& totals = sums_[static_cast<std::size_t>(thread)];
     PF_Err err = PF_Err_NONE;
     for (std::size_t l = 0; l < N; ++l) {
@@ -138,11 +138,11 @@ void CustomFilter<Pixel, Filter<N>>::setRadii(PF_SampPB& block, double x, double
 }
 
 template <class Pixel, std::size_t N>
-auto CustomFilter<Pixel, Filter<N>>::offsetAt(std::uint32_t index) const -> Offset {
-    const auto size = static_cast<std::int32_t>(filter_->size);
-    const auto row = static_cast<std::int32_t>(index) / size;
-    const auto col = static_cast<std::int32_t>(index) % size;
-    const std::int32_t half = size / 2;
+auto CustomFilter<Pixel, Filter<N>>::offsetAt(int index) const -> Offset {
+    const int size = static_cast<int>(filter_->size);
+    const int row = index / size;
+    const int col = index % size;
+    const int half = size / 2;
     return {static_cast<double>(col < half ? col : col - size),
             static_cast<double>(row < half ? -row : size - row)};
 }
