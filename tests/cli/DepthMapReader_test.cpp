@@ -81,18 +81,5 @@ TEST_F(DepthMapReader, IntegerMapsKeepTheirBits) {
     EXPECT_EQ(m_bits, 8);
 }
 
-TEST(DepthMapping, OptionsHaveToFit) {
-    EXPECT_NO_THROW(requireConsistent({.near = 1.0, .far = HUGE_VAL, .inverse = true}));
-    for (const DepthMapping& wrong : {DepthMapping{.near = 1.0},
-                                      {.far = 1.0},
-                                      {.near = 2.0, .far = 2.0},
-                                      {.near = 2.0, .far = 3.0, .automatic = true},
-                                      {.near = 0.0, .far = 3.0, .inverse = true},
-                                      {.near = 1.0, .far = HUGE_VAL},
-                                      {.inverse = true}}) {
-        EXPECT_THROW(requireConsistent(wrong), UsageError);
-    }
-}
-
 }  // namespace
 }  // namespace cli

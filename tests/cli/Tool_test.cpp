@@ -72,9 +72,15 @@ TEST_F(Tool, UsageErrorsAreOneLineAndCodeTwo) {
                             {{"--focus-point-0", "50%,3"}, "--focus-point-0"},
                             {{"--region", "100,100,5,5"}, "40x30"},
                             {{"--downsample", "2/1"}, "--downsample"},
+                            {{"--downsample", "1/0"}, "--downsample"},
+                            {{"--memory-limit", "99999999999G"}, "--memory-limit"},
+                            {{"--region", "1,2,0,4"}, "--region"},
                             {{"--bits", "12"}, "8, 16 or 32"},
                             {{"--pixel-aspect", "1/2"}, "--pixel-aspect"},
-                            {{"--depth-auto"}, "--depth-map-layer"}};
+                            {{"--depth-auto"}, "--depth-map-layer"},
+                            {{"--depth-near", "1"}, "belong together"},
+                            {{"--depth-near", "2", "--depth-far", "2"}, "must be less"},
+                            {{"--depth-inverse"}, "--depth-auto"}};
     for (const auto& [arguments, words] : options) expectRefusal(render(arguments), 2, words);
     expectRefusal(render({}, "out.xyz"), 2, ".exr");
     expectRefusal(render({}, "photo.png"), 2, "can't be the output");

@@ -90,7 +90,8 @@ TEST(ExtractDepth, PlacesMapsOfAllSizes) {
         fillUnevenly(picture);
         for (const std::int32_t placement : {kPlacementCenter, kPlacementStretch, 3}) {
             for (const std::int32_t originX : {0, 5}) {
-                MapOverFrame map(host, picture, placement, kChannelGreen);
+                // Alpha tells how far the box reaches beyond the map.
+                MapOverFrame map(host, picture, placement, originX ? kChannelGreen : kChannelAlpha);
                 map.output.origin_x = originX;
                 map.output.origin_y = -3;
                 map.input.origin_x = -40;

@@ -74,9 +74,9 @@ TEST_F(PreRenderCommand, GrowsByTheReachUnlessEdgesAreRepeated) {
     expectRects(20, false, empty, {empty, {7, 7, 0, 0}, grown, whole, grown});
     request.downsampleX = {1, 2};
     request.downsampleY = {1, 4};
-    const Rect half{0, 0, 101, 20}, padded{-10, -10, 111, 30};  // 100.5 is rounded up
-    const Rect asked{-60, -10, 100, 25}, result{-10, 0, 90, 15};
-    expectRects(20, false, {-50, 0, 90, 15}, {asked, result, padded, half, padded});
+    const Rect half{0, 0, 101, 20}, padded{-11, -11, 112, 31};  // 100.5 and 10.5 are rounded up
+    const Rect asked{-61, -11, 101, 26}, result{-11, 0, 90, 15};
+    expectRects(21, false, {-50, 0, 90, 15}, {asked, result, padded, half, padded});
 }
 
 TEST_F(PreRenderCommand, AnswersThoughSomethingFails) {

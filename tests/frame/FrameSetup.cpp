@@ -26,6 +26,7 @@ BlurEffect::BlurEffect(int threads)
     setLayer("Custom Blur Shape", shape);
     effect.parameters().setChoice(effect.parameters().find("Custom Layer Channel"), "Alpha");
     set("Exposure", 2.0);
+    set("Resolution", 3);  // counts with a depth map alone
 }
 
 void BlurEffect::useDepth(std::shared_ptr<const headless::World> map, int layers) {

@@ -9,15 +9,6 @@ namespace {
 
 class SuiteHandler : public HostFixture {};
 
-TEST_F(SuiteHandler, LoadsOnFirstUseAndReleasesWhatItLoaded) {
-    EXPECT_THAT(callsOf([&] {
-                    AEGP_SuiteHandler suites(in_data.pica_basicP);
-                    EXPECT_EQ(suites.PFParamUtilsSuite3(), suites.PFParamUtilsSuite3());
-                }),
-                testing::ElementsAre("AcquireSuite PF Param Utils Suite 3",
-                                     "ReleaseSuite PF Param Utils Suite 3"));
-}
-
 TEST_F(SuiteHandler, ThrowsTheHostsCodeForAMissingSuite) {
     host.failures().failSuite(kAEGPUtilitySuite);
     AEGP_SuiteHandler suites(in_data.pica_basicP);

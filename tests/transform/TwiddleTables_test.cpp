@@ -18,12 +18,3 @@ TEST(TwiddleTables, KeepToAThreadsShareOfTheMemory) {
         EXPECT_EQ(ip[static_cast<std::size_t>(std::sqrt(2.0 * nw)) + 2], kUntouched) << nw;
     }
 }
-
-TEST(TwiddleTables, CosineTableHoldsAQuarterTurn) {
-    int ip[2] = {0, 0};
-    double c[8];
-    makect(8, ip, c);
-    EXPECT_EQ(ip[1], 8);
-    EXPECT_NEAR(c[0], std::sqrt(0.5), 1e-15);
-    for (int j = 1; j < 8; ++j) EXPECT_NEAR(c[j], 0.5 * std::cos(std::acos(-1) / 16 * j), 1e-15);
-}

@@ -1,28 +1,13 @@
-#include "cli/Numbers.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <sstream>
 
-#include "cli/Errors.h"
 #include "cli/ExposureCheck.h"
 #include "cli/PixelAspect.h"
 
 namespace cli {
 namespace {
-
-TEST(Numbers, FormsOfTheCommandLine) {
-    EXPECT_EQ(parseRegion("--region", "-5,10,100,50"), (Window{-5, 10, 95, 60}));
-    EXPECT_EQ(parseRatio("--downsample", "2/3").den, 3U);
-    EXPECT_EQ(parseBytes("--memory-limit", "3k"), 3072U);
-    for (const char* text : {"1,2,0,4", "1,2,3,4,5", "a,2,3,4", "1,2,3,99999999999", "1/0", ""}) {
-        EXPECT_THROW(parseRegion("--region", text), UsageError) << text;
-        EXPECT_THROW(parseRatio("--downsample", text), UsageError) << text;
-        EXPECT_THROW(parseSize("--size", text, 1000), UsageError) << text;
-        EXPECT_THROW(parseBytes("--memory-limit", text), UsageError) << text;
-    }
-}
 
 TEST(PixelAspect, BecomesARatioThatTheEffectCanRead) {
     std::ostringstream said;
