@@ -73,6 +73,20 @@ TYPED_TEST(Elements, CopiesAndSwapsMoveTheWholeCell) {
     EXPECT_EQ(std::memcmp(&this->second, &b, sizeof b), 0);
 }
 
+// Dead lanes that hold the same bits aren't stored; one bit apart is apart, also where both are
+// zero.
+TEST(VectorElements, CellsThatDifferInOneDeadLaneAreSwapped) {
+    using Cell = ET::StrideVecT<double, 2, 4>;
+    for (const double apart : {1.0, -0.0}) {
+        const double values[2][4] = {{1.0, 2.0, 0.0, 0.0}, {3.0, 4.0, 0.0, apart}};
+        Cell cells[2];
+        std::memcpy(cells, values, sizeof cells);
+        swap(cells[0], cells[1]);
+        EXPECT_EQ(std::memcmp(&cells[0], values[1], sizeof(Cell)), 0);
+        EXPECT_EQ(std::memcmp(&cells[1], values[0], sizeof(Cell)), 0);
+    }
+}
+
 TEST(VectorElements, AViewSharesAddressesWithItsArray) {
     auto cells = noisyElements<ET::vecT<double, 10>>(3);
     const auto before = cells;
