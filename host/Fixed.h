@@ -36,6 +36,7 @@ constexpr PF_Fixed wrappingArea(PF_Fixed x, PF_Fixed y) {
     return static_cast<PF_Fixed>(static_cast<std::uint32_t>(x) * static_cast<std::uint32_t>(y));
 }
 
+// Such as a downsample factor, 1 / 2; the host gives no zero below.
 constexpr double fromRatio(const PF_RationalScale& ratio) {
     return static_cast<double>(ratio.num) / static_cast<double>(ratio.den);
 }
