@@ -3,7 +3,6 @@
 
 #include <OpenImageIO/imageio.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -12,24 +11,18 @@
 #include <string>
 #include <vector>
 
+#include "headless/TestFolder.h"
+
 namespace cli::test {
 
 // A folder of its own for each test, removed afterwards.
 class FolderTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        m_folder = std::filesystem::temp_directory_path() /
-                   ("orbel-" + std::string(info->name()) + "-" + std::to_string(getpid()));
-        std::filesystem::create_directories(m_folder);
-    }
-    void TearDown() override { std::filesystem::remove_all(m_folder); }
-
-    std::string path(const std::string& name) const { return (m_folder / name).string(); }
+    std::string path(const std::string& name) const { return (m_folder.path / name).string(); }
     // The names in the folder, hidden ones too.
     std::vector<std::string> names() const {
         std::vector<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(m_folder)) {
+        for (const auto& entry : std::filesystem::directory_iterator(m_folder.path)) {
             found.push_back(entry.path().filename().string());
         }
         std::sort(found.begin(), found.end());
@@ -37,7 +30,7 @@ protected:
     }
 
 private:
-    std::filesystem::path m_folder;
+    TestFolder m_folder;
 };
 
 inline void writeText(const std::string& path, const std::string& text) {

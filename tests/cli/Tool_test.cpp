@@ -16,7 +16,6 @@ using testing::HasSubstr;
 class Tool : public FolderTest {
 protected:
     void SetUp() override {
-        FolderTest::SetUp();
         std::vector<std::uint8_t> values;
         for (int i = 0; i < 40 * 30; ++i) {
             const int light = i % 97 == 0 ? 255 : i % 40;

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "headless/BundleFile.h"
+#include "headless/TestFolder.h"
 
 namespace headless {
 namespace {
@@ -51,9 +52,8 @@ std::string windowsHead(char low, char high) {
 }
 
 TEST(Bundle, MessageNamesFileAndReason) {
-    const fs::path folder = testing::TempDir() + "/bundle_test";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
+    const TestFolder own;
+    const fs::path& folder = own.path;
     const std::string library = contentsOf(ORBEL_NO_ENTRY_MODULE);
     const std::string builtFor = " was built for ";
     const std::string here = ", and this is " + thisProgram().describe();
@@ -77,18 +77,17 @@ TEST(Bundle, MessageNamesFileAndReason) {
         {write(folder / "universal.so", "\xCA\xFE\xBA\xBE"), builtFor + "macOS" + here},
         {ORBEL_NO_ENTRY_MODULE, " has no function EntryPointFunc, so it is no effect"}};
     for (const auto& [file, reason] : cases) EXPECT_EQ(messageFor(file), file.string() + reason);
-    fs::remove_all(folder);
 }
 
 // The system's loader would map pages that the file doesn't have, and the process would die.
 TEST(Bundle, ACutOffFileIsRefusedBeforeTheLoaderSeesIt) {
-    const fs::path file = testing::TempDir() + "/bundle_test_cut.so";
+    const TestFolder own;
+    const fs::path file = own.path / "cut.so";
     const std::string library = contentsOf(ORBEL_NO_ENTRY_MODULE);
     for (const std::size_t length : {std::size_t{20}, std::size_t{64}, library.size() / 4}) {
         write(file, library.substr(0, length));
         EXPECT_EQ(messageFor(file), file.string() + " is not whole, its end is missing") << length;
     }
-    fs::remove(file);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "headless/TestFolder.h"
 #include "headless/trial/FrameFile.h"
 
 namespace trial {
@@ -26,11 +27,9 @@ Frame frameOf(const std::array<Channel, 8>& values) {
 class Compare : public testing::Test {
 protected:
     Compare() {
-        fs::remove_all(root);
         fs::create_directories(a);
         fs::create_directories(b);
     }
-    ~Compare() override { fs::remove_all(root); }
 
     bool compare() {
         std::ostringstream out;
@@ -46,9 +45,9 @@ protected:
     }
     bool mentions(const char* part) const { return text.find(part) != std::string::npos; }
 
-    const fs::path root = testing::TempDir() + "/compare_test";
-    const fs::path a = root / "a";
-    const fs::path b = root / "b";
+    const TestFolder folder;
+    const fs::path a = folder.path / "a";
+    const fs::path b = folder.path / "b";
     std::string text;
 };
 
@@ -95,11 +94,11 @@ TEST_F(Compare, EveryFrameNeedsItsCounterpart) {
     writeFrame(frame, a / "both.frame");
     writeFrame(frame, b / "both.frame");
     EXPECT_TRUE(compare());
-    for (const fs::path& folder : {a, b}) {
-        writeFrame(frame, folder / "single.frame");
+    for (const fs::path& side : {a, b}) {
+        writeFrame(frame, side / "single.frame");
         EXPECT_FALSE(compare());
         EXPECT_TRUE(mentions("single.frame")) << text;
-        fs::remove(folder / "single.frame");
+        fs::remove(side / "single.frame");
     }
     for (const std::uintmax_t length : {0, 20, 22}) {
         fs::resize_file(b / "both.frame", length);
