@@ -1,14 +1,19 @@
-# orbel_layer(NAME folder [TARGET name] [HEADERS h...] [SOURCES s...] [LINKS target...] [FLAGS target])
+# orbel_layer(folder [TARGET name] [HEADERS h...] [INTERNAL_HEADERS h...] [SOURCES s...]
+#             [LINKS target...] [FLAGS target])
 #
 # Declares one layer of the architecture as target orbel_<name> with the alias Orbel::<name>
 # (name defaults to the folder). Headers are included as "folder/Header.h", but only by a target
 # that links the layer: each layer has an include directory of its own, made of forwarding headers
 # in the build tree. An include against the direction of the layers thus fails to compile.
 #
+# INTERNAL_HEADERS are for the layer's own sources, and for its tests through the additional target
+# Orbel::<name>_internals.
+#
 # FLAGS is the flag target that the layer's sources are compiled with, orbel_plugin_flags unless
 # another is named. A layer without sources is an INTERFACE library.
 function(orbel_layer folder)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TARGET;FLAGS" "HEADERS;SOURCES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TARGET;FLAGS"
+        "HEADERS;INTERNAL_HEADERS;SOURCES;LINKS")
     if(NOT arg_TARGET)
         set(arg_TARGET ${folder})
     endif()
@@ -17,14 +22,10 @@ function(orbel_layer folder)
     endif()
     set(target orbel_${arg_TARGET})
     set(include_dir "${CMAKE_BINARY_DIR}/layers/${arg_TARGET}")
+    set(internal_dir "${CMAKE_BINARY_DIR}/layers/${arg_TARGET}-internals")
 
-    foreach(header IN LISTS arg_HEADERS)
-        if(NOT EXISTS "${CMAKE_SOURCE_DIR}/${folder}/${header}")
-            message(FATAL_ERROR "${folder}/${header} does not exist")
-        endif()
-        file(CONFIGURE OUTPUT "${include_dir}/${folder}/${header}"
-             CONTENT "#include \"${CMAKE_SOURCE_DIR}/${folder}/${header}\"\n")
-    endforeach()
+    orbel_forward_headers("${folder}" "${include_dir}" ${arg_HEADERS})
+    orbel_forward_headers("${folder}" "${internal_dir}" ${arg_INTERNAL_HEADERS})
 
     if(arg_SOURCES)
         add_library(${target} STATIC ${arg_SOURCES})
@@ -37,4 +38,24 @@ function(orbel_layer folder)
         target_link_libraries(${target} INTERFACE ${arg_LINKS})
     endif()
     add_library(Orbel::${arg_TARGET} ALIAS ${target})
+
+    if(arg_INTERNAL_HEADERS)
+        target_include_directories(${target} PRIVATE "${internal_dir}")
+        add_library(${target}_internals INTERFACE)
+        target_include_directories(${target}_internals INTERFACE "${internal_dir}")
+        target_link_libraries(${target}_internals INTERFACE ${target})
+        add_library(Orbel::${arg_TARGET}_internals ALIAS ${target}_internals)
+    endif()
+endfunction()
+
+# orbel_forward_headers(folder include_dir header...)
+# Writes headers into `include_dir` that include those of `folder`.
+function(orbel_forward_headers folder include_dir)
+    foreach(header IN LISTS ARGN)
+        if(NOT EXISTS "${CMAKE_SOURCE_DIR}/${folder}/${header}")
+            message(FATAL_ERROR "${folder}/${header} does not exist")
+        endif()
+        file(CONFIGURE OUTPUT "${include_dir}/${folder}/${header}"
+             CONTENT "#include \"${CMAKE_SOURCE_DIR}/${folder}/${header}\"\n")
+    endforeach()
 endfunction()

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "headless/Bundle.h"
+#include "headless/loader/Bundle.h"
 #include "headless/Host.h"
 #include "platform/SmartRender.h"
 

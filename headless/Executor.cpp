@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "headless/Executors.h"
+#include "headless/executors/Executors.h"
 
 namespace headless {
 

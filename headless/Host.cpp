@@ -1,6 +1,6 @@
 #include "headless/Host.h"
 
-#include "headless/HostState.h"
+#include "headless/state/HostState.h"
 
 namespace headless {
 

@@ -28,6 +28,7 @@
 
 namespace headless {
 
+class Effect;
 struct HostState;
 
 inline constexpr std::uint64_t kNoMemoryLimit = UINT64_MAX;
@@ -89,9 +90,11 @@ public:
     // Ends the recording and gives the texts in the order of the calls.
     std::vector<std::string> takeCallLog();
 
+private:
+    friend class Effect;  // sends commands with this host's services
+
     HostState& state() { return *hostState; }
 
-private:
     std::unique_ptr<HostState> hostState;
 };
 

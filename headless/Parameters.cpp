@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <limits>
 
-#include "headless/Text.h"
+#include "headless/state/FieldText.h"
 
 namespace headless {
 

@@ -2,8 +2,8 @@
 
 #include <stdexcept>
 
-#include "headless/Frame.h"
-#include "headless/Text.h"
+#include "headless/state/FrameState.h"
+#include "headless/state/FieldText.h"
 
 namespace headless {
 

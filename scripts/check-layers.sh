@@ -20,6 +20,7 @@ declare -A below=(
     [bundle]='effect platform'
     [bundle/descriptor]='bundle effect platform' # runs on the build machine
     [headless]='platform'
+    [trial]='headless platform'
     [cli]='headless platform'
 )
 plugin='platform host transform kernels depth pipeline effect bundle'

@@ -1,10 +1,10 @@
-#include "headless/Bundle.h"
+#include "headless/loader/Bundle.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 
-#include "headless/BundleFile.h"
+#include "headless/loader/BundleFile.h"
 #include "headless/TestFolder.h"
 
 namespace headless {

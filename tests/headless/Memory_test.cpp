@@ -1,5 +1,4 @@
 // Memory as the effect gets it, and the books that tell of misuse.
-#include "headless/Memory.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,32 @@
+#pragma once
+// Who has what: counts of all things lent to the effect, and faults.
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "headless/Accounts.h"
+
+namespace headless {
+
+// Things that are counted but carry no memory. All functions may be called from any thread.
+class Books {
+public:
+    void lend(const std::string& kind, const std::string& name);
+    // False, and a fault, if none of it is out.
+    bool takeBack(const std::string& kind, const std::string& name);
+    // Records misuse of the interface.
+    void fault(std::string text);
+    void clearFaults();
+    // Adds all entries to `accounts`.
+    void report(Accounts& accounts) const;
+
+private:
+    mutable std::mutex mutex;
+    std::map<std::pair<std::string, std::string>, int> lent;
+    std::vector<std::string> faults;
+};
+
+}  // namespace headless

@@ -1,0 +1,42 @@
+#pragma once
+// The calls of the effect in their order.
+
+#include <atomic>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace headless {
+
+// The sequence of calls, for tests of order.
+class CallLog {
+public:
+    bool records() const { return recording.load(std::memory_order_relaxed); }
+    void start();
+    std::vector<std::string> take();
+
+    // Adds "name" and the arguments, parted by blanks, if the log records.
+    template <class... Arguments>
+    void add(const char* name, const Arguments&... arguments) {
+        if (!records()) return;
+        std::string text = name;
+        ((text += ' ', text += toText(arguments)), ...);
+        append(std::move(text));
+    }
+
+private:
+    static std::string toText(const char* text) { return text ? text : "(null)"; }
+    static std::string toText(const std::string& text) { return text; }
+    template <class Number>
+    static std::string toText(Number number) {
+        return std::to_string(number);
+    }
+    void append(std::string text);
+
+    std::atomic<bool> recording{false};
+    std::mutex mutex;
+    std::vector<std::string> calls;
+};
+
+}  // namespace headless

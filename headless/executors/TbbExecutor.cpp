@@ -1,0 +1,47 @@
+// Iterations on oneTBB's workers.
+
+#include <oneapi/tbb/global_control.h>
+#include <oneapi/tbb/parallel_for.h>
+#include <oneapi/tbb/task_arena.h>
+
+#include "headless/executors/Executors.h"
+
+namespace headless {
+
+namespace {
+
+class TbbExecutor : public Executor {
+public:
+    explicit TbbExecutor(int threads)
+        : count(threads),
+          control(oneapi::tbb::global_control::max_allowed_parallelism,
+                  static_cast<std::size_t>(threads)),
+          arena(threads) {}
+
+    int threads() const override { return count; }
+
+    // One task for each body: a body is one thread index, and no two tasks share one.
+    void run(int bodies, const std::function<void(int)>& body) override {
+        arena.execute([&] {
+            oneapi::tbb::parallel_for(
+                oneapi::tbb::blocked_range<int>(0, bodies, 1),
+                [&](const oneapi::tbb::blocked_range<int>& range) {
+                    for (int t = range.begin(); t != range.end(); ++t) body(t);
+                },
+                oneapi::tbb::simple_partitioner{});
+        });
+    }
+
+private:
+    const int count;
+    oneapi::tbb::global_control control;
+    oneapi::tbb::task_arena arena;
+};
+
+}  // namespace
+
+std::unique_ptr<Executor> makeTbbExecutor(int threads) {
+    return std::make_unique<TbbExecutor>(threads);
+}
+
+}  // namespace headless

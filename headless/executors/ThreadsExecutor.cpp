@@ -1,0 +1,87 @@
+// Iterations on a pool of std::thread: for the thread sanitizer, which can't see into an
+// uninstrumented library, and for platforms without oneTBB.
+
+#include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "headless/executors/Executors.h"
+
+namespace headless {
+
+namespace {
+
+class ThreadsExecutor : public Executor {
+public:
+    explicit ThreadsExecutor(int threads) : count(threads) {
+        // The calling thread works too.
+        for (int i = 1; i < threads; ++i) workers.emplace_back([this] { work(); });
+    }
+
+    ~ThreadsExecutor() override {
+        {
+            const std::lock_guard lock(mutex);
+            closing = true;
+        }
+        wake.notify_all();
+        for (auto& worker : workers) worker.join();
+    }
+
+    int threads() const override { return count; }
+
+    void run(int bodies, const std::function<void(int)>& body) override {
+        Job job{&body, bodies, bodies};
+        std::unique_lock lock(mutex);
+        jobs.push_back(&job);
+        wake.notify_all();
+        while (job.next < job.bodies) runNext(job, lock);
+        done.wait(lock, [&] { return job.unfinished == 0; });
+    }
+
+private:
+    struct Job {
+        const std::function<void(int)>* body;
+        int bodies;
+        int unfinished;
+        int next = 0;
+    };
+
+    // Runs one body of `job` with the lock released. A job whose last body is taken leaves the
+    // queue at once, so the queue holds only jobs with work.
+    void runNext(Job& job, std::unique_lock<std::mutex>& lock) {
+        const int body = job.next++;
+        if (job.next == job.bodies) jobs.erase(std::find(jobs.begin(), jobs.end(), &job));
+        lock.unlock();
+        (*job.body)(body);
+        lock.lock();
+        if (--job.unfinished == 0) done.notify_all();
+    }
+
+    void work() {
+        std::unique_lock lock(mutex);
+        while (true) {
+            wake.wait(lock, [this] { return closing || !jobs.empty(); });
+            if (closing) return;
+            runNext(*jobs.front(), lock);
+        }
+    }
+
+    const int count;
+    std::mutex mutex;
+    std::condition_variable wake;
+    std::condition_variable done;
+    std::deque<Job*> jobs;
+    bool closing = false;
+    std::vector<std::thread> workers;
+};
+
+}  // namespace
+
+std::unique_ptr<Executor> makeThreadsExecutor(int threads) {
+    return std::make_unique<ThreadsExecutor>(threads);
+}
+
+}  // namespace headless

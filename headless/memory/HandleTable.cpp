@@ -1,0 +1,179 @@
+#include "headless/memory/HandleTable.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+
+namespace headless {
+
+namespace {
+
+constexpr std::uint64_t kHandleMagic = 0x454c444e41484c48;  // "HLHANDLE"
+constexpr std::size_t kGuard = 16;
+constexpr std::size_t kCacheLine = 64;
+constexpr std::size_t kFirstWord = 8;
+constexpr int kGuardByte = 0xB5;
+
+// The payload's place in `memory`: behind a guard, and so that what stands behind the payload's
+// first word opens a cache line. An effect keeps the block's handle in that word and its data right
+// behind it, and wide loads and stores are slow where they cross lines. A pointer is aligned there
+// too, and no more than that is promised.
+std::byte* payloadIn(std::byte* memory) {
+    const auto earliest = reinterpret_cast<std::uintptr_t>(memory) + kGuard + kFirstWord;
+    const std::uintptr_t pastLine = earliest % kCacheLine;
+    return memory + kGuard + (pastLine ? kCacheLine - pastLine : 0);
+}
+
+}  // namespace
+
+// What a PF_Handle points to: its first word is the address of the payload.
+struct HandleTable::Block {
+    void* data = nullptr;
+    std::uint64_t magic = kHandleMagic;
+    std::uint64_t size = 0;
+    int locks = 0;
+    bool owned = false;
+    std::string name = "unnamed";
+    std::byte* memory = nullptr;   // all of it, from calloc
+    std::byte* payload = nullptr;  // with a guard before and behind it
+
+    PF_Handle handle() { return &data; }
+    bool guardsIntact() const {
+        const auto intact = [](std::byte value) { return value == std::byte{kGuardByte}; };
+        const std::byte* behind = payload + size;
+        return std::all_of(payload - kGuard, payload, intact) &&
+               std::all_of(behind, behind + kGuard, intact);
+    }
+};
+
+HandleTable::HandleTable(MemoryMeter& memoryMeter, Books& faultBooks)
+    : meter(memoryMeter), books(faultBooks) {}
+
+HandleTable::~HandleTable() {
+    for (auto& [handle, block] : blocks) std::free(block->memory);
+}
+
+PF_Handle HandleTable::create(std::uint64_t size) {
+    constexpr std::size_t kExtra = 2 * kGuard + kCacheLine;
+    if (size > PTRDIFF_MAX - kExtra || !meter.take(size)) return nullptr;
+    auto block = std::make_unique<Block>();
+    block->memory = static_cast<std::byte*>(std::calloc(size + kExtra, 1));
+    if (!block->memory) {
+        meter.giveBack(size);
+        return nullptr;
+    }
+    block->payload = payloadIn(block->memory);
+    block->data = block->payload;
+    block->size = size;
+    std::memset(block->payload - kGuard, kGuardByte, kGuard);
+    std::memset(block->payload + size, kGuardByte, kGuard);
+
+    const std::lock_guard guard(mutex);
+    const PF_Handle handle = block->handle();
+    blocks.emplace(handle, std::move(block));
+    return handle;
+}
+
+// To be called with the mutex held.
+HandleTable::Block* HandleTable::find(PF_Handle handle, const char* operation) {
+    const auto entry = blocks.find(handle);
+    if (entry == blocks.end()) {
+        books.fault(std::string(operation) + " of a handle that is not live");
+        return nullptr;
+    }
+    if (entry->second->magic != kHandleMagic) {
+        books.fault(std::string(operation) + " of a handle that was overwritten");
+        return nullptr;
+    }
+    return entry->second.get();
+}
+
+void* HandleTable::lock(PF_Handle handle) {
+    const std::lock_guard guard(mutex);
+    Block* block = find(handle, "lock");
+    if (!block) return nullptr;
+    ++block->locks;
+    return block->data;
+}
+
+void HandleTable::unlock(PF_Handle handle) {
+    const std::lock_guard guard(mutex);
+    Block* block = find(handle, "unlock");
+    if (!block) return;
+    if (block->locks == 0) {
+        books.fault("unlock of a handle that is not locked");
+        return;
+    }
+    --block->locks;
+}
+
+std::uint64_t HandleTable::size(PF_Handle handle) {
+    const std::lock_guard guard(mutex);
+    const Block* block = find(handle, "size");
+    return block ? block->size : 0;
+}
+
+void HandleTable::release(Block& block) {
+    if (!block.guardsIntact()) {
+        books.fault("bytes outside the " + std::to_string(block.size) + " bytes of handle \"" +
+                    block.name + "\" were written");
+    }
+    std::free(block.memory);
+    meter.giveBack(block.size);
+}
+
+void HandleTable::dispose(PF_Handle handle) {
+    const std::lock_guard guard(mutex);
+    Block* block = find(handle, "disposal");
+    if (!block) return;
+    release(*block);
+    blocks.erase(handle);
+}
+
+void HandleTable::name(PF_Handle handle, const std::string& text, bool owned) {
+    const std::lock_guard guard(mutex);
+    const auto entry = blocks.find(handle);
+    if (entry == blocks.end()) return;
+    entry->second->name = text;
+    entry->second->owned = owned;
+}
+
+PF_Handle HandleTable::containing(const void* address) const {
+    const std::lock_guard guard(mutex);
+    const auto wanted = reinterpret_cast<std::uintptr_t>(address);
+    for (const auto& [handle, block] : blocks) {
+        const auto begin = reinterpret_cast<std::uintptr_t>(block->data);
+        if (wanted >= begin && wanted - begin < block->size) return handle;
+    }
+    return nullptr;
+}
+
+int HandleTable::disposeAll(const std::string& text) {
+    const std::lock_guard guard(mutex);
+    return static_cast<int>(std::erase_if(blocks, [&](auto& entry) {
+        if (entry.second->name != text) return false;
+        release(*entry.second);
+        return true;
+    }));
+}
+
+void HandleTable::report(Accounts& accounts) const {
+    const std::lock_guard guard(mutex);
+    for (const auto& [handle, block] : blocks) {
+        if (block->owned) continue;
+        const auto same = std::find_if(accounts.outstanding.begin(), accounts.outstanding.end(),
+                                       [&](const Outstanding& item) {
+                                           return item.kind == "handle" && item.name == block->name;
+                                       });
+        if (same == accounts.outstanding.end()) {
+            accounts.outstanding.push_back({"handle", block->name, 1, block->size, block->locks});
+        } else {
+            ++same->count;
+            same->bytes += block->size;
+            same->locks += block->locks;
+        }
+    }
+}
+
+}  // namespace headless

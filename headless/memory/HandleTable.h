@@ -1,0 +1,53 @@
+#pragma once
+// The blocks of memory behind handles that the effect gets from the host.
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+#include "headless/books/Books.h"
+#include "headless/memory/MemoryMeter.h"
+#include "platform/Scalars.h"
+
+namespace headless {
+
+// All live handles. A handle that is none is a fault in the books and otherwise has no effect.
+// All functions may be called from any thread.
+class HandleTable {
+public:
+    HandleTable(MemoryMeter& memoryMeter, Books& faultBooks);
+    ~HandleTable();
+    HandleTable(const HandleTable&) = delete;
+    HandleTable& operator=(const HandleTable&) = delete;
+
+    // A zeroed block whose payload is aligned to 8 bytes, with a cache line beginning behind its
+    // first word; null when memory is short. Pages cost nothing before they are used.
+    PF_Handle create(std::uint64_t size);
+    void* lock(PF_Handle handle);
+    void unlock(PF_Handle handle);
+    std::uint64_t size(PF_Handle handle);
+    // Frees the block, locked or not: set-down disposes of the global record under its own lock.
+    void dispose(PF_Handle handle);
+
+    // Gives a live block a name in the accounts. One `owned` by the host isn't listed there.
+    void name(PF_Handle handle, const std::string& name, bool owned);
+    // The block whose payload contains `address`, or null.
+    PF_Handle containing(const void* address) const;
+    // Frees all blocks of this name, without checks; gives their number.
+    int disposeAll(const std::string& name);
+    void report(Accounts& accounts) const;
+
+private:
+    struct Block;
+    Block* find(PF_Handle handle, const char* operation);
+    void release(Block& block);
+
+    MemoryMeter& meter;
+    Books& books;
+    mutable std::mutex mutex;
+    std::unordered_map<PF_Handle, std::unique_ptr<Block>> blocks;
+};
+
+}  // namespace headless

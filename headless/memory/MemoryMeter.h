@@ -1,0 +1,29 @@
+#pragma once
+// The bytes that the effect holds, counted against a limit.
+
+#include <cstdint>
+#include <mutex>
+
+#include "headless/Accounts.h"
+
+namespace headless {
+
+// Counts bytes against a limit. All functions may be called from any thread.
+class MemoryMeter {
+public:
+    // False if the limit would be passed; nothing is counted then.
+    bool take(std::uint64_t bytes);
+    void giveBack(std::uint64_t bytes);
+    void setLimit(std::uint64_t bytes);
+    void resetPeak();
+    // Starts and ends the list of MemoryUse::afterEachRequest.
+    void keepRequests(bool keep);
+    MemoryUse use() const;
+
+private:
+    mutable std::mutex mutex;
+    MemoryUse held;
+    bool keeping = false;
+};
+
+}  // namespace headless

@@ -1,0 +1,34 @@
+#pragma once
+// The worlds that the effect gets from the host.
+
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+
+#include "headless/World.h"
+#include "headless/books/Books.h"
+#include "headless/memory/MemoryMeter.h"
+
+namespace headless {
+
+// The worlds made by PF_NewWorld. All functions may be called from any thread.
+class WorldTable {
+public:
+    WorldTable(MemoryMeter& memoryMeter, Books& faultBooks)
+        : meter(memoryMeter), books(faultBooks) {}
+    WorldTable(const WorldTable&) = delete;
+    WorldTable& operator=(const WorldTable&) = delete;
+
+    // Fills `*record`. Pixels that are not to be cleared carry the guard pattern.
+    PF_Err create(int width, int height, bool clear, PF_PixelFormat format, PF_LayerDef* record);
+    PF_Err dispose(PF_LayerDef* record);
+    void report(Accounts& accounts) const;
+
+private:
+    MemoryMeter& meter;
+    Books& books;
+    mutable std::mutex mutex;
+    std::unordered_map<const void*, std::unique_ptr<World>> worlds;  // by reserved0
+};
+
+}  // namespace headless

@@ -1,0 +1,58 @@
+#pragma once
+// One effect in a host, driven case by case.
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "headless/Effect.h"
+#include "headless/Host.h"
+#include "trial/FrameFile.h"
+#include "trial/Report.h"
+
+namespace trial {
+
+struct Settings {
+    std::filesystem::path bundle;
+    std::filesystem::path frames;          // folder that takes the frames; empty: none are kept
+    bool small = false;                    // fewer and smaller frames, for a quick run
+    std::vector<int> layers{1, 2, 6, 16};  // numbers of depth layers to render with
+};
+
+class Trial {
+public:
+    // Makes the host; the bundle isn't loaded before load().
+    Trial(const Settings& trialSettings, std::ostream& out);
+
+    const Settings& settings() const { return chosen; }
+    Report& report() { return cases; }
+    headless::Host& host() { return theHost; }
+    headless::Effect& effect() { return *theEffect; }
+
+    // Loads the bundle and unloads it. Loading throws headless::BundleError.
+    void load() { theEffect = std::make_unique<headless::Effect>(theHost, chosen.bundle); }
+    void unload() { theEffect.reset(); }
+
+    // Runs `body` as a case, which an exception fails, then checks that the effect gave everything
+    // back and broke no rule.
+    void run(const std::string& name, const std::function<void()>& body);
+    void check(bool holds, const std::string& what) { cases.check(holds, what); }
+    // What the effect holds from now on between two cases, such as its global data.
+    void takeAsStanding() { standing = theHost.memory().current; }
+
+    // Keeps the frame under a name of its own if frames are kept.
+    void keep(const std::string& name, const Frame& frame) const;
+
+private:
+    Settings chosen;
+    Report cases;
+    headless::Host theHost;
+    std::unique_ptr<headless::Effect> theEffect;
+    std::string outstanding;     // as the accounts describe it
+    std::uint64_t standing = 0;  // bytes
+};
+
+}  // namespace trial
