@@ -8,21 +8,21 @@
 namespace cli {
 
 AboutCommand::AboutCommand(CLI::App& parent, const Invocation& invocation)
-    : m_invocation(invocation) {
-    m_app = parent.add_subcommand("about", "Print what the effect says about itself");
-    m_app->allow_extras();
-    m_app->add_option("--bundle", m_bundle, "file that holds the effect")->type_name("FILE");
+    : invocation_(invocation) {
+    app_ = parent.add_subcommand("about", "Print what the effect says about itself");
+    app_->allow_extras();
+    app_->add_option("--bundle", bundle_, "file that holds the effect")->type_name("FILE");
 }
 
 int AboutCommand::run() {
-    const auto bundle = requireBundle(m_bundle, m_invocation.programFolder);
+    const auto bundle = requireBundle(bundle_, invocation_.programFolder);
     EffectSession session(bundle);
     std::string text = session.effect().about();
     for (char& c : text) {
         if (c == '\r') c = '\n';  // the interface's line end
     }
-    m_invocation.out << text << (text.ends_with('\n') ? "" : "\n") << "Loaded from "
-                     << bundle.string() << '\n';
+    invocation_.out << text << (text.ends_with('\n') ? "" : "\n") << "Loaded from "
+                    << bundle.string() << '\n';
     return kExitSuccess;
 }
 

@@ -11,8 +11,8 @@ public:
     int run() override;
 
 private:
-    const Invocation& m_invocation;
-    std::string m_bundle;
+    const Invocation& invocation_;
+    std::string bundle_;
 };
 
 }  // namespace cli

@@ -27,10 +27,10 @@ public:
 
     // Does what the parsed options say; gives the exit code. Throws the types of Errors.h.
     virtual int run() = 0;
-    const CLI::App& app() const { return *m_app; }
+    const CLI::App& app() const { return *app_; }
 
 protected:
-    CLI::App* m_app = nullptr;  // owned by the parent app
+    CLI::App* app_ = nullptr;  // owned by the parent app
 };
 
 }  // namespace cli

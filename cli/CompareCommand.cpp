@@ -23,23 +23,22 @@ std::string placeText(const pictures::Difference& difference) {
 }  // namespace
 
 CompareCommand::CompareCommand(CLI::App& parent, const Invocation& invocation)
-    : m_invocation(invocation) {
-    m_app = parent.add_subcommand(
+    : invocation_(invocation) {
+    app_ = parent.add_subcommand(
         "compare", "Print how far two pictures are apart; exit code 1 above a tolerance");
-    m_app->allow_extras();
-    m_app->add_option("A", m_first, "picture, or FILE:LAYER")->required();
-    m_app->add_option("B", m_second, "picture to compare it with")->required();
-    m_app
-        ->add_option("--tolerance", m_tolerance,
+    app_->allow_extras();
+    app_->add_option("A", first_, "picture, or FILE:LAYER")->required();
+    app_->add_option("B", second_, "picture to compare it with")->required();
+    app_->add_option("--tolerance", tolerance_,
                      "largest difference that passes, as a share of 1; default 0")
         ->type_name("T");
 }
 
 int CompareCommand::run() {
-    const double tolerance = parseNumber("--tolerance", m_tolerance);
+    const double tolerance = parseNumber("--tolerance", tolerance_);
     if (tolerance < 0.0) throw UsageError("--tolerance takes a number from 0 up");
-    pictures::Picture a = pictures::readPicture(m_first, pictures::Extent::Everything);
-    pictures::Picture b = pictures::readPicture(m_second, pictures::Extent::Everything);
+    pictures::Picture a = pictures::readPicture(first_, pictures::Extent::kEverything);
+    pictures::Picture b = pictures::readPicture(second_, pictures::Extent::kEverything);
     if (a.hasAlpha && b.hasAlpha && a.associated != b.associated) {
         pictures::associate(a.associated ? b.pixels : a.pixels);
     }
@@ -49,7 +48,7 @@ int CompareCommand::run() {
     char text[160];
     std::snprintf(text, sizeof text, "largest difference %.9g (%s), mean %.9g", difference.largest,
                   placeText(difference).c_str(), difference.mean);
-    m_invocation.out << text << '\n';
+    invocation_.out << text << '\n';
     return difference.largest > tolerance ? kExitFailure : kExitSuccess;
 }
 

@@ -12,10 +12,10 @@ public:
     int run() override;
 
 private:
-    const Invocation& m_invocation;
-    std::string m_first;
-    std::string m_second;
-    std::string m_tolerance = "0";
+    const Invocation& invocation_;
+    std::string first_;
+    std::string second_;
+    std::string tolerance_ = "0";
 };
 
 }  // namespace cli

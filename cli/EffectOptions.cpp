@@ -73,32 +73,32 @@ void requireConsistent(const pictures::DepthMapping& mapping) {
 }  // namespace
 
 EffectOptions::EffectOptions(std::vector<headless::ParameterInfo> controls)
-    : m_controls(std::move(controls)) {}
+    : controls_(std::move(controls)) {}
 
 void EffectOptions::addTo(CLI::App& app) {
-    m_controls.addTo(app);
-    if (m_controls.empty()) return;
+    controls_.addTo(app);
+    if (controls_.empty()) return;
     const std::string group = "Distances in a depth map";
-    app.add_option("--depth-near", m_near, "distance that becomes 1, the near end")
+    app.add_option("--depth-near", near_, "distance that becomes 1, the near end")
         ->type_name("D")
         ->group(group);
-    app.add_option("--depth-far", m_far, "distance that becomes 0, the far end")
+    app.add_option("--depth-far", far_, "distance that becomes 0, the far end")
         ->type_name("D")
         ->group(group);
-    app.add_flag("--depth-auto", m_automatic, "near and far are the range of the map; prints it")
+    app.add_flag("--depth-auto", automatic_, "near and far are the range of the map; prints it")
         ->group(group);
-    app.add_flag("--depth-inverse", m_inverse, "even steps of 1/distance between the two")
+    app.add_flag("--depth-inverse", inverse_, "even steps of 1/distance between the two")
         ->group(group);
 }
 
 bool EffectOptions::any() const {
-    return !m_controls.settings().empty() || !m_near.empty() || !m_far.empty() || m_automatic ||
-           m_inverse;
+    return !controls_.settings().empty() || !near_.empty() || !far_.empty() || automatic_ ||
+           inverse_;
 }
 
 std::vector<std::string> EffectOptions::files() const {
     std::vector<std::string> names;
-    for (const Setting& setting : m_controls.settings()) {
+    for (const Setting& setting : controls_.settings()) {
         if (setting.info.type == PF_Param_LAYER) names.push_back(setting.text);
     }
     return names;
@@ -106,12 +106,12 @@ std::vector<std::string> EffectOptions::files() const {
 
 pictures::DepthMapping EffectOptions::mapping() const {
     pictures::DepthMapping mapping;
-    if (!m_near.empty()) mapping.near = parseDistance("--depth-near", m_near);
-    if (!m_far.empty()) mapping.far = parseDistance("--depth-far", m_far);
-    mapping.automatic = m_automatic;
-    mapping.inverse = m_inverse;
+    if (!near_.empty()) mapping.near = parseDistance("--depth-near", near_);
+    if (!far_.empty()) mapping.far = parseDistance("--depth-far", far_);
+    mapping.automatic = automatic_;
+    mapping.inverse = inverse_;
     requireConsistent(mapping);
-    if ((mapping.maps() || m_inverse) && !m_controls.layer(kDepthLayer)) {
+    if ((mapping.maps() || inverse_) && !controls_.layer(kDepthLayer)) {
         throw UsageError("distances are given, but no map: add --depth-map-layer FILE");
     }
     return mapping;
@@ -130,7 +130,7 @@ void EffectOptions::applyLayer(headless::ParameterSet& parameters, const Setting
         return;
     }
     const pictures::DepthMap map = pictures::readDepthMap(setting.text, mapping(), messages);
-    if (m_automatic && !messages.quiet()) {
+    if (automatic_ && !messages.quiet()) {
         out << "depth: " << pictures::numberText(map.range.least) << " (near) to "
             << pictures::numberText(map.range.most) << " (far)"
             << std::endl;  // a reader may wait for it while the render runs
@@ -141,7 +141,7 @@ void EffectOptions::applyLayer(headless::ParameterSet& parameters, const Setting
 void EffectOptions::apply(headless::ParameterSet& parameters, pictures::Messages& messages,
                           std::ostream& out) const {
     mapping();  // complain about the command line before any file is read
-    const std::vector<Setting> settings = m_controls.settings();
+    const std::vector<Setting> settings = controls_.settings();
     for (const Setting& setting : settings) {
         if (setting.info.type != PF_Param_LAYER) applySetting(parameters, setting);
     }

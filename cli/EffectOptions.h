@@ -31,11 +31,11 @@ private:
     void applyLayer(headless::ParameterSet& parameters, const Setting& setting,
                     pictures::Messages& messages, std::ostream& out) const;
 
-    ParameterOptions m_controls;
-    std::string m_near;
-    std::string m_far;
-    bool m_automatic = false;
-    bool m_inverse = false;
+    ParameterOptions controls_;
+    std::string near_;
+    std::string far_;
+    bool automatic_ = false;
+    bool inverse_ = false;
 };
 
 }  // namespace cli

@@ -18,10 +18,10 @@ std::filesystem::path requireBundle(const std::string& named,
 
 EffectSession::EffectSession(const std::filesystem::path& bundle,
                              const headless::HostOptions& options)
-    : m_host(options) {
+    : host_(options) {
     try {
-        m_effect = std::make_unique<headless::Effect>(m_host, bundle);
-        m_effect->setUp();
+        effect_ = std::make_unique<headless::Effect>(host_, bundle);
+        effect_->setUp();
     } catch (const headless::BundleError& error) {
         throw Failure(error.what());
     } catch (const headless::EffectError& error) {

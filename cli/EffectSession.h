@@ -20,12 +20,12 @@ public:
     explicit EffectSession(const std::filesystem::path& bundle,
                            const headless::HostOptions& options = {});
 
-    headless::Host& host() { return m_host; }
-    headless::Effect& effect() { return *m_effect; }
+    headless::Host& host() { return host_; }
+    headless::Effect& effect() { return *effect_; }
 
 private:
-    headless::Host m_host;
-    std::unique_ptr<headless::Effect> m_effect;
+    headless::Host host_;
+    std::unique_ptr<headless::Effect> effect_;
 };
 
 }  // namespace cli

@@ -216,12 +216,12 @@ void applySetting(headless::ParameterSet& parameters, const Setting& setting) {
 
 ParameterOptions::ParameterOptions(std::vector<ParameterInfo> controls) {
     for (ParameterInfo& info : controls) {
-        if (info.hasValue()) m_options.push_back({std::move(info), {}, nullptr});
+        if (info.hasValue()) options_.push_back({std::move(info), {}, nullptr});
     }
 }
 
 void ParameterOptions::addTo(CLI::App& app) {
-    for (Declared& declared : m_options) {
+    for (Declared& declared : options_) {
         const ParameterInfo& info = declared.info;
         const std::string help = acceptedValues(info) + "; default " + defaultText(info);
         declared.option = app.add_option("--" + optionName(info), declared.text, help)
@@ -232,7 +232,7 @@ void ParameterOptions::addTo(CLI::App& app) {
 
 std::vector<Setting> ParameterOptions::settings() const {
     std::vector<Setting> given;
-    for (const Declared& declared : m_options) {
+    for (const Declared& declared : options_) {
         if (declared.option != nullptr && declared.option->count() > 0) {
             given.push_back({declared.info, declared.text});
         }

@@ -44,7 +44,7 @@ public:
     std::vector<Setting> settings() const;
     // The setting of the layer with this option name, if it was given.
     std::optional<Setting> layer(const std::string& option) const;
-    bool empty() const { return m_options.empty(); }
+    bool empty() const { return options_.empty(); }
 
 private:
     struct Declared {
@@ -52,7 +52,7 @@ private:
         std::string text;
         CLI::Option* option = nullptr;
     };
-    std::deque<Declared> m_options;  // options point into it
+    std::deque<Declared> options_;  // options point into it
 };
 
 }  // namespace cli

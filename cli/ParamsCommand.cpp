@@ -129,34 +129,34 @@ void printJson(std::ostream& out, const ParameterSet& parameters, bool state) {
 
 ParamsCommand::ParamsCommand(CLI::App& parent, const Invocation& invocation,
                              const std::vector<ParameterInfo>& controls)
-    : m_invocation(invocation), m_effectOptions(controls) {
-    m_app = parent.add_subcommand("params", "List the effect's controls");
-    m_app->allow_extras();
-    m_app->add_flag("--json", m_json, "as JSON");
-    m_app->add_flag("--state", m_state,
-                    "with those greyed out that have no effect under the options below");
-    m_app->add_option("--bundle", m_bundle, "file that holds the effect")->type_name("FILE");
-    m_effectOptions.addTo(*m_app);
+    : invocation_(invocation), effectOptions_(controls) {
+    app_ = parent.add_subcommand("params", "List the effect's controls");
+    app_->allow_extras();
+    app_->add_flag("--json", json_, "as JSON");
+    app_->add_flag("--state", state_,
+                   "with those greyed out that have no effect under the options below");
+    app_->add_option("--bundle", bundle_, "file that holds the effect")->type_name("FILE");
+    effectOptions_.addTo(*app_);
 }
 
 int ParamsCommand::run() {
-    if (!m_state && m_effectOptions.any()) {
+    if (!state_ && effectOptions_.any()) {
         throw UsageError("options of the effect make sense with --state only; add it");
     }
-    EffectSession session(requireBundle(m_bundle, m_invocation.programFolder));
+    EffectSession session(requireBundle(bundle_, invocation_.programFolder));
     headless::Effect& effect = session.effect();
-    if (m_state) {
-        pictures::Messages silent(m_invocation.err, true);
-        m_effectOptions.apply(effect.parameters(), silent, m_invocation.out);
+    if (state_) {
+        pictures::Messages silent(invocation_.err, true);
+        effectOptions_.apply(effect.parameters(), silent, invocation_.out);
         const PF_Err status = effect.updateParamsUI();
         if (status != PF_Err_NONE) {
             throw Failure("the effect can't tell its state (code " + std::to_string(status) + ")");
         }
     }
-    if (m_json) {
-        printJson(m_invocation.out, effect.parameters(), m_state);
+    if (json_) {
+        printJson(invocation_.out, effect.parameters(), state_);
     } else {
-        printTable(m_invocation.out, effect.parameters(), m_state);
+        printTable(invocation_.out, effect.parameters(), state_);
     }
     return kExitSuccess;
 }

@@ -13,11 +13,11 @@ public:
     int run() override;
 
 private:
-    const Invocation& m_invocation;
-    EffectOptions m_effectOptions;
-    std::string m_bundle;
-    bool m_json = false;
-    bool m_state = false;
+    const Invocation& invocation_;
+    EffectOptions effectOptions_;
+    std::string bundle_;
+    bool json_ = false;
+    bool state_ = false;
 };
 
 }  // namespace cli

@@ -38,22 +38,22 @@ std::string progressText(double done, std::chrono::duration<double> elapsed) {
 }
 
 Progress::Progress(std::ostream& stream, bool visible)
-    : m_stream(stream), m_visible(visible), m_start(Clock::now()), m_nextDraw(m_start) {}
+    : stream_(stream), visible_(visible), start_(Clock::now()), nextDraw_(start_) {}
 
 Progress::~Progress() {
-    if (m_drawn > 0) m_stream << '\r' << std::string(m_drawn, ' ') << '\r' << std::flush;
+    if (drawn_ > 0) stream_ << '\r' << std::string(drawn_, ' ') << '\r' << std::flush;
 }
 
 void Progress::update(int current, int total) {
     const Clock::time_point now = Clock::now();
-    if (!m_visible || total <= 0 || now < m_nextDraw) return;
-    m_nextDraw = now + std::chrono::milliseconds(100);
+    if (!visible_ || total <= 0 || now < nextDraw_) return;
+    nextDraw_ = now + std::chrono::milliseconds(100);
 
-    std::string text = progressText(static_cast<double>(current) / total, now - m_start);
+    std::string text = progressText(static_cast<double>(current) / total, now - start_);
     const std::size_t length = text.size();
-    if (length < m_drawn) text.resize(m_drawn, ' ');
-    m_stream << '\r' << text << std::flush;
-    m_drawn = length;
+    if (length < drawn_) text.resize(drawn_, ' ');
+    stream_ << '\r' << text << std::flush;
+    drawn_ = length;
 }
 
 bool errorStreamIsTerminal() {

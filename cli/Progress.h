@@ -26,11 +26,11 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    std::ostream& m_stream;
-    bool m_visible;
-    Clock::time_point m_start;
-    Clock::time_point m_nextDraw;
-    std::size_t m_drawn = 0;  // characters on the line
+    std::ostream& stream_;
+    bool visible_;
+    Clock::time_point start_;
+    Clock::time_point nextDraw_;
+    std::size_t drawn_ = 0;  // characters on the line
 };
 
 // Whether standard error is a terminal.

@@ -193,61 +193,60 @@ void printStats(std::ostream& out, double seconds, const headless::Host& host) {
 
 RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
                              const std::vector<headless::ParameterInfo>& controls)
-    : m_invocation(invocation), m_effectOptions(controls) {
-    m_app = parent.add_subcommand("render", "Blur a picture");
-    m_app->allow_extras();
+    : invocation_(invocation), effectOptions_(controls) {
+    app_ = parent.add_subcommand("render", "Blur a picture");
+    app_->allow_extras();
     addOptions();
-    m_effectOptions.addTo(*m_app);
+    effectOptions_.addTo(*app_);
 }
 
 void RenderCommand::addOptions() {
-    m_app->add_option("INPUT", m_input, "picture to blur, or FILE:LAYER of a multi-layer EXR")
+    app_->add_option("INPUT", input_, "picture to blur, or FILE:LAYER of a multi-layer EXR")
         ->required();
-    m_app->add_option("-o,--output", m_output, "picture to write; the suffix says which format")
+    app_->add_option("-o,--output", output_, "picture to write; the suffix says which format")
         ->type_name("FILE")
         ->required();
-    m_app->add_option("--bundle", m_bundle, "file that holds the effect")->type_name("FILE");
-    m_app->add_option("--region", m_region, "render just this, in pixels of the full picture")
+    app_->add_option("--bundle", bundle_, "file that holds the effect")->type_name("FILE");
+    app_->add_option("--region", region_, "render just this, in pixels of the full picture")
         ->type_name("X,Y,W,H");
-    m_app->add_option("--downsample", m_downsample, "shrink everything, as for a preview")
+    app_->add_option("--downsample", downsample_, "shrink everything, as for a preview")
         ->type_name("N/D");
-    m_app
-        ->add_option("--bits", m_bits,
+    app_->add_option("--bits", bits_,
                      "bits a channel to render with, 8, 16 or 32; default: those of the input")
         ->type_name("BITS");
-    m_app->add_option("--threads", m_threads, "default: one for each processor")->type_name("N");
-    m_app->add_option("--pixel-aspect", m_pixelAspect, "width to height of a pixel, 1 or more")
+    app_->add_option("--threads", threads_, "default: one for each processor")->type_name("N");
+    app_->add_option("--pixel-aspect", pixelAspect_, "width to height of a pixel, 1 or more")
         ->type_name("N/D");
-    m_app->add_option("--memory-limit", m_memoryLimit, "host memory that the effect may use")
+    app_->add_option("--memory-limit", memoryLimit_, "host memory that the effect may use")
         ->type_name("BYTES");
-    m_app->add_flag("--keep-overscan", m_keepOverscan,
-                    "let the picture grow by the blur (with --edge-behavior off)");
-    m_app->add_flag("--quiet", m_quiet, "print errors alone");
-    m_app->add_flag("--stats", m_stats, "print seconds, threads and the peak of host memory");
+    app_->add_flag("--keep-overscan", keepOverscan_,
+                   "let the picture grow by the blur (with --edge-behavior off)");
+    app_->add_flag("--quiet", quiet_, "print errors alone");
+    app_->add_flag("--stats", stats_, "print seconds, threads and the peak of host memory");
 }
 
 RenderPlan RenderCommand::plan() const {
     RenderPlan plan;
-    plan.scale = parseDownsample(m_downsample);
-    if (!m_region.empty()) plan.region = parseRegion("--region", m_region);
-    if (!m_bits.empty()) plan.bits = parseBits(m_bits);
-    if (!m_pixelAspect.empty()) plan.pixelAspect = parseAspect(m_pixelAspect);
-    if (!m_threads.empty()) {
-        plan.host.threads = parseWhole("--threads", m_threads, 1, kMostThreads);
+    plan.scale = parseDownsample(downsample_);
+    if (!region_.empty()) plan.region = parseRegion("--region", region_);
+    if (!bits_.empty()) plan.bits = parseBits(bits_);
+    if (!pixelAspect_.empty()) plan.pixelAspect = parseAspect(pixelAspect_);
+    if (!threads_.empty()) {
+        plan.host.threads = parseWhole("--threads", threads_, 1, kMostThreads);
     }
-    if (!m_memoryLimit.empty()) {
-        plan.host.memoryLimit = parseBytes("--memory-limit", m_memoryLimit);
+    if (!memoryLimit_.empty()) {
+        plan.host.memoryLimit = parseBytes("--memory-limit", memoryLimit_);
     }
     return plan;
 }
 
 // Finds out before a long render that its result couldn't be written.
 void RenderCommand::checkOutput() const {
-    pictures::formatOf(m_output);
-    std::vector<std::string> inputs = m_effectOptions.files();
-    inputs.push_back(m_input);
-    requireOtherFile(m_output, inputs);
-    pictures::requireWritable(m_output);
+    pictures::formatOf(output_);
+    std::vector<std::string> inputs = effectOptions_.files();
+    inputs.push_back(input_);
+    requireOtherFile(output_, inputs);
+    pictures::requireWritable(output_);
 }
 
 headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan,
@@ -257,7 +256,7 @@ headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan,
     request.bits = plan.bits.value_or(pictures::worldBits(picture.type));
     warnAboutClipping(picture, request.bits, messages);
     request.input = pictures::makeWorld(picture, request.bits);
-    request.rect = wantedRect(plan, picture, m_keepOverscan);
+    request.rect = wantedRect(plan, picture, keepOverscan_);
     request.downsampleX = request.downsampleY = plan.scale;
     request.pixelAspect = pixelAspect(plan, picture, messages);
     request.cancel = &pictures::interruptFlag();
@@ -266,7 +265,7 @@ headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan,
 
 headless::FrameResult RenderCommand::renderFrame(headless::Effect& effect,
                                                  headless::FrameRequest request) const {
-    Progress progress(m_invocation.err, m_invocation.terminal && !m_quiet);
+    Progress progress(invocation_.err, invocation_.terminal && !quiet_);
     request.progress = [&](int current, int total) { progress.update(current, total); };
     return effect.renderFrame(request);
 }
@@ -274,13 +273,13 @@ headless::FrameResult RenderCommand::renderFrame(headless::Effect& effect,
 int RenderCommand::run() {
     const RenderPlan plan = this->plan();
     checkOutput();
-    pictures::Messages messages(m_invocation.err, m_quiet);
-    EffectSession session(requireBundle(m_bundle, m_invocation.programFolder), plan.host);
+    pictures::Messages messages(invocation_.err, quiet_);
+    EffectSession session(requireBundle(bundle_, invocation_.programFolder), plan.host);
     headless::ParameterSet& parameters = session.effect().parameters();
-    m_effectOptions.apply(parameters, messages, m_invocation.out);
-    if (m_keepOverscan) tellWhetherItGrows(parameters, messages);
+    effectOptions_.apply(parameters, messages, invocation_.out);
+    if (keepOverscan_) tellWhetherItGrows(parameters, messages);
 
-    const pictures::Picture picture = readInput(m_input, messages);
+    const pictures::Picture picture = readInput(input_, messages);
     const headless::FrameRequest request = makeRequest(plan, picture, messages);
     warnAboutExposure(parameters, pictures::largestColour(*request.input), messages);
     pictures::throwIfInterrupted();
@@ -291,14 +290,14 @@ int RenderCommand::run() {
     requireRendered(result);
     warnAboutBooks(session.host(), messages);
 
-    pictures::writeResult(m_output,
+    pictures::writeResult(output_,
                           {.source = picture,
                            .result = *result.output,
                            .layerWidth = headless::reducedSize(picture.width(), plan.scale),
                            .layerHeight = headless::reducedSize(picture.height(), plan.scale),
                            .scale = static_cast<double>(plan.scale.num) / plan.scale.den},
                           messages);
-    if (m_stats) printStats(m_invocation.out, elapsed.count(), session.host());
+    if (stats_) printStats(invocation_.out, elapsed.count(), session.host());
     return kExitSuccess;
 }
 

@@ -35,20 +35,20 @@ private:
     headless::FrameResult renderFrame(headless::Effect& effect,
                                       headless::FrameRequest request) const;
 
-    const Invocation& m_invocation;
-    EffectOptions m_effectOptions;
-    std::string m_input;
-    std::string m_output;
-    std::string m_bundle;
-    std::string m_region;
-    std::string m_downsample = "1/1";
-    std::string m_bits;
-    std::string m_threads;
-    std::string m_pixelAspect;
-    std::string m_memoryLimit;
-    bool m_keepOverscan = false;
-    bool m_quiet = false;
-    bool m_stats = false;
+    const Invocation& invocation_;
+    EffectOptions effectOptions_;
+    std::string input_;
+    std::string output_;
+    std::string bundle_;
+    std::string region_;
+    std::string downsample_ = "1/1";
+    std::string bits_;
+    std::string threads_;
+    std::string pixelAspect_;
+    std::string memoryLimit_;
+    bool keepOverscan_ = false;
+    bool quiet_ = false;
+    bool stats_ = false;
 };
 
 }  // namespace cli

@@ -40,32 +40,32 @@ OIIO::ImageSpec exrSpec(const scene::Scene& picture, std::vector<std::string> ch
 }  // namespace
 
 SceneCommand::SceneCommand(CLI::App& parent, const Invocation& invocation)
-    : m_invocation(invocation) {
-    m_app = parent.add_subcommand("scene", "Write a picture of a street at night, to blur it");
-    m_app->allow_extras();
-    m_app->add_option("OUTPUT", m_output, "EXR file to write")->type_name("FILE.exr")->required();
-    m_app->add_option("--size", m_size, "in pixels; default 1920x1080")->type_name("WxH");
-    m_app->add_option("--depth", m_depth, "write its distances too, as channel Z")
+    : invocation_(invocation) {
+    app_ = parent.add_subcommand("scene", "Write a picture of a street at night, to blur it");
+    app_->allow_extras();
+    app_->add_option("OUTPUT", output_, "EXR file to write")->type_name("FILE.exr")->required();
+    app_->add_option("--size", size_, "in pixels; default 1920x1080")->type_name("WxH");
+    app_->add_option("--depth", depth_, "write its distances too, as channel Z")
         ->type_name("FILE.exr");
 }
 
 int SceneCommand::run() {
-    const pictures::Window size = parseSize("--size", m_size, kLargestSide);
-    requireExr(m_output);
-    if (!m_depth.empty()) {
-        requireExr(m_depth);
-        if (std::filesystem::weakly_canonical(m_output) ==
-            std::filesystem::weakly_canonical(m_depth)) {
+    const pictures::Window size = parseSize("--size", size_, kLargestSide);
+    requireExr(output_);
+    if (!depth_.empty()) {
+        requireExr(depth_);
+        if (std::filesystem::weakly_canonical(output_) ==
+            std::filesystem::weakly_canonical(depth_)) {
             throw UsageError("the picture and its depth need two files; name another with --depth");
         }
     }
     const scene::Scene street =
         scene::makeScene(size.width(), size.height(), pictures::interruptFlag());
     pictures::throwIfInterrupted();
-    pictures::writeChannels(m_output, exrSpec(street, {"R", "G", "B"}, OIIO::TypeDesc::HALF),
+    pictures::writeChannels(output_, exrSpec(street, {"R", "G", "B"}, OIIO::TypeDesc::HALF),
                             street.colours);
-    if (!m_depth.empty()) {
-        pictures::writeChannels(m_depth, exrSpec(street, {"Z"}, OIIO::TypeDesc::FLOAT),
+    if (!depth_.empty()) {
+        pictures::writeChannels(depth_, exrSpec(street, {"Z"}, OIIO::TypeDesc::FLOAT),
                                 street.distances);
     }
     return kExitSuccess;

@@ -11,10 +11,10 @@ public:
     int run() override;
 
 private:
-    const Invocation& m_invocation;
-    std::string m_output;
-    std::string m_depth;
-    std::string m_size = "1920x1080";
+    const Invocation& invocation_;
+    std::string output_;
+    std::string depth_;
+    std::string size_ = "1920x1080";
 };
 
 }  // namespace cli

@@ -25,13 +25,13 @@ float channelValue(const AEO::Pixel::f32& pixel, std::int32_t channel) {
 }  // namespace
 
 ExtractDepth::ExtractDepth(const RenderInfo& info, const AEO::EffectWorld& map, const iRect& rect,
-                           AEO::Vector<float>& depth, double halfWidth, double halfHeight)
+                           AEO::Vector<float>& depth, double areaHalfWidth, double areaHalfHeight)
     : info_(info),
       map_(map),
       rect_(rect),
       depth_(depth),
-      halfWidth_(halfWidth),
-      halfHeight_(halfHeight) {}
+      halfWidth(areaHalfWidth),
+      halfHeight(areaHalfHeight) {}
 
 // The map is placed against the frame, so the output's origin counts and the input's does not.
 int ExtractDepth::iterate(int, int index, int) {
@@ -40,7 +40,7 @@ int ExtractDepth::iterate(int, int index, int) {
     const std::int32_t x = col + rect_.left + info_.output->origin_x;
     const std::int32_t y = row + rect_.top + info_.output->origin_y;
     const Position p = clampToMap(place(x, y));
-    const AEO::Pixel::f32 pixel = map_.area_sample(p.x, p.y, halfWidth_, halfHeight_);
+    const AEO::Pixel::f32 pixel = map_.area_sample(p.x, p.y, halfWidth, halfHeight);
     depth_[static_cast<std::size_t>(index)] = channelValue(pixel, info_.depthChannel);
     return map_._err;
 }
@@ -57,6 +57,6 @@ ExtractDepth::Position ExtractDepth::place(double x, double y) const {
 
 // Outside the map its border goes on. A position that is not a number ends at 0.
 ExtractDepth::Position ExtractDepth::clampToMap(Position p) const {
-    return {std::min(map_.world.width - halfWidth_, std::max(0.0, p.x)),
-            std::min(map_.world.height - halfHeight_, std::max(0.0, p.y))};
+    return {std::min(map_.world.width - halfWidth, std::max(0.0, p.x)),
+            std::min(map_.world.height - halfHeight, std::max(0.0, p.y))};
 }

@@ -15,7 +15,7 @@ public:
     // one value for each of its pixels. `halfWidth` and `halfHeight` are half the extent of one
     // frame pixel, in pixels of the map.
     ExtractDepth(const RenderInfo& info, const AEO::EffectWorld& map, const iRect& rect,
-                 AEO::Vector<float>& depth, double halfWidth, double halfHeight);
+                 AEO::Vector<float>& depth, double areaHalfWidth, double areaHalfHeight);
 
     // Fills depth[index]. The first error that the map object has met, 0 for none.
     int iterate(int thread, int index, int count);
@@ -34,6 +34,6 @@ private:
     const AEO::EffectWorld& map_;
     const iRect& rect_;
     AEO::Vector<float>& depth_;
-    double halfWidth_;
-    double halfHeight_;
+    double halfWidth;
+    double halfHeight;
 };

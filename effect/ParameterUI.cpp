@@ -7,10 +7,10 @@
 
 namespace {
 
-enum class Control { enabled, disabled };
+enum class Control { kEnabled, kDisabled };
 
 Control disabledIf(bool condition) {
-    return condition ? Control::disabled : Control::enabled;
+    return condition ? Control::kDisabled : Control::kEnabled;
 }
 
 // Sets controls one after the other; from the first failure on, nothing more happens.
@@ -32,7 +32,7 @@ public:
 private:
     PF_Err setOne(ParameterIndex index, Control state) {
         PF_ParamDef* def = params_[index];
-        if (state == Control::disabled) {
+        if (state == Control::kDisabled) {
             def->ui_flags |= PF_PUI_DISABLED;
         } else {
             def->ui_flags &= ~PF_PUI_DISABLED;
@@ -58,15 +58,15 @@ void updateDepth(ControlPanel& panel) {
         panel.set({kDepthChannel, kPlacement, kResolution, kFocalDistance, kUseFocusPoint,
                    kFocusPoint0, kFocusPoint1, kFocusInterpolation, kProfile, kInvertDepthMap,
                    kCompositeMode, kRemoveEdgeLeak, kDetectEdgeThreshold},
-                  Control::disabled);
+                  Control::kDisabled);
         return;
     }
     const bool byPoint = panel.isOn(kUseFocusPoint);
-    panel.set({kDepthChannel, kPlacement, kResolution, kUseFocusPoint}, Control::enabled);
+    panel.set({kDepthChannel, kPlacement, kResolution, kUseFocusPoint}, Control::kEnabled);
     panel.set({kFocalDistance}, disabledIf(byPoint));
     panel.set({kFocusPoint0, kFocusPoint1, kFocusInterpolation}, disabledIf(!byPoint));
     panel.set({kProfile, kInvertDepthMap, kCompositeMode, kRemoveEdgeLeak, kDetectEdgeThreshold},
-              Control::enabled);
+              Control::kEnabled);
 }
 
 }  // namespace

@@ -62,67 +62,67 @@ std::string commandName(PF_Cmd command) {
 }
 
 Effect::Effect(Host& theHost, const std::filesystem::path& file)
-    : host(theHost), bundle(std::make_unique<Bundle>(file)), entry(bundle->entryPoint()) {}
+    : host_(theHost), bundle_(std::make_unique<Bundle>(file)), entry_(bundle_->entryPoint()) {}
 
-Effect::Effect(Host& theHost, PF_EntryPoint function) : host(theHost), entry(function) {}
+Effect::Effect(Host& theHost, PF_EntryPoint function) : host_(theHost), entry_(function) {}
 
 Effect::~Effect() {
-    if (up) setDown();
+    if (up_) setDown();
 }
 
 PF_Err Effect::call(CallContext& context, PF_Cmd command, PF_Handle sequence, PF_OutData& out,
                     PF_ParamDef** params, PF_LayerDef* output, void* extra) {
-    PF_InData in = makeInData(host.state(), context);
-    in.num_params = parameterSet.size();
-    in.global_data = globalData;
+    PF_InData in = makeInData(host_.state(), context);
+    in.num_params = parameters_.size();
+    in.global_data = globalData_;
     in.sequence_data = sequence;
     const CommandScope scope(context);
-    host.state().log.add(context.command.c_str());
-    return entry(command, &in, &out, params, output, extra);
+    host_.state().log.add(context.command.c_str());
+    return entry_(command, &in, &out, params, output, extra);
 }
 
 void Effect::setUp() {
     globalSetUp();
     parametersSetUp();
-    const PF_Err status = sendSequence(PF_Cmd_SEQUENCE_SETUP, nullptr, sequenceData);
+    const PF_Err status = sendSequence(PF_Cmd_SEQUENCE_SETUP, nullptr, sequenceData_);
     if (status != PF_Err_NONE) refuse(PF_Cmd_SEQUENCE_SETUP, status);
 }
 
 void Effect::globalSetUp() {
     CallContext context = mainContext(PF_Cmd_GLOBAL_SETUP);
-    globalAnswer = {};
+    globalAnswer_ = {};
     const PF_Err status =
-        call(context, PF_Cmd_GLOBAL_SETUP, nullptr, globalAnswer, nullptr, nullptr, nullptr);
+        call(context, PF_Cmd_GLOBAL_SETUP, nullptr, globalAnswer_, nullptr, nullptr, nullptr);
     if (status != PF_Err_NONE) refuse(PF_Cmd_GLOBAL_SETUP, status);
-    globalData = globalAnswer.global_data;
-    if (globalData) host.state().handles.name(globalData, "global data", true);
-    up = true;
+    globalData_ = globalAnswer_.global_data;
+    if (globalData_) host_.state().handles.name(globalData_, "global data", true);
+    up_ = true;
 }
 
 void Effect::parametersSetUp() {
     CallContext context = mainContext(PF_Cmd_PARAMS_SETUP);
-    parameterSet = ParameterSet();
-    context.declaring = &parameterSet;
+    parameters_ = ParameterSet();
+    context.declaring = &parameters_;
     PF_OutData out{};
     const PF_Err status =
         call(context, PF_Cmd_PARAMS_SETUP, nullptr, out, nullptr, nullptr, nullptr);
     if (status != PF_Err_NONE) refuse(PF_Cmd_PARAMS_SETUP, status);
-    declaredCount = out.num_params;
+    declaredCount_ = out.num_params;
 }
 
 void Effect::setDown() {
     PF_OutData out{};
-    out.sequence_data = sequenceData;
+    out.sequence_data = sequenceData_;
     CallContext sequence = mainContext(PF_Cmd_SEQUENCE_SETDOWN);
-    call(sequence, PF_Cmd_SEQUENCE_SETDOWN, sequenceData, out, nullptr, nullptr, nullptr);
-    sequenceData = nullptr;
+    call(sequence, PF_Cmd_SEQUENCE_SETDOWN, sequenceData_, out, nullptr, nullptr, nullptr);
+    sequenceData_ = nullptr;
 
     // From here on the record is the effect's again: if it stays, the accounts show it.
-    if (globalData) host.state().handles.name(globalData, "global data", false);
+    if (globalData_) host_.state().handles.name(globalData_, "global data", false);
     CallContext global = mainContext(PF_Cmd_GLOBAL_SETDOWN);
     call(global, PF_Cmd_GLOBAL_SETDOWN, nullptr, out, nullptr, nullptr, nullptr);
-    globalData = nullptr;
-    up = false;
+    globalData_ = nullptr;
+    up_ = false;
 }
 
 std::string Effect::about() {
@@ -135,20 +135,20 @@ std::string Effect::about() {
 PF_Err Effect::updateParamsUI(A_Time time) {
     CallContext context = mainContext(PF_Cmd_UPDATE_PARAMS_UI);
     context.time = time;
-    context.parameters = &parameterSet;
-    context.uiParameters = &parameterSet;
+    context.parameters = &parameters_;
+    context.uiParameters = &parameters_;
 
     std::vector<PF_ParamDef> defs;
-    for (int i = 0; i < parameterSet.size(); ++i) {
-        defs.push_back(parameterSet.evaluate(i, time, context.geometry));
-        const auto layer = parameterSet.layer(i);
+    for (int i = 0; i < parameters_.size(); ++i) {
+        defs.push_back(parameters_.evaluate(i, time, context.geometry));
+        const auto layer = parameters_.layer(i);
         if (layer) defs.back().u.ld = layer->record();
     }
     std::vector<PF_ParamDef*> pointers;
     for (auto& def : defs) pointers.push_back(&def);
 
     PF_OutData out{};
-    return call(context, PF_Cmd_UPDATE_PARAMS_UI, sequenceData, out, pointers.data(), nullptr,
+    return call(context, PF_Cmd_UPDATE_PARAMS_UI, sequenceData_, out, pointers.data(), nullptr,
                 nullptr);
 }
 
@@ -159,15 +159,15 @@ PF_Err Effect::sendSequence(PF_Cmd command, PF_Handle in, PF_Handle& out) {
     const PF_Err status = call(context, command, in, answer, nullptr, nullptr, nullptr);
     // What stands in the record belongs to the host now.
     out = answer.sequence_data;
-    if (out) host.state().handles.name(out, "sequence data", true);
+    if (out) host_.state().handles.name(out, "sequence data", true);
     return status;
 }
 
 PF_Err Effect::send(PF_Cmd command, PF_OutData& out, PF_ParamDef** params, PF_LayerDef* output,
                     void* extra) {
     CallContext context = mainContext(command);
-    context.parameters = &parameterSet;
-    return call(context, command, sequenceData, out, params, output, extra);
+    context.parameters = &parameters_;
+    return call(context, command, sequenceData_, out, params, output, extra);
 }
 
 }  // namespace headless

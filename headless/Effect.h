@@ -88,16 +88,16 @@ public:
     void setUp();
     // Sends PF_Cmd_SEQUENCE_SETDOWN and PF_Cmd_GLOBAL_SETDOWN. Main thread.
     void setDown();
-    bool isSetUp() const { return up; }
+    bool isSetUp() const { return up_; }
 
     // What PF_Cmd_GLOBAL_SETUP and PF_Cmd_PARAMS_SETUP answered.
-    A_u_long version() const { return globalAnswer.my_version; }
-    PF_OutFlags outFlags() const { return globalAnswer.out_flags; }
-    PF_OutFlags2 outFlags2() const { return globalAnswer.out_flags2; }
-    int declaredParameters() const { return declaredCount; }
+    A_u_long version() const { return globalAnswer_.my_version; }
+    PF_OutFlags outFlags() const { return globalAnswer_.out_flags; }
+    PF_OutFlags2 outFlags2() const { return globalAnswer_.out_flags2; }
+    int declaredParameters() const { return declaredCount_; }
 
-    ParameterSet& parameters() { return parameterSet; }
-    const ParameterSet& parameters() const { return parameterSet; }
+    ParameterSet& parameters() { return parameters_; }
+    const ParameterSet& parameters() const { return parameters_; }
 
     // The about text.
     std::string about();
@@ -116,7 +116,7 @@ public:
     // Sends any command outside a frame, with records prepared as for makeInData().
     PF_Err send(PF_Cmd command, PF_OutData& out, PF_ParamDef** params = nullptr,
                 PF_LayerDef* output = nullptr, void* extra = nullptr);
-    PF_EntryPoint entryPoint() const { return entry; }
+    PF_EntryPoint entryPoint() const { return entry_; }
 
 private:
     void globalSetUp();
@@ -124,15 +124,15 @@ private:
     PF_Err call(CallContext& context, PF_Cmd command, PF_Handle sequence, PF_OutData& out,
                 PF_ParamDef** params, PF_LayerDef* output, void* extra);
 
-    Host& host;
-    std::unique_ptr<Bundle> bundle;
-    PF_EntryPoint entry;
-    bool up = false;
-    PF_OutData globalAnswer{};
-    PF_Handle globalData = nullptr;
-    PF_Handle sequenceData = nullptr;
-    int declaredCount = 0;
-    ParameterSet parameterSet;
+    Host& host_;
+    std::unique_ptr<Bundle> bundle_;
+    PF_EntryPoint entry_;
+    bool up_ = false;
+    PF_OutData globalAnswer_{};
+    PF_Handle globalData_ = nullptr;
+    PF_Handle sequenceData_ = nullptr;
+    int declaredCount_ = 0;
+    ParameterSet parameters_;
 };
 
 }  // namespace headless

@@ -22,32 +22,32 @@ class Iteration {
 public:
     Iteration(std::int32_t count, void* context, AEGP_IterateFunction function,
               const std::atomic<bool>* stop, int threadCount)
-        : iterations(count),
-          refcon(context),
-          fn(function),
-          cancel(stop),
-          threads(threadCount),
-          chunk(std::max<std::int32_t>(1, count / (threadCount * kChunksPerThread))) {}
+        : iterations_(count),
+          refcon_(context),
+          fn_(function),
+          cancel_(stop),
+          threads_(threadCount),
+          chunk_(std::max<std::int32_t>(1, count / (threadCount * kChunksPerThread))) {}
 
     // All chunks of thread index t, in ascending order.
     void runThread(std::int32_t t) noexcept {
-        const std::int64_t stride = static_cast<std::int64_t>(chunk) * threads;
-        for (std::int64_t begin = static_cast<std::int64_t>(chunk) * t; begin < iterations;
+        const std::int64_t stride = static_cast<std::int64_t>(chunk_) * threads_;
+        for (std::int64_t begin = static_cast<std::int64_t>(chunk_) * t; begin < iterations_;
              begin += stride) {
-            if (begin > failedAt.load(std::memory_order_relaxed)) return;
-            if (cancel && cancel->load(std::memory_order_relaxed)) {
-                cancelled.store(true, std::memory_order_relaxed);
+            if (begin > failedAt_.load(std::memory_order_relaxed)) return;
+            if (cancel_ && cancel_->load(std::memory_order_relaxed)) {
+                cancelled_.store(true, std::memory_order_relaxed);
                 return;
             }
-            const auto end = std::min<std::int64_t>(begin + chunk, iterations);
+            const auto end = std::min<std::int64_t>(begin + chunk_, iterations_);
             runChunk(t, static_cast<std::int32_t>(begin), static_cast<std::int32_t>(end));
         }
     }
 
     A_Err result() const {
-        if (thrown) throw code;
-        if (code != PF_Err_NONE) return code;
-        return cancelled ? PF_Interrupt_CANCEL : PF_Err_NONE;
+        if (thrown_) throw code_;
+        if (code_ != PF_Err_NONE) return code_;
+        return cancelled_ ? PF_Interrupt_CANCEL : PF_Err_NONE;
     }
 
 private:
@@ -55,7 +55,7 @@ private:
         std::int32_t i = begin;
         try {
             for (; i < end; ++i) {
-                const A_Err err = fn(refcon, t, i, iterations);
+                const A_Err err = fn_(refcon_, t, i, iterations_);
                 if (err != PF_Err_NONE) {
                     fail(i, err, false);
                     return;
@@ -68,25 +68,25 @@ private:
 
     // Keeps the failure of the lowest item.
     void fail(std::int32_t i, A_Err err, bool byException) {
-        const std::lock_guard lock(mutex);
-        if (i >= failedAt) return;
-        failedAt = i;
-        code = err;
-        thrown = byException;
+        const std::lock_guard lock(mutex_);
+        if (i >= failedAt_) return;
+        failedAt_ = i;
+        code_ = err;
+        thrown_ = byException;
     }
 
-    const std::int32_t iterations;
-    void* const refcon;
-    const AEGP_IterateFunction fn;
-    const std::atomic<bool>* const cancel;
-    const int threads;
-    const std::int32_t chunk;
+    const std::int32_t iterations_;
+    void* const refcon_;
+    const AEGP_IterateFunction fn_;
+    const std::atomic<bool>* const cancel_;
+    const int threads_;
+    const std::int32_t chunk_;
 
-    std::atomic<std::int32_t> failedAt{std::numeric_limits<std::int32_t>::max()};
-    std::atomic<bool> cancelled{false};
-    std::mutex mutex;
-    A_Err code = PF_Err_NONE;
-    bool thrown = false;
+    std::atomic<std::int32_t> failedAt_{std::numeric_limits<std::int32_t>::max()};
+    std::atomic<bool> cancelled_{false};
+    std::mutex mutex_;
+    A_Err code_ = PF_Err_NONE;
+    bool thrown_ = false;
 };
 
 int threadsOrAll(int threads) {
@@ -98,14 +98,14 @@ int threadsOrAll(int threads) {
 }  // namespace
 
 ExecutorKind defaultExecutor() {
-    return hasExecutor(ExecutorKind::Tbb) ? ExecutorKind::Tbb : ExecutorKind::Threads;
+    return hasExecutor(ExecutorKind::kTbb) ? ExecutorKind::kTbb : ExecutorKind::kThreads;
 }
 
 bool hasExecutor(ExecutorKind kind) {
 #ifdef ORBEL_HAS_TBB
-    return kind == ExecutorKind::Tbb || kind == ExecutorKind::Threads;
+    return kind == ExecutorKind::kTbb || kind == ExecutorKind::kThreads;
 #else
-    return kind == ExecutorKind::Threads;
+    return kind == ExecutorKind::kThreads;
 #endif
 }
 
@@ -113,7 +113,7 @@ std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int threads) {
     const int count = threadsOrAll(threads);
     if (!hasExecutor(kind)) throw std::invalid_argument("executor not part of this build");
 #ifdef ORBEL_HAS_TBB
-    if (kind == ExecutorKind::Tbb) return makeTbbExecutor(count);
+    if (kind == ExecutorKind::kTbb) return makeTbbExecutor(count);
 #endif
     return makeThreadsExecutor(count);
 }

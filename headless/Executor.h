@@ -20,7 +20,7 @@ public:
     virtual void run(int count, const std::function<void(int)>& body) = 0;
 };
 
-enum class ExecutorKind { Tbb, Threads };
+enum class ExecutorKind { kTbb, kThreads };
 
 // What this build uses where nothing else is said.
 ExecutorKind defaultExecutor();

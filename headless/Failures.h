@@ -14,30 +14,30 @@ namespace headless {
 
 // Every operation that the host offers to the effect.
 enum class Operation {
-    NewHandle,   // gives null
-    LockHandle,  // gives null
-    AcquireSuite,
-    CheckoutParam,
-    CheckinParam,
-    AddParam,
-    Progress,
-    Copy,
-    CheckoutLayer,
-    CheckoutLayerPixels,
-    CheckoutOutput,
-    NewWorld,
-    DisposeWorld,
-    GetPixelFormat,
-    SubpixelSample,
-    AreaSample,
-    GetNumThreads,
-    IterateGeneric,
-    InfoDraw,
-    UpdateParamUI,
-    RegisterWithAEGP,
+    kNewHandle,   // gives null
+    kLockHandle,  // gives null
+    kAcquireSuite,
+    kCheckoutParam,
+    kCheckinParam,
+    kAddParam,
+    kProgress,
+    kCopy,
+    kCheckoutLayer,
+    kCheckoutLayerPixels,
+    kCheckoutOutput,
+    kNewWorld,
+    kDisposeWorld,
+    kGetPixelFormat,
+    kSubpixelSample,
+    kAreaSample,
+    kGetNumThreads,
+    kIterateGeneric,
+    kInfoDraw,
+    kUpdateParamUI,
+    kRegisterWithAEGP,
 };
 inline constexpr std::size_t kOperations =
-    static_cast<std::size_t>(Operation::RegisterWithAEGP) + 1;
+    static_cast<std::size_t>(Operation::kRegisterWithAEGP) + 1;
 
 // All functions may be called from any thread.
 class Failures {
@@ -75,12 +75,12 @@ private:
     };
     static PF_Err apply(Rule& rule);
 
-    mutable std::mutex mutex;
-    std::array<std::atomic<bool>, kOperations> armed{};
-    std::array<std::atomic<std::int64_t>, kOperations> counts{};
-    std::array<Rule, kOperations> rules{};
-    std::map<std::string, Rule> suiteRules;
-    Rule shrinkRule;
+    mutable std::mutex mutex_;
+    std::array<std::atomic<bool>, kOperations> armed_{};
+    std::array<std::atomic<std::int64_t>, kOperations> counts_{};
+    std::array<Rule, kOperations> rules_{};
+    std::map<std::string, Rule> suiteRules_;
+    Rule shrinkRule_;
 };
 
 }  // namespace headless

@@ -4,83 +4,83 @@
 
 namespace headless {
 
-Host::Host(const HostOptions& options) : hostState(std::make_unique<HostState>(options)) {}
+Host::Host(const HostOptions& options) : state_(std::make_unique<HostState>(options)) {}
 
 Host::~Host() = default;
 
 PF_InData Host::makeInData() {
-    return headless::makeInData(*hostState, hostState->outside);
+    return headless::makeInData(*state_, state_->outside);
 }
 
 void Host::setGeometry(const Geometry& geometry) {
-    hostState->outside.geometry = geometry;
+    state_->outside.geometry = geometry;
 }
 
 ParameterSet& Host::parameters() {
-    return hostState->parameters;
+    return state_->parameters;
 }
 
 void Host::setProgress(std::function<void(int, int)> report) {
-    hostState->outside.progress = std::move(report);
+    state_->outside.progress = std::move(report);
 }
 
 void Host::setCancelled(bool cancelled) {
-    hostState->outsideCancelled = cancelled;
+    state_->outsideCancelled = cancelled;
 }
 
 int Host::threads() const {
-    return hostState->executor->threads();
+    return state_->executor->threads();
 }
 
 Failures& Host::failures() {
-    return hostState->failures;
+    return state_->failures;
 }
 
 void Host::failAt(Operation operation, std::int64_t k, PF_Err code) {
-    hostState->failures.failAt(operation, k, code);
+    state_->failures.failAt(operation, k, code);
 }
 
 Accounts Host::accounts() const {
     Accounts accounts;
-    hostState->books.report(accounts);
-    hostState->handles.report(accounts);
-    hostState->worlds.report(accounts);
+    state_->books.report(accounts);
+    state_->handles.report(accounts);
+    state_->worlds.report(accounts);
     return accounts;
 }
 
 void Host::clearFaults() {
-    hostState->books.clearFaults();
+    state_->books.clearFaults();
 }
 
 MemoryUse Host::memory() const {
-    return hostState->meter.use();
+    return state_->meter.use();
 }
 
 void Host::setMemoryLimit(std::uint64_t bytes) {
-    hostState->meter.setLimit(bytes);
+    state_->meter.setLimit(bytes);
 }
 
 void Host::resetPeak() {
-    hostState->meter.resetPeak();
+    state_->meter.resetPeak();
 }
 
 int Host::reclaimPreRenderRecords() {
-    return hostState->handles.disposeAll(kPreRenderRecord);
+    return state_->handles.disposeAll(kPreRenderRecord);
 }
 
 InfoPanel Host::info() const {
-    const std::lock_guard lock(hostState->infoMutex);
-    return hostState->lastInfo;
+    const std::lock_guard lock(state_->infoMutex);
+    return state_->lastInfo;
 }
 
 void Host::startCallLog() {
-    hostState->meter.keepRequests(true);
-    hostState->log.start();
+    state_->meter.keepRequests(true);
+    state_->log.start();
 }
 
 std::vector<std::string> Host::takeCallLog() {
-    hostState->meter.keepRequests(false);
-    return hostState->log.take();
+    state_->meter.keepRequests(false);
+    return state_->log.take();
 }
 
 }  // namespace headless

@@ -93,9 +93,9 @@ public:
 private:
     friend class Effect;  // sends commands with this host's services
 
-    HostState& state() { return *hostState; }
+    HostState& state() { return *state_; }
 
-    std::unique_ptr<HostState> hostState;
+    std::unique_ptr<HostState> state_;
 };
 
 }  // namespace headless

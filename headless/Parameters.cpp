@@ -187,7 +187,7 @@ ParameterSet::ParameterSet() {
     PF_ParamDef input{};
     input.param_type = PF_Param_LAYER;
     declare(input);
-    entries.front().info.label = "Input";
+    entries_.front().info.label = "Input";
 }
 
 bool ParameterSet::declare(const PF_ParamDef& def) {
@@ -199,11 +199,11 @@ bool ParameterSet::declare(const PF_ParamDef& def) {
     info.label = fieldText(def.name);
     info.flags = def.flags;
     if (!takeDetails(info, def)) return false;
-    if (info.type == PF_Param_GROUP_END) openGroup.clear();
-    info.group = openGroup;
-    if (info.type == PF_Param_GROUP_START) openGroup = info.label;
+    if (info.type == PF_Param_GROUP_END) openGroup_.clear();
+    info.group = openGroup_;
+    if (info.type == PF_Param_GROUP_START) openGroup_ = info.label;
     entry.def = def;
-    entries.push_back(std::move(entry));
+    entries_.push_back(std::move(entry));
     reset(size() - 1);
     return true;
 }
@@ -216,7 +216,7 @@ const ParameterSet::Entry& ParameterSet::entry(int index) const {
     if (index < 0 || index >= size()) {
         throw ParameterError("there is no parameter " + std::to_string(index));
     }
-    return entries[static_cast<std::size_t>(index)];
+    return entries_[static_cast<std::size_t>(index)];
 }
 
 ParameterSet::Entry& ParameterSet::entryOfType(int index, PF_ParamType type) {

@@ -75,7 +75,7 @@ public:
     // Adds a control; everything is copied. False for a type that the host doesn't know.
     bool declare(const PF_ParamDef& def);
 
-    int size() const { return static_cast<int>(entries.size()); }
+    int size() const { return static_cast<int>(entries_.size()); }
     const ParameterInfo& info(int index) const;
     // The controls after the input layer, groups included.
     std::vector<ParameterInfo> infos() const;
@@ -121,8 +121,8 @@ private:
     const Entry& entry(int index) const;
     Entry& entryOfType(int index, PF_ParamType type);
 
-    std::vector<Entry> entries;
-    std::string openGroup;
+    std::vector<Entry> entries_;
+    std::string openGroup_;
 };
 
 }  // namespace headless

@@ -51,94 +51,94 @@ class FrameSession {
 public:
     FrameSession(HostState& hostState, const FrameRequest& frameRequest, const ParameterSet& own,
                  std::function<PF_Err(CallContext&, PF_Cmd, PF_OutData&, void*)> sender)
-        : host(hostState),
-          request(frameRequest),
-          context(contextFor(frameRequest, own)),
-          send(std::move(sender)) {
-        frame.request = &request;
-        frame.result = &result;
-        context.frame = &frame;
+        : host_(hostState),
+          request_(frameRequest),
+          context_(contextFor(frameRequest, own)),
+          send_(std::move(sender)) {
+        frame_.request = &request_;
+        frame_.result = &result_;
+        context_.frame = &frame_;
     }
 
     FrameResult run() {
         preRender();
-        result.status = result.preRenderStatus;
-        if (result.status == PF_Err_NONE && !request.preRenderOnly && makeOutput()) {
+        result_.status = result_.preRenderStatus;
+        if (result_.status == PF_Err_NONE && !request_.preRenderOnly && makeOutput()) {
             render();
-            result.status = result.renderStatus;
+            result_.status = result_.renderStatus;
         }
-        if (preOutput.delete_pre_render_data_func && preOutput.pre_render_data) {
-            preOutput.delete_pre_render_data_func(preOutput.pre_render_data);
+        if (preOutput_.delete_pre_render_data_func && preOutput_.pre_render_data) {
+            preOutput_.delete_pre_render_data_func(preOutput_.pre_render_data);
         }
-        result.info = context.info;
-        return std::move(result);
+        result_.info = context_.info;
+        return std::move(result_);
     }
 
 private:
     void preRender() {
         PF_PreRenderInput input{};
-        input.output_request = renderRequest(request);
-        input.bitdepth = static_cast<A_short>(request.bits);
+        input.output_request = renderRequest(request_);
+        input.bitdepth = static_cast<A_short>(request_.bits);
         PF_PreRenderCallbacks callbacks = preRenderCallbacks();
-        PF_PreRenderExtra extra{&input, &preOutput, &callbacks};
-        result.preRenderStatus = sendCommand(PF_Cmd_SMART_PRE_RENDER, &extra);
-        result.resultRect = preOutput.result_rect;
-        result.maxResultRect = preOutput.max_result_rect;
+        PF_PreRenderExtra extra{&input, &preOutput_, &callbacks};
+        result_.preRenderStatus = sendCommand(PF_Cmd_SMART_PRE_RENDER, &extra);
+        result_.resultRect = preOutput_.result_rect;
+        result_.maxResultRect = preOutput_.max_result_rect;
 
         // Name the record in the accounts: the effect keeps it from here on.
-        const PF_Handle record = host.handles.containing(preOutput.pre_render_data);
-        if (record) host.handles.name(record, kPreRenderRecord, false);
+        const PF_Handle record = host_.handles.containing(preOutput_.pre_render_data);
+        if (record) host_.handles.name(record, kPreRenderRecord, false);
     }
 
     // False for an empty result, which is not rendered, or if memory is short.
     bool makeOutput() {
-        const PF_LRect& rect = result.resultRect;
+        const PF_LRect& rect = result_.resultRect;
         if (rect.left >= rect.right || rect.top >= rect.bottom) return false;
         try {
-            const WorldOptions options{rect.left, rect.top, request.rowPadding};
-            frame.output = std::make_shared<World>(rect.right - rect.left, rect.bottom - rect.top,
-                                                   formatOfBits(request.bits), options);
-            frame.output->fillWithPattern();
-            frame.output->layer()->pix_aspect_ratio = request.pixelAspect;
+            const WorldOptions options{rect.left, rect.top, request_.rowPadding};
+            frame_.output = std::make_shared<World>(rect.right - rect.left, rect.bottom - rect.top,
+                                                    formatOfBits(request_.bits), options);
+            frame_.output->fillWithPattern();
+            frame_.output->layer()->pix_aspect_ratio = request_.pixelAspect;
         } catch (const std::exception&) {
-            result.status = PF_Err_OUT_OF_MEMORY;
+            result_.status = PF_Err_OUT_OF_MEMORY;
             return false;
         }
         return true;
     }
 
     void render() {
-        frame.rendering = true;
+        frame_.rendering = true;
         PF_SmartRenderInput input{};
-        input.output_request = renderRequest(request);
-        input.bitdepth = static_cast<A_short>(request.bits);
-        input.pre_render_data = preOutput.pre_render_data;
+        input.output_request = renderRequest(request_);
+        input.bitdepth = static_cast<A_short>(request_.bits);
+        input.pre_render_data = preOutput_.pre_render_data;
         PF_SmartRenderCallbacks callbacks = smartRenderCallbacks();
         PF_SmartRenderExtra extra{&input, &callbacks};
-        result.renderStatus = sendCommand(PF_Cmd_SMART_RENDER, &extra);
-        result.rendered = true;
-        closeLayers(host, frame);
-        result.output = frame.output;
-        result.outputUntouched = frame.output->holdsPatternOnly();
+        result_.renderStatus = sendCommand(PF_Cmd_SMART_RENDER, &extra);
+        result_.rendered = true;
+        closeLayers(host_, frame_);
+        result_.output = frame_.output;
+        result_.outputUntouched = frame_.output->holdsPatternOnly();
     }
 
     PF_Err sendCommand(PF_Cmd command, void* extra) {
         PF_OutData out{};
-        context.command = commandName(command);
-        const PF_Err status = send(context, command, out, extra);
-        context.checkedOut.clear();
-        result.outFlags = out.out_flags;
-        result.message = fieldText(out.return_msg);
+        context_.command = commandName(command);
+        const PF_Err status = send_(context_, command, out, extra);
+        context_.checkedOut.clear();
+        result_.outFlags = out.out_flags;
+        result_.message = fieldText(out.return_msg);
         return status;
     }
 
-    HostState& host;
-    const FrameRequest& request;
-    FrameResult result;
-    FrameState frame;
-    CallContext context;
-    PF_PreRenderOutput preOutput{};
-    std::function<PF_Err(CallContext&, PF_Cmd, PF_OutData&, void*)> send;
+    HostState& host_;
+    const FrameRequest& request_;
+    FrameResult result_;
+    FrameState frame_;
+    CallContext context_;
+    PF_PreRenderOutput preOutput_{};
+    std::function<PF_Err(CallContext&, PF_Cmd, PF_OutData&, void*)> send_;
 };
 
 }  // namespace
@@ -146,9 +146,9 @@ private:
 FrameResult Effect::renderFrame(const FrameRequest& request) {
     validate(request);
     const auto sender = [this](CallContext& context, PF_Cmd command, PF_OutData& out, void* extra) {
-        return call(context, command, sequenceData, out, nullptr, nullptr, extra);
+        return call(context, command, sequenceData_, out, nullptr, nullptr, extra);
     };
-    return FrameSession(host.state(), request, parameterSet, sender).run();
+    return FrameSession(host_.state(), request, parameters_, sender).run();
 }
 
 }  // namespace headless

@@ -128,63 +128,64 @@ void World::Release::operator()(std::byte* block) const {
 }
 
 World::World(int width, int height, PF_PixelFormat format, const WorldOptions& options)
-    : identity{kWorldMagic, format}, layerRecord{} {
-    layerRecord.rowbytes = paddedRowBytes(width, format, options.rowPadding);
+    : identity_{kWorldMagic, format}, layerRecord_{} {
+    layerRecord_.rowbytes = paddedRowBytes(width, format, options.rowPadding);
     if (height < 0) throw std::length_error("negative size of a world");
 
     // A zeroed block costs nothing before its pages are used.
     const auto size =
-        static_cast<std::size_t>(layerRecord.rowbytes) * static_cast<std::size_t>(height);
-    memory.reset(static_cast<std::byte*>(std::calloc(size + 2 * kGuard, 1)));
-    if (!memory) throw std::bad_alloc();
+        static_cast<std::size_t>(layerRecord_.rowbytes) * static_cast<std::size_t>(height);
+    memory_.reset(static_cast<std::byte*>(std::calloc(size + 2 * kGuard, 1)));
+    if (!memory_) throw std::bad_alloc();
 
-    layerRecord.reserved0 = &identity;
-    layerRecord.world_flags = PF_WorldFlag_WRITEABLE;
-    if (format == PF_PixelFormat_ARGB64) layerRecord.world_flags |= PF_WorldFlag_DEEP;
-    layerRecord.data = memory.get() + kGuard;
-    layerRecord.width = width;
-    layerRecord.height = height;
-    layerRecord.extent_hint = {0, 0, width, height};
-    layerRecord.pix_aspect_ratio = {1, 1};
-    layerRecord.origin_x = options.originX;
-    layerRecord.origin_y = options.originY;
+    layerRecord_.reserved0 = &identity_;
+    layerRecord_.world_flags = PF_WorldFlag_WRITEABLE;
+    if (format == PF_PixelFormat_ARGB64) layerRecord_.world_flags |= PF_WorldFlag_DEEP;
+    layerRecord_.data = memory_.get() + kGuard;
+    layerRecord_.width = width;
+    layerRecord_.height = height;
+    layerRecord_.extent_hint = {0, 0, width, height};
+    layerRecord_.pix_aspect_ratio = {1, 1};
+    layerRecord_.origin_x = options.originX;
+    layerRecord_.origin_y = options.originY;
 
     const auto used = static_cast<std::size_t>(width * bytesPerPixel(format));
-    const auto row = static_cast<std::size_t>(layerRecord.rowbytes);
-    writePattern(memory.get(), kGuard);
-    writePattern(memory.get() + kGuard + size, kGuard);
+    const auto row = static_cast<std::size_t>(layerRecord_.rowbytes);
+    writePattern(memory_.get(), kGuard);
+    writePattern(memory_.get() + kGuard + size, kGuard);
     if (used < row) {
         for (int y = 0; y < height; ++y) writePattern(bytesOfRow(y) + used, row - used);
     }
 
     const std::lock_guard lock(registry().mutex);
-    registry().identities.insert(&identity);
+    registry().identities.insert(&identity_);
 }
 
 World::~World() {
     const std::lock_guard lock(registry().mutex);
-    registry().identities.erase(&identity);
+    registry().identities.erase(&identity_);
 }
 
 PF_LRect World::rect() const {
-    return {layerRecord.origin_x, layerRecord.origin_y, layerRecord.origin_x + layerRecord.width,
-            layerRecord.origin_y + layerRecord.height};
+    return {layerRecord_.origin_x, layerRecord_.origin_y,
+            layerRecord_.origin_x + layerRecord_.width,
+            layerRecord_.origin_y + layerRecord_.height};
 }
 
 std::byte* World::bytesOfRow(int y) {
-    return memory.get() + kGuard + static_cast<std::ptrdiff_t>(y) * layerRecord.rowbytes;
+    return memory_.get() + kGuard + static_cast<std::ptrdiff_t>(y) * layerRecord_.rowbytes;
 }
 
 const std::byte* World::bytesOfRow(int y) const {
-    return memory.get() + kGuard + static_cast<std::ptrdiff_t>(y) * layerRecord.rowbytes;
+    return memory_.get() + kGuard + static_cast<std::ptrdiff_t>(y) * layerRecord_.rowbytes;
 }
 
 PF_PixelFloat World::get(int x, int y) const {
-    return readPixel(bytesOfRow(y) + x * bytesPerPixel(identity.format), identity.format);
+    return readPixel(bytesOfRow(y) + x * bytesPerPixel(identity_.format), identity_.format);
 }
 
 void World::set(int x, int y, const PF_PixelFloat& pixel) {
-    writePixel(bytesOfRow(y) + x * bytesPerPixel(identity.format), identity.format, pixel);
+    writePixel(bytesOfRow(y) + x * bytesPerPixel(identity_.format), identity_.format, pixel);
 }
 
 void World::fill(const PF_PixelFloat& pixel) {
@@ -194,12 +195,12 @@ void World::fill(const PF_PixelFloat& pixel) {
 }
 
 void World::fillWithPattern() {
-    const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity.format));
+    const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity_.format));
     for (int y = 0; y < height(); ++y) writePattern(bytesOfRow(y), used);
 }
 
 bool World::holdsPatternOnly() const {
-    const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity.format));
+    const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity_.format));
     for (int y = 0; y < height(); ++y) {
         if (!isPattern(bytesOfRow(y), used)) return false;
     }
@@ -207,9 +208,9 @@ bool World::holdsPatternOnly() const {
 }
 
 std::string World::damage() const {
-    if (!isPattern(memory.get(), kGuard)) return "bytes before the first row were written";
+    if (!isPattern(memory_.get(), kGuard)) return "bytes before the first row were written";
     if (!isPattern(bytesOfRow(height()), kGuard)) return "bytes behind the last row were written";
-    const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity.format));
+    const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity_.format));
     const auto row = static_cast<std::size_t>(rowBytes());
     for (int y = 0; y < height(); ++y) {
         if (!isPattern(bytesOfRow(y) + used, row - used)) {

@@ -37,15 +37,15 @@ public:
     World(const World&) = delete;
     World& operator=(const World&) = delete;
 
-    int width() const { return layerRecord.width; }
-    int height() const { return layerRecord.height; }
-    int rowBytes() const { return layerRecord.rowbytes; }
-    PF_PixelFormat format() const { return identity.format; }
+    int width() const { return layerRecord_.width; }
+    int height() const { return layerRecord_.height; }
+    int rowBytes() const { return layerRecord_.rowbytes; }
+    PF_PixelFormat format() const { return identity_.format; }
     PF_LRect rect() const;  // in the layer: origin and size
 
     // The record as the effect gets it; valid as long as the world.
-    PF_LayerDef* layer() { return &layerRecord; }
-    PF_LayerDef record() const { return layerRecord; }
+    PF_LayerDef* layer() { return &layerRecord_; }
+    PF_LayerDef record() const { return layerRecord_; }
 
     // Row y as pixels of the world's own type (PF_Pixel, PF_Pixel16 or PF_PixelFloat).
     template <class Pixel>
@@ -84,12 +84,12 @@ public:
     static PF_PixelFormat formatOf(const PF_LayerDef& record);
 
 private:
-    Identity identity;
-    PF_LayerDef layerRecord;
+    Identity identity_;
+    PF_LayerDef layerRecord_;
     struct Release {
         void operator()(std::byte* memory) const;
     };
-    std::unique_ptr<std::byte, Release> memory;  // guard strip, rows, guard strip
+    std::unique_ptr<std::byte, Release> memory_;  // guard strip, rows, guard strip
 };
 
 // Reads and writes one pixel of any format with channels 0 to 1, as World::get and World::set.

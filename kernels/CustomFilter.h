@@ -60,10 +60,10 @@ private:
 
     PF_InData* inData_;
     const RenderInfo* info_;
-    double scale_;        // picture pixels per kernel pixel for a factor of 1
+    double scale;         // picture pixels per kernel pixel for a factor of 1
     PF_SampPB sampling_;  // the box of one kernel pixel for a factor of 1
     Filter<N>* filter_;
-    AEO::Vector<ET::vecT<double, N>> sums_;  // each thread's totals of the kernels
+    AEO::Vector<ET::vecT<double, N>> sums;  // each thread's totals of the kernels
     CustomFilterInfo* custom_;
     PF_Err status_ = PF_Err_NONE;  // what iterate() answers if there are no totals to add to
 };
@@ -74,15 +74,15 @@ CustomFilter<Pixel, Filter<N>>::CustomFilter(AEO::InData& in, PF_InData* inData,
                                              CustomFilterInfo& custom)
     : inData_(inData),
       info_(&info),
-      scale_(std::max(custom.world->width, custom.world->height) / (info.radius + info.radius)),
-      sampling_(makeSampling(scale_, info.pixelAspect, custom.world)),
+      scale(std::max(custom.world->width, custom.world->height) / (info.radius + info.radius)),
+      sampling_(makeSampling(scale, info.pixelAspect, custom.world)),
       filter_(&filter),
-      sums_(in),
+      sums(in),
       custom_(&custom) {
     const int threads = AEO::Iterator::GetNumThreads(*inData->pica_basicP, status_);
     if (status_ != PF_Err_NONE) return;
-    sums_.resize(static_cast<std::size_t>(threads));
-    if (sums_.data() == nullptr) status_ = PF_Err_OUT_OF_MEMORY;
+    sums.resize(static_cast<std::size_t>(threads));
+    if (sums.data() == nullptr) status_ = PF_Err_OUT_OF_MEMORY;
 }
 
 template <class Pixel, std::size_t N>
@@ -90,7 +90,7 @@ int CustomFilter<Pixel, Filter<N>>::iterate(int thread, int index, int) {
     if (status_ != PF_Err_NONE) return status_;
     const auto position = static_cast<std::size_t>(index);
     const Offset offset = offsetAt(index);
-    ET::vecT<double, N>& totals = sums_[static_cast<std::size_t>(thread)];
+    ET::vecT<double, N>& totals = sums[static_cast<std::size_t>(thread)];
     PF_Err err = PF_Err_NONE;
     for (std::size_t l = 0; l < N; ++l) {
         Pixel pixel{};
@@ -109,7 +109,7 @@ void CustomFilter<Pixel, Filter<N>>::resetZeroFilter() {
     for (std::size_t l = 0; l < N; ++l) {
         if (total(l) != 0.0) continue;
         (*filter_)[0][l] = 1.0;
-        sums_[0][l] = 1.0;
+        sums[0][l] = 1.0;
     }
 }
 
@@ -152,9 +152,8 @@ auto CustomFilter<Pixel, Filter<N>>::offsetAt(int index) const -> Offset {
 template <class Pixel, std::size_t N>
 PF_Err CustomFilter<Pixel, Filter<N>>::sample(const Offset& offset, double factor,
                                               Pixel& pixel) const {
-    const double px =
-        custom_->world->width * 0.5 - info_->pixelAspect * offset.dx * scale_ / factor;
-    const double py = custom_->world->height * 0.5 + offset.dy * scale_ / factor;
+    const double px = custom_->world->width * 0.5 - info_->pixelAspect * offset.dx * scale / factor;
+    const double py = custom_->world->height * 0.5 + offset.dy * scale / factor;
     PF_SampPB block = sampling_;
     setRadii(block, sampling_.x_radius / 65536.0 / factor, sampling_.y_radius / 65536.0 / factor);
     return areaSample(*custom_->suites, inData_->effect_ref, AEO::toFixed(px), AEO::toFixed(py),
@@ -164,6 +163,6 @@ PF_Err CustomFilter<Pixel, Filter<N>>::sample(const Offset& offset, double facto
 template <class Pixel, std::size_t N>
 double CustomFilter<Pixel, Filter<N>>::total(std::size_t layer) const {
     double sum = 0.0;
-    for (std::size_t t = 0; t < sums_.size(); ++t) sum += sums_[t][layer];
+    for (std::size_t t = 0; t < sums.size(); ++t) sum += sums[t][layer];
     return sum;
 }

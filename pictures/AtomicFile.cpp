@@ -82,46 +82,46 @@ void requireWritable(const fs::path& path) {
     if (!mayWrite(folder) || (fs::exists(target, ignored) && !mayWrite(target))) fail(path, EACCES);
 }
 
-AtomicFile::AtomicFile(const fs::path& path) : m_target(resolved(path)) {
+AtomicFile::AtomicFile(const fs::path& path) : target_(resolved(path)) {
     requireWritable(path);
-    for (int attempt = 0; m_file == nullptr && attempt < kNameAttempts; ++attempt) {
-        m_beside = nameBeside(m_target);
-        m_file = std::fopen(m_beside.string().c_str(), "wbx");
-        if (m_file == nullptr && errno != EEXIST) break;
+    for (int attempt = 0; file_ == nullptr && attempt < kNameAttempts; ++attempt) {
+        beside_ = nameBeside(target_);
+        file_ = std::fopen(beside_.string().c_str(), "wbx");
+        if (file_ == nullptr && errno != EEXIST) break;
     }
-    if (m_file == nullptr) fail(path, errno);
+    if (file_ == nullptr) fail(path, errno);
 }
 
 AtomicFile::~AtomicFile() {
-    if (m_file != nullptr) std::fclose(m_file);
+    if (file_ != nullptr) std::fclose(file_);
     std::error_code ignored;
-    if (!m_beside.empty()) fs::remove(m_beside, ignored);
+    if (!beside_.empty()) fs::remove(beside_, ignored);
 }
 
 void AtomicFile::write(std::span<const unsigned char> bytes) {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), m_file) != bytes.size()) fail(m_target, errno);
-    if (std::fflush(m_file) != 0 || !syncToDisk(m_file)) fail(m_target, errno);
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) fail(target_, errno);
+    if (std::fflush(file_) != 0 || !syncToDisk(file_)) fail(target_, errno);
 }
 
 fs::path AtomicFile::handOver() {
     closeBeside();
-    return m_beside;
+    return beside_;
 }
 
 void AtomicFile::closeBeside() {
-    std::FILE* file = std::exchange(m_file, nullptr);
-    if (file != nullptr && std::fclose(file) != 0) fail(m_target, errno);
+    std::FILE* file = std::exchange(file_, nullptr);
+    if (file != nullptr && std::fclose(file) != 0) fail(target_, errno);
 }
 
 void AtomicFile::commit() {
     closeBeside();
 
     std::error_code error;
-    const fs::file_status earlier = fs::status(m_target, error);
-    if (fs::exists(earlier)) fs::permissions(m_beside, earlier.permissions(), error);
-    fs::rename(m_beside, m_target, error);
-    if (error) fail(m_target, error.value());
-    m_beside.clear();
+    const fs::file_status earlier = fs::status(target_, error);
+    if (fs::exists(earlier)) fs::permissions(beside_, earlier.permissions(), error);
+    fs::rename(beside_, target_, error);
+    if (error) fail(target_, error.value());
+    beside_.clear();
 }
 
 }  // namespace pictures

@@ -34,9 +34,9 @@ public:
 private:
     void closeBeside();
 
-    std::filesystem::path m_target;
-    std::filesystem::path m_beside;
-    std::FILE* m_file = nullptr;
+    std::filesystem::path target_;
+    std::filesystem::path beside_;
+    std::FILE* file_ = nullptr;
 };
 
 }  // namespace pictures

@@ -27,24 +27,24 @@ void forEachColour(Picture& map, Use use) {
 class Curve {
 public:
     Curve(double near, double far, bool inverse)
-        : m_inverse(inverse), m_near(scale(near)), m_far(scale(far)) {}
+        : inverse_(inverse), near_(scale(near)), far_(scale(far)) {}
 
     float operator()(double distance) const {
-        if (m_near == m_far) return 1.0F;  // all that is there lies at one distance
-        const double share = (scale(distance) - m_far) / (m_near - m_far);
+        if (near_ == far_) return 1.0F;  // all that is there lies at one distance
+        const double share = (scale(distance) - far_) / (near_ - far_);
         return static_cast<float>(std::clamp(share, 0.0, 1.0));
     }
 
 private:
     // Behind the camera 1/Z would start again from the other end, so it counts as nearest.
     double scale(double distance) const {
-        if (!m_inverse) return distance;
+        if (!inverse_) return distance;
         return distance > 0.0 ? 1.0 / distance : std::numeric_limits<double>::max();
     }
 
-    bool m_inverse;
-    double m_near;
-    double m_far;
+    bool inverse_;
+    double near_;
+    double far_;
 };
 
 std::string rangeText(const DepthRange& range) {
@@ -117,12 +117,12 @@ void applyMapping(Picture& map, const DepthMapping& mapping, const DepthRange& r
     forEachColour(map, [&](float& value) {
         value = isSky(value) ? 0.0F : curve(static_cast<double>(value));
     });
-    map.type = SampleType::Float;
+    map.type = SampleType::kFloat;
 }
 
 DepthMap readDepthMap(const std::string& text, const DepthMapping& mapping, Messages& messages) {
     constexpr float kNothingThere = std::numeric_limits<float>::infinity();
-    Picture map = readPicture(text, Extent::Display, kNothingThere);
+    Picture map = readPicture(text, Extent::kDisplay, kNothingThere);
     repairAlpha(map);
     makeStraight(map);
     DepthMap depth;

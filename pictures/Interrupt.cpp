@@ -22,11 +22,11 @@ extern "C" void onInterrupt(int signal) {
 
 InterruptGuard::InterruptGuard() {
     interruptCame.store(false);
-    m_previous = std::signal(SIGINT, onInterrupt);
+    previous_ = std::signal(SIGINT, onInterrupt);
 }
 
 InterruptGuard::~InterruptGuard() {
-    std::signal(SIGINT, m_previous == SIG_ERR ? SIG_DFL : m_previous);
+    std::signal(SIGINT, previous_ == SIG_ERR ? SIG_DFL : previous_);
 }
 
 const std::atomic<bool>& interruptFlag() {

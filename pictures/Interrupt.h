@@ -14,7 +14,7 @@ public:
     InterruptGuard& operator=(const InterruptGuard&) = delete;
 
 private:
-    void (*m_previous)(int);
+    void (*previous_)(int);
 };
 
 // Becomes true once Control-C came. Any thread may read it.

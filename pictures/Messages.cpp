@@ -7,11 +7,11 @@
 namespace pictures {
 
 void Messages::note(std::string_view text) {
-    if (!m_quiet) m_stream << "orbel: " << oneLine(text) << '\n';
+    if (!quiet_) stream_ << "orbel: " << oneLine(text) << '\n';
 }
 
 void Messages::warn(std::string_view text) {
-    if (!m_quiet) m_stream << "orbel: warning: " << oneLine(text) << '\n';
+    if (!quiet_) stream_ << "orbel: warning: " << oneLine(text) << '\n';
 }
 
 }  // namespace pictures

@@ -10,17 +10,17 @@ namespace pictures {
 // A quiet one says nothing; errors don't come through here.
 class Messages {
 public:
-    Messages(std::ostream& stream, bool quiet) : m_stream(stream), m_quiet(quiet) {}
+    Messages(std::ostream& stream, bool quiet) : stream_(stream), quiet_(quiet) {}
 
     // Something that is different from what might be expected, but in order.
     void note(std::string_view text);
     // Something that probably spoils the result.
     void warn(std::string_view text);
-    bool quiet() const { return m_quiet; }
+    bool quiet() const { return quiet_; }
 
 private:
-    std::ostream& m_stream;
-    bool m_quiet;
+    std::ostream& stream_;
+    bool quiet_;
 };
 
 }  // namespace pictures

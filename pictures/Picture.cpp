@@ -12,21 +12,21 @@ constexpr float kLargestHalf = 65504.0F;
 
 const char* sampleTypeName(SampleType type) {
     switch (type) {
-        case SampleType::UInt8:
+        case SampleType::kUInt8:
             return "8 bits";
-        case SampleType::UInt16:
+        case SampleType::kUInt16:
             return "16 bits";
-        case SampleType::Half:
+        case SampleType::kHalf:
             return "half";
-        case SampleType::Float:
+        case SampleType::kFloat:
             break;
     }
     return "float";
 }
 
 int worldBits(SampleType type) {
-    if (type == SampleType::UInt8) return 8;
-    return type == SampleType::UInt16 ? 16 : 32;
+    if (type == SampleType::kUInt8) return 8;
+    return type == SampleType::kUInt16 ? 16 : 32;
 }
 
 Window intersection(const Window& a, const Window& b) {

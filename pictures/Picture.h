@@ -10,7 +10,7 @@
 namespace pictures {
 
 // What one channel value is in a file.
-enum class SampleType { UInt8, UInt16, Half, Float };
+enum class SampleType { kUInt8, kUInt16, kHalf, kFloat };
 
 // "8 bits", "16 bits", "half" or "float", for messages.
 const char* sampleTypeName(SampleType type);
@@ -43,7 +43,7 @@ struct Picture {
     bool grey = false;
     bool hasAlpha = false;
     bool associated = false;  // colour is multiplied by alpha
-    SampleType type = SampleType::UInt8;
+    SampleType type = SampleType::kUInt8;
     std::string greyName;              // name of the only colour channel of a grey picture
     bool cropped = false;              // the file has pixels outside `window`
     std::vector<std::string> leftOut;  // layers and channels of the file that aren't in here

@@ -14,22 +14,30 @@ const std::vector<PictureFormat>& formats() {
     constexpr bool kNo = false;
     // name, title, suffixes, alpha, grey, grey with alpha, windows, needs a file, types
     static const std::vector<PictureFormat> table = {
-        {"openexr", "EXR", {".exr"}, AlphaKind::Associated, kYes, kYes, kYes, kNo, {Half, Float}},
-        {"png", "PNG", {".png"}, AlphaKind::Straight, kYes, kYes, kNo, kNo, {UInt8, UInt16}},
+        {"openexr",
+         "EXR",
+         {".exr"},
+         AlphaKind::kAssociated,
+         kYes,
+         kYes,
+         kYes,
+         kNo,
+         {kHalf, kFloat}},
+        {"png", "PNG", {".png"}, AlphaKind::kStraight, kYes, kYes, kNo, kNo, {kUInt8, kUInt16}},
         {"tiff",
          "TIFF",
          {".tif", ".tiff"},
-         AlphaKind::Either,
+         AlphaKind::kEither,
          kYes,
          kYes,
          kNo,
          kYes,
-         {UInt8, UInt16, Float}},
-        {"jpeg", "JPEG", {".jpg", ".jpeg"}, AlphaKind::None, kYes, kNo, kNo, kNo, {UInt8}},
-        {"targa", "TGA", {".tga"}, AlphaKind::Straight, kYes, kNo, kNo, kNo, {UInt8}},
-        {"bmp", "BMP", {".bmp"}, AlphaKind::None, kYes, kNo, kNo, kNo, {UInt8}},
-        {"hdr", "HDR", {".hdr"}, AlphaKind::None, kNo, kNo, kNo, kNo, {Float}},
-        {"pnm", "PNM", {".ppm", ".pgm"}, AlphaKind::None, kYes, kNo, kNo, kNo, {UInt8}},
+         {kUInt8, kUInt16, kFloat}},
+        {"jpeg", "JPEG", {".jpg", ".jpeg"}, AlphaKind::kNone, kYes, kNo, kNo, kNo, {kUInt8}},
+        {"targa", "TGA", {".tga"}, AlphaKind::kStraight, kYes, kNo, kNo, kNo, {kUInt8}},
+        {"bmp", "BMP", {".bmp"}, AlphaKind::kNone, kYes, kNo, kNo, kNo, {kUInt8}},
+        {"hdr", "HDR", {".hdr"}, AlphaKind::kNone, kNo, kNo, kNo, kNo, {kFloat}},
+        {"pnm", "PNM", {".ppm", ".pgm"}, AlphaKind::kNone, kYes, kNo, kNo, kNo, {kUInt8}},
     };
     return table;
 }
@@ -52,8 +60,8 @@ std::string knownSuffixes() {
 // Whether every value of type `from` is a value of type `to`. Half has 11 significant bits: enough
 // to tell 8-bit values apart, not those of 16 bits.
 bool holds(SampleType to, SampleType from) {
-    if (to == SampleType::Float || to == from) return true;
-    return from == SampleType::UInt8 && to != SampleType::UInt8;
+    if (to == SampleType::kFloat || to == from) return true;
+    return from == SampleType::kUInt8 && to != SampleType::kUInt8;
 }
 
 }  // namespace

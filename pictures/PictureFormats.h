@@ -10,10 +10,10 @@
 namespace pictures {
 
 enum class AlphaKind {
-    None,
-    Straight,    // by the format's definition
-    Associated,  // by the format's definition
-    Either       // the file says which
+    kNone,
+    kStraight,    // by the format's definition
+    kAssociated,  // by the format's definition
+    kEither       // the file says which
 };
 
 struct PictureFormat {

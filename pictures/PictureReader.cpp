@@ -75,20 +75,20 @@ SampleType sampleTypeOf(const OIIO::TypeDesc& type) {
     switch (type.basetype) {
         case OIIO::TypeDesc::UINT8:
         case OIIO::TypeDesc::INT8:
-            return SampleType::UInt8;
+            return SampleType::kUInt8;
         case OIIO::TypeDesc::UINT16:
         case OIIO::TypeDesc::INT16:
-            return SampleType::UInt16;
+            return SampleType::kUInt16;
         case OIIO::TypeDesc::HALF:
-            return SampleType::Half;
+            return SampleType::kHalf;
         default:
-            return SampleType::Float;
+            return SampleType::kFloat;
     }
 }
 
 // The widest type of the chosen channels; those of an EXR may differ.
 SampleType widestType(const OIIO::ImageSpec& imageSpec, const ChannelChoice& choice) {
-    SampleType widest = SampleType::UInt8;
+    SampleType widest = SampleType::kUInt8;
     for (const int c : choice.colours) {
         widest = std::max(widest, sampleTypeOf(imageSpec.channelformat(c)));
     }
@@ -203,7 +203,8 @@ Picture readPicture(const std::string& text, Extent extent, float uncovered) {
     const Window data = exr ? Window{imageSpec.x, imageSpec.y, imageSpec.x + imageSpec.width,
                                      imageSpec.y + imageSpec.height}
                             : picture.display;
-    picture.window = extent == Extent::Display ? picture.display : enclosing(picture.display, data);
+    picture.window =
+        extent == Extent::kDisplay ? picture.display : enclosing(picture.display, data);
     picture.cropped = enclosing(picture.window, data) != picture.window;
     requireUsable(picture, data);
     placePixels(picture, readChannels(*input, picture, choice.part), data, choice, uncovered);

@@ -19,14 +19,14 @@ SourceName parseSourceName(const std::string& text);
 
 // Which pixels of a file with windows (EXR) a picture holds.
 enum class Extent {
-    Display,    // the display window; empty where the file has no pixels
-    Everything  // display and data window together
+    kDisplay,    // the display window; empty where the file has no pixels
+    kEverything  // display and data window together
 };
 
 // Reads the picture that FILE or FILE:LAYER names. Colours outside the data window are `uncovered`,
 // without alpha if the file has alpha. Throws Failure if it is missing, unreadable, no
 // picture or too large, Interrupted on Control-C.
-Picture readPicture(const std::string& text, Extent extent = Extent::Display,
+Picture readPicture(const std::string& text, Extent extent = Extent::kDisplay,
                     float uncovered = 0.0F);
 
 // The shape of a pixel, width by height, that the picture's metadata tell; 1 without.

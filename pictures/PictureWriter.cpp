@@ -18,7 +18,7 @@ namespace {
 
 // What the written file will be.
 struct Plan {
-    SampleType type = SampleType::UInt8;
+    SampleType type = SampleType::kUInt8;
     bool grey = false;
     bool alpha = false;
     bool associated = false;
@@ -34,12 +34,12 @@ bool growsBeyondLayer(const WriteRequest& request) {
 
 bool isAssociated(const PictureFormat& format, const Picture& source) {
     switch (format.alpha) {
-        case AlphaKind::Straight:
+        case AlphaKind::kStraight:
             return false;
-        case AlphaKind::Either:
+        case AlphaKind::kEither:
             return source.associated;
-        case AlphaKind::None:  // over black
-        case AlphaKind::Associated:
+        case AlphaKind::kNone:  // over black
+        case AlphaKind::kAssociated:
             break;
     }
     return true;
@@ -48,7 +48,7 @@ bool isAssociated(const PictureFormat& format, const Picture& source) {
 Plan makePlan(const PictureFormat& format, const WriteRequest& request, bool wantsAlpha) {
     Plan plan;
     plan.type = nearestType(format, request.source.type);
-    plan.alpha = wantsAlpha && format.alpha != AlphaKind::None;
+    plan.alpha = wantsAlpha && format.alpha != AlphaKind::kNone;
     plan.associated = isAssociated(format, request.source);
     plan.grey = request.source.grey && (plan.alpha ? format.greyWithAlpha : format.grey);
     return plan;
@@ -73,13 +73,13 @@ void tellDifferences(const std::filesystem::path& path, const PictureFormat& for
 
 OIIO::TypeDesc libraryType(SampleType type) {
     switch (type) {
-        case SampleType::UInt8:
+        case SampleType::kUInt8:
             return OIIO::TypeDesc::UINT8;
-        case SampleType::UInt16:
+        case SampleType::kUInt16:
             return OIIO::TypeDesc::UINT16;
-        case SampleType::Half:
+        case SampleType::kHalf:
             return OIIO::TypeDesc::HALF;
-        case SampleType::Float:
+        case SampleType::kFloat:
             break;
     }
     return OIIO::TypeDesc::FLOAT;
@@ -246,7 +246,7 @@ void writeResult(const std::filesystem::path& path, const WriteRequest& request,
     std::vector<float> rgba = straightPixels(request.result);
     if (wantsAlpha && plan.associated) associate(rgba);
     std::vector<float> values = selectChannels(rgba, plan);
-    if (plan.type == SampleType::Half) clampToHalf(values);
+    if (plan.type == SampleType::kHalf) clampToHalf(values);
     writeChannels(path, makeSpec(format, request, plan), values);
 }
 

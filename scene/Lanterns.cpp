@@ -19,16 +19,16 @@ Vec3 bulbColour(int number) {
     return kBulbs[((number % kCount) + kCount) % kCount];
 }
 
-Lanterns::Lanterns(double pixelAngle) : m_pixelAngle(pixelAngle) {
+Lanterns::Lanterns(double pixelAngle) : pixelAngle_(pixelAngle) {
     addStreetLamps();
     addGarlands();
     addTraffic();
-    std::stable_sort(m_lamps.begin(), m_lamps.end(),
+    std::stable_sort(lamps_.begin(), lamps_.end(),
                      [](const Lamp& a, const Lamp& b) { return a.place.z < b.place.z; });
 }
 
 void Lanterns::addLamp(const Vec3& place, double radius, const Vec3& light) {
-    m_lamps.push_back({place, std::max(radius, kSmallestLamp * m_pixelAngle * place.z), light});
+    lamps_.push_back({place, std::max(radius, kSmallestLamp * pixelAngle_ * place.z), light});
 }
 
 void Lanterns::addStreetLamps() {
@@ -38,18 +38,18 @@ void Lanterns::addStreetLamps() {
         const Vec3 place{side * 5.6, 4.6, z};
         const Vec3 tone = i % 3 == 2 ? Vec3{0.75, 0.9, 1.0} : Vec3{1.0, 0.6, 0.22};
         addLamp(place, 0.13, tone * 160.0);
-        m_lighting.push_back({place, 0.0, tone * 13.0});
-        m_posts.push_back({place.x, z + 0.01, 4.6, 0.06});
+        lighting_.push_back({place, 0.0, tone * 13.0});
+        posts_.push_back({place.x, z + 0.01, 4.6, 0.06});
     }
 }
 
 void Lanterns::addGarlands() {
     for (int i = 0; i < 6; ++i) {
         const double z = 6.5 + 5.5 * i;
-        const double bulb = std::max(0.05, kSmallestLamp * m_pixelAngle * z);
+        const double bulb = std::max(0.05, kSmallestLamp * pixelAngle_ * z);
         const double height = 5.4 + 0.25 * (i % 3);
-        m_garlands.push_back({z, height, 0.9 + 0.15 * (i % 2), bulb, 19 * i});
-        m_lighting.push_back({{0.0, height, z}, 0.0, {1.2, 0.9, 0.8}});
+        garlands_.push_back({z, height, 0.9 + 0.15 * (i % 2), bulb, 19 * i});
+        lighting_.push_back({{0.0, height, z}, 0.0, {1.2, 0.9, 0.8}});
     }
 }
 
@@ -62,7 +62,7 @@ void Lanterns::addTraffic() {
         for (const double half : {-0.7, 0.7}) {
             addLamp({lane + half, 0.72, z}, towardsUs ? 0.09 : 0.10, light);
         }
-        m_lighting.push_back({{lane, 0.8, z - 1.0}, 0.0, light * 0.012});
+        lighting_.push_back({{lane, 0.8, z - 1.0}, 0.0, light * 0.012});
     }
     addLamp({4.7, 3.1, 34.0}, 0.12, {2.0, 90.0, 40.0});       // a traffic light
     addLamp({-2.6, 2.35, 2.9}, 0.045, {240.0, 130.0, 45.0});  // a lantern near us
@@ -70,7 +70,7 @@ void Lanterns::addTraffic() {
 
 Vec3 Lanterns::lightAt(const Vec3& place, const Vec3& normal) const {
     Vec3 sum{0.012, 0.014, 0.024};
-    for (const Lamp& lamp : m_lighting) {
+    for (const Lamp& lamp : lighting_) {
         const Vec3 way = lamp.place - place;
         const double square = dot(way, way) + 0.25;
         const double facing = dot(way, normal) / std::sqrt(square);
@@ -80,7 +80,7 @@ Vec3 Lanterns::lightAt(const Vec3& place, const Vec3& normal) const {
 }
 
 void Lanterns::lookAtLamps(const Vec3& from, const Vec3& direction, Sight& sight) const {
-    for (const Lamp& lamp : m_lamps) {
+    for (const Lamp& lamp : lamps_) {
         const double way = lamp.place.z - from.z;
         if (way <= 0.0) continue;
         if (lamp.place.z >= sight.distance) return;
@@ -93,7 +93,7 @@ void Lanterns::lookAtLamps(const Vec3& from, const Vec3& direction, Sight& sight
 }
 
 void Lanterns::lookAtPosts(const Vec3& from, const Vec3& direction, Sight& sight) const {
-    for (const Post& post : m_posts) {
+    for (const Post& post : posts_) {
         const double way = post.z - from.z;
         if (way <= 0.0 || post.z >= sight.distance) continue;
         const Vec3 at = from + direction * way;
@@ -110,7 +110,7 @@ double Lanterns::Garland::wireAt(double x) const {
 }
 
 void Lanterns::lookAtGarlands(const Vec3& from, const Vec3& direction, Sight& sight) const {
-    for (const Garland& garland : m_garlands) {
+    for (const Garland& garland : garlands_) {
         const double way = garland.z - from.z;
         if (way <= 0.0 || garland.z >= sight.distance) continue;
         const Vec3 at = from + direction * way;

@@ -56,11 +56,11 @@ private:
     void lookAtPosts(const Vec3& from, const Vec3& direction, Sight& sight) const;
     void lookAtGarlands(const Vec3& from, const Vec3& direction, Sight& sight) const;
 
-    double m_pixelAngle;
-    std::vector<Lamp> m_lamps;     // everything that shines, near to far
-    std::vector<Lamp> m_lighting;  // the few that light walls and street
-    std::vector<Post> m_posts;
-    std::vector<Garland> m_garlands;
+    double pixelAngle_;
+    std::vector<Lamp> lamps_;     // everything that shines, near to far
+    std::vector<Lamp> lighting_;  // the few that light walls and street
+    std::vector<Post> posts_;
+    std::vector<Garland> garlands_;
 };
 
 }  // namespace scene

@@ -16,21 +16,21 @@ constexpr int kSamples = 2;            // each way in a pixel, for the edges
 class Camera {
 public:
     Camera(int width, int height)
-        : m_width(width), m_height(height), m_half(0.5 * std::min(width, height)) {}
+        : width_(width), height_(height), half_(0.5 * std::min(width, height)) {}
 
-    double pixelAngle() const { return 1.0 / (m_half * kFocalLength); }
+    double pixelAngle() const { return 1.0 / (half_ * kFocalLength); }
 
     // Through a place in pixels from the picture's top left corner.
     Vec3 direction(double x, double y) const {
-        const double u = (x - 0.5 * m_width) / m_half;
-        const double v = (0.5 * m_height - y) / m_half;
+        const double u = (x - 0.5 * width_) / half_;
+        const double v = (0.5 * height_ - y) / half_;
         return {u / kFocalLength, (v - kHorizon) / kFocalLength, 1.0};
     }
 
 private:
-    int m_width;
-    int m_height;
-    double m_half;
+    int width_;
+    int height_;
+    double half_;
 };
 
 Vec3 meanColour(const Street& world, const Camera& camera, int x, int y) {

@@ -124,7 +124,7 @@ double cobbleHeight(double x, double z) {
 
 }  // namespace
 
-Street::Street(double pixelAngle) : m_lanterns(pixelAngle) {}
+Street::Street(double pixelAngle) : lanterns_(pixelAngle) {}
 
 void Street::lookAtWalls(const Vec3& from, const Vec3& direction, Sight& sight) const {
     if (direction.x == 0.0) return;
@@ -137,7 +137,7 @@ void Street::lookAtWalls(const Vec3& from, const Vec3& direction, Sight& sight) 
     const Facade front = facade(at.z, at.y, side);
     const Vec3 shops = shopLight(at.z, at.y, side);
     const Vec3 normal{static_cast<double>(-side), 0.0, 0.0};
-    sight = {front.paint * m_lanterns.lightAt(at, normal) + front.shines + shops, at.z};
+    sight = {front.paint * lanterns_.lightAt(at, normal) + front.shines + shops, at.z};
 }
 
 void Street::lookAtSkyline(const Vec3& from, const Vec3& direction, Sight& sight) const {
@@ -183,7 +183,7 @@ Sight Street::lookAboveStreet(const Vec3& from, const Vec3& direction) const {
     if (sight.distance == kInfinity) sight.colour = sky(direction);
     lookAtBoard(from, direction, sight);
     lookAtRailing(from, direction, sight);
-    m_lanterns.look(from, direction, sight);
+    lanterns_.look(from, direction, sight);
     return sight;
 }
 
@@ -204,7 +204,7 @@ Sight Street::lookAtStreet(const Vec3& from, const Vec3& direction, double dista
         std::pow(1.0 - std::fabs(direction.y) / std::sqrt(dot(direction, direction)), 3.0);
     const double shine = (0.04 + 0.5 * grazing) * (0.25 + 0.75 * puddle) * (0.4 + 0.6 * stone);
     const Vec3 mirroredLight = reflection.colour * shine;
-    return {paint * m_lanterns.lightAt(at, {0.0, 1.0, 0.0}) + mirroredLight, distance};
+    return {paint * lanterns_.lightAt(at, {0.0, 1.0, 0.0}) + mirroredLight, distance};
 }
 
 Sight Street::look(const Vec3& from, const Vec3& direction) const {

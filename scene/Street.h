@@ -23,7 +23,7 @@ private:
     Sight lookAboveStreet(const Vec3& from, const Vec3& direction) const;
     Sight lookAtStreet(const Vec3& from, const Vec3& direction, double distance) const;
 
-    Lanterns m_lanterns;
+    Lanterns lanterns_;
 };
 
 }  // namespace scene

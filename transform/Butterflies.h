@@ -31,11 +31,11 @@ public:
     using Scalar = typename T::Scalar;
     using Lanes = ET::vecT<Scalar, 1>;
 
-    ORBEL_LANE_INLINE explicit LaneOfSamples(Scalar* lane) : first(lane) {}
+    ORBEL_LANE_INLINE explicit LaneOfSamples(Scalar* lane) : first_(lane) {}
 
     // The sample whose real part is array element `j`.
     ORBEL_LANE_INLINE Complex<ET::LaneRef<Scalar>> operator[](int j) const {
-        Scalar* const re = first + kStride * j;
+        Scalar* const re = first_ + kStride * j;
         return {ET::LaneRef<Scalar>(re[0]), ET::LaneRef<Scalar>(re[kStride])};
     }
 
@@ -48,7 +48,7 @@ public:
 private:
     static constexpr std::ptrdiff_t kStride = sizeof(T) / sizeof(Scalar);
 
-    Scalar* first;
+    Scalar* first_;
 };
 
 // The live lanes of an array of T, each a LaneOfSamples, for a range-based loop.
@@ -59,24 +59,24 @@ public:
 
     class Iterator {
     public:
-        ORBEL_LANE_INLINE explicit Iterator(Scalar* target) : lane(target) {}
-        ORBEL_LANE_INLINE LaneOfSamples<T> operator*() const { return LaneOfSamples<T>(lane); }
+        ORBEL_LANE_INLINE explicit Iterator(Scalar* target) : lane_(target) {}
+        ORBEL_LANE_INLINE LaneOfSamples<T> operator*() const { return LaneOfSamples<T>(lane_); }
         ORBEL_LANE_INLINE Iterator& operator++() {
-            ++lane;
+            ++lane_;
             return *this;
         }
         bool operator==(const Iterator&) const = default;
 
     private:
-        Scalar* lane;
+        Scalar* lane_;
     };
 
-    ORBEL_LANE_INLINE explicit LanesOf(T* a) : first(reinterpret_cast<Scalar*>(a)) {}
-    ORBEL_LANE_INLINE Iterator begin() const { return Iterator(first); }
-    ORBEL_LANE_INLINE Iterator end() const { return Iterator(first + T::kLanes); }
+    ORBEL_LANE_INLINE explicit LanesOf(T* a) : first_(reinterpret_cast<Scalar*>(a)) {}
+    ORBEL_LANE_INLINE Iterator begin() const { return Iterator(first_); }
+    ORBEL_LANE_INLINE Iterator end() const { return Iterator(first_ + T::kLanes); }
 
 private:
-    Scalar* first;
+    Scalar* first_;
 };
 
 // ---- Complex arithmetic. X and Y are samples of the same lanes, in an array or local.

@@ -154,26 +154,26 @@ public:
 
     template <SameLanes<vecT> V>
     ORBEL_LANE_INLINE constexpr vecT& operator=(const V& value) {
-        assignLanes(lanes, value);
+        assignLanes(lanes_, value);
         return *this;
     }
 
     ORBEL_LANE_INLINE constexpr vecT& operator+=(const vecT& other) {
         ORBEL_INDEPENDENT_LANES
-        for (std::size_t k = 0; k < N; ++k) lanes[k] += other.lanes[k];
+        for (std::size_t k = 0; k < N; ++k) lanes_[k] += other.lanes_[k];
         return *this;
     }
 
     // Whole cells, without a temporary element.
     friend ORBEL_LANE_INLINE constexpr void swap(vecT& a, vecT& b) {
-        exchangeScalars<N>(a.lanes, b.lanes);
+        exchangeScalars<N>(a.lanes_, b.lanes_);
     }
 
-    ORBEL_LANE_INLINE constexpr T& operator[](std::size_t k) { return lanes[k]; }
-    ORBEL_LANE_INLINE constexpr const T& operator[](std::size_t k) const { return lanes[k]; }
+    ORBEL_LANE_INLINE constexpr T& operator[](std::size_t k) { return lanes_[k]; }
+    ORBEL_LANE_INLINE constexpr const T& operator[](std::size_t k) const { return lanes_[k]; }
 
 private:
-    T lanes[N];
+    T lanes_[N];
 };
 
 // A cell of S scalars with N live lanes; exactly S scalars in memory.
@@ -187,28 +187,28 @@ public:
 
     template <SameLanes<StrideVecT> V>
     ORBEL_LANE_INLINE constexpr StrideVecT& operator=(const V& value) {
-        assignLanes(lanes, value);
+        assignLanes(lanes_, value);
         return *this;
     }
 
     ORBEL_LANE_INLINE constexpr StrideVecT& operator+=(const StrideVecT& other) {
         ORBEL_INDEPENDENT_LANES
-        for (std::size_t k = 0; k < N; ++k) lanes[k] += other.lanes[k];
+        for (std::size_t k = 0; k < N; ++k) lanes_[k] += other.lanes_[k];
         return *this;
     }
 
     // Whole cells, without a temporary element. The dead lanes are zero in all elements of a block
     // as a rule, and are only compared then.
     friend ORBEL_LANE_INLINE constexpr void swap(StrideVecT& a, StrideVecT& b) {
-        exchangeScalars<N>(a.lanes, b.lanes);
-        exchangeUnlessEqual<S - N>(a.lanes + N, b.lanes + N);
+        exchangeScalars<N>(a.lanes_, b.lanes_);
+        exchangeUnlessEqual<S - N>(a.lanes_ + N, b.lanes_ + N);
     }
 
-    ORBEL_LANE_INLINE constexpr T& operator[](std::size_t k) { return lanes[k]; }
-    ORBEL_LANE_INLINE constexpr const T& operator[](std::size_t k) const { return lanes[k]; }
+    ORBEL_LANE_INLINE constexpr T& operator[](std::size_t k) { return lanes_[k]; }
+    ORBEL_LANE_INLINE constexpr const T& operator[](std::size_t k) const { return lanes_[k]; }
 
 private:
-    T lanes[S];
+    T lanes_[S];
 };
 
 // One lane of an element that lies elsewhere and is not owned: as an operand and as a target of
@@ -219,21 +219,21 @@ public:
     using Scalar = T;
     static constexpr std::size_t kLanes = 1;
 
-    ORBEL_LANE_INLINE constexpr explicit LaneRef(T& target) : lane(&target) {}
+    ORBEL_LANE_INLINE constexpr explicit LaneRef(T& target) : lane_(&target) {}
     LaneRef(const LaneRef&) = default;
     // Assigning one would hide whether the lane or the reference is meant.
     LaneRef& operator=(const LaneRef&) = delete;
 
     template <SameLanes<LaneRef> V>
     ORBEL_LANE_INLINE constexpr const LaneRef& operator=(const V& value) const {
-        *lane = value[0];
+        *lane_ = value[0];
         return *this;
     }
 
-    ORBEL_LANE_INLINE constexpr const T& operator[](std::size_t) const { return *lane; }
+    ORBEL_LANE_INLINE constexpr const T& operator[](std::size_t) const { return *lane_; }
 
 private:
-    T* lane;
+    T* lane_;
 };
 
 // The array `cells`, seen through the first N lanes of each element: same addresses, same count.

@@ -37,9 +37,9 @@ bool cancelAtReport(Trial& trial, FrameCase frame, int k) {
 bool cancelInIteration(Trial& trial, const FrameCase& frame, int k) {
     headless::Failures& failures = trial.host().failures();
     failures.clear();
-    failures.failAt(Operation::IterateGeneric, k, PF_Interrupt_CANCEL);
+    failures.failAt(Operation::kIterateGeneric, k, PF_Interrupt_CANCEL);
     const FrameResult result = frame.render(trial.effect());
-    const bool reached = failures.count(Operation::IterateGeneric) >= k;
+    const bool reached = failures.count(Operation::kIterateGeneric) >= k;
     failures.clear();
     if (reached) checkCancelled(trial, result);
     return reached;

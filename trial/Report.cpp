@@ -15,24 +15,24 @@ void printIndented(std::ostream& out, const std::string& text) {
 }  // namespace
 
 void Report::run(const std::string& name, const std::function<void()>& body) {
-    complaints.clear();
-    remark.clear();
+    complaints_.clear();
+    remark_.clear();
     body();
-    ++cases;
-    if (!complaints.empty()) ++failed;
-    out << (complaints.empty() ? "ok    " : "FAIL  ") << name;
-    if (!remark.empty()) out << ": " << remark;
-    out << '\n';
-    for (const std::string& complaint : complaints) printIndented(out, complaint);
-    out.flush();
+    ++cases_;
+    if (!complaints_.empty()) ++failed_;
+    out_ << (complaints_.empty() ? "ok    " : "FAIL  ") << name;
+    if (!remark_.empty()) out_ << ": " << remark_;
+    out_ << '\n';
+    for (const std::string& complaint : complaints_) printIndented(out_, complaint);
+    out_.flush();
 }
 
 void Report::check(bool holds, const std::string& what) {
-    if (!holds) complaints.push_back(what);
+    if (!holds) complaints_.push_back(what);
 }
 
 void Report::printSummary() const {
-    out << cases << " cases, " << failed << " failed\n";
+    out_ << cases_ << " cases, " << failed_ << " failed\n";
 }
 
 }  // namespace trial

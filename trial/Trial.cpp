@@ -15,27 +15,27 @@ headless::HostOptions hostOptions() {
 }  // namespace
 
 Trial::Trial(const Settings& trialSettings, std::ostream& out)
-    : chosen(trialSettings), cases(out), theHost(hostOptions()) {}
+    : chosen_(trialSettings), cases_(out), host_(hostOptions()) {}
 
 void Trial::run(const std::string& name, const std::function<void()>& body) {
-    cases.run(name, [&] {
+    cases_.run(name, [&] {
         try {
             body();
         } catch (const std::exception& error) {
             check(false, error.what());
         }
-        const std::string books = theHost.accounts().describe();
-        check(books == outstanding, books);
-        check(theHost.memory().current == standing, "host memory is still in use");
+        const std::string books = host_.accounts().describe();
+        check(books == outstanding_, books);
+        check(host_.memory().current == standing_, "host memory is still in use");
         // What one case left behind is not held against the next.
-        theHost.clearFaults();
-        outstanding = theHost.accounts().describe();
+        host_.clearFaults();
+        outstanding_ = host_.accounts().describe();
         takeAsStanding();
     });
 }
 
 void Trial::keep(const std::string& name, const Frame& frame) const {
-    if (!chosen.frames.empty()) writeFrame(frame, chosen.frames / (name + kFrameSuffix));
+    if (!chosen_.frames.empty()) writeFrame(frame, chosen_.frames / (name + kFrameSuffix));
 }
 
 }  // namespace trial

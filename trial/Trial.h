@@ -27,32 +27,32 @@ public:
     // Makes the host; the bundle isn't loaded before load().
     Trial(const Settings& trialSettings, std::ostream& out);
 
-    const Settings& settings() const { return chosen; }
-    Report& report() { return cases; }
-    headless::Host& host() { return theHost; }
-    headless::Effect& effect() { return *theEffect; }
+    const Settings& settings() const { return chosen_; }
+    Report& report() { return cases_; }
+    headless::Host& host() { return host_; }
+    headless::Effect& effect() { return *effect_; }
 
     // Loads the bundle and unloads it. Loading throws headless::BundleError.
-    void load() { theEffect = std::make_unique<headless::Effect>(theHost, chosen.bundle); }
-    void unload() { theEffect.reset(); }
+    void load() { effect_ = std::make_unique<headless::Effect>(host_, chosen_.bundle); }
+    void unload() { effect_.reset(); }
 
     // Runs `body` as a case, which an exception fails, then checks that the effect gave everything
     // back and broke no rule.
     void run(const std::string& name, const std::function<void()>& body);
-    void check(bool holds, const std::string& what) { cases.check(holds, what); }
+    void check(bool holds, const std::string& what) { cases_.check(holds, what); }
     // What the effect holds from now on between two cases, such as its global data.
-    void takeAsStanding() { standing = theHost.memory().current; }
+    void takeAsStanding() { standing_ = host_.memory().current; }
 
     // Keeps the frame under a name of its own if frames are kept.
     void keep(const std::string& name, const Frame& frame) const;
 
 private:
-    Settings chosen;
-    Report cases;
-    headless::Host theHost;
-    std::unique_ptr<headless::Effect> theEffect;
-    std::string outstanding;     // as the accounts describe it
-    std::uint64_t standing = 0;  // bytes
+    Settings chosen_;
+    Report cases_;
+    headless::Host host_;
+    std::unique_ptr<headless::Effect> effect_;
+    std::string outstanding_;     // as the accounts describe it
+    std::uint64_t standing_ = 0;  // bytes
 };
 
 }  // namespace trial

@@ -7,14 +7,14 @@
 namespace descriptor {
 namespace {
 
-enum class Order { Big, Little };
+enum class Order { kBig, kLittle };
 
 // Appends numbers and four-character codes in one byte order.
 class Writer {
 public:
-    explicit Writer(Order byteOrder) : order(byteOrder) {}
+    explicit Writer(Order byteOrder) : order_(byteOrder) {}
 
-    void u8(std::uint8_t value) { bytes.push_back(value); }
+    void u8(std::uint8_t value) { bytes_.push_back(value); }
     void u16(std::uint16_t value) { number(value, 2); }
     void u32(std::uint32_t value) { number(value, 4); }
     void code(std::string_view fourCharacters) {
@@ -22,22 +22,22 @@ public:
         for (const char c : fourCharacters) value = value << 8 | static_cast<std::uint8_t>(c);
         u32(value);
     }
-    void append(const Bytes& more) { bytes.insert(bytes.end(), more.begin(), more.end()); }
-    void zeros(std::size_t count) { bytes.insert(bytes.end(), count, 0); }
+    void append(const Bytes& more) { bytes_.insert(bytes_.end(), more.begin(), more.end()); }
+    void zeros(std::size_t count) { bytes_.insert(bytes_.end(), count, 0); }
 
-    Bytes take() { return std::move(bytes); }
-    std::size_t size() const { return bytes.size(); }
+    Bytes take() { return std::move(bytes_); }
+    std::size_t size() const { return bytes_.size(); }
 
 private:
     void number(std::uint32_t value, int width) {
         for (int i = 0; i < width; ++i) {
-            const int shift = 8 * (order == Order::Big ? width - 1 - i : i);
+            const int shift = 8 * (order_ == Order::kBig ? width - 1 - i : i);
             u8(static_cast<std::uint8_t>(value >> shift));
         }
     }
 
-    Order order;
-    Bytes bytes;
+    Order order_;
+    Bytes bytes_;
 };
 
 // Zero bytes that bring `size` to a multiple of 4.
@@ -61,53 +61,53 @@ Bytes cString(const std::string& text) {
 // The list, property by property. On Windows a property's length counts its padding.
 class PropertyList {
 public:
-    explicit PropertyList(Order byteOrder) : order(byteOrder), properties(byteOrder) {}
+    explicit PropertyList(Order byteOrder) : order_(byteOrder), properties_(byteOrder) {}
 
     void raw(std::string_view key, Bytes data) {
         const std::size_t pad = padding(data.size());
-        if (order == Order::Little) data.resize(data.size() + pad);
-        properties.code("8BIM");
-        properties.code(key);
-        properties.u32(0);
-        properties.u32(static_cast<std::uint32_t>(data.size()));
-        properties.append(data);
-        properties.zeros(padding(data.size()));
-        ++count;
+        if (order_ == Order::kLittle) data.resize(data.size() + pad);
+        properties_.code("8BIM");
+        properties_.code(key);
+        properties_.u32(0);
+        properties_.u32(static_cast<std::uint32_t>(data.size()));
+        properties_.append(data);
+        properties_.zeros(padding(data.size()));
+        ++count_;
     }
     void number(std::string_view key, std::uint32_t value) {
-        Writer writer(order);
+        Writer writer(order_);
         writer.u32(value);
         raw(key, writer.take());
     }
     void shorts(std::string_view key, std::uint16_t first, std::uint16_t second) {
-        Writer writer(order);
+        Writer writer(order_);
         writer.u16(first);
         writer.u16(second);
         raw(key, writer.take());
     }
     void code(std::string_view key, std::string_view value) {
-        Writer writer(order);
+        Writer writer(order_);
         writer.code(value);
         raw(key, writer.take());
     }
 
     Bytes take() {
-        Writer list(order);
-        if (order == Order::Little) list.append({1, 0});
+        Writer list(order_);
+        if (order_ == Order::kLittle) list.append({1, 0});
         list.u32(0);
-        list.u32(count);
-        list.append(properties.take());
+        list.u32(count_);
+        list.append(properties_.take());
         return list.take();
     }
 
 private:
-    Order order;
-    Writer properties;
-    std::uint32_t count = 0;
+    Order order_;
+    Writer properties_;
+    std::uint32_t count_ = 0;
 };
 
 void addEntryPoints(PropertyList& list, Order order, const std::string& entryPoint) {
-    if (order == Order::Little) {
+    if (order == Order::kLittle) {
         list.raw("8664", cString(entryPoint));
         return;
     }
@@ -117,7 +117,7 @@ void addEntryPoints(PropertyList& list, Order order, const std::string& entryPoi
 
 // The information word has 16 bits in one form and 32 in the other.
 void addInformation(PropertyList& list, Order order) {
-    if (order == Order::Little) {
+    if (order == Order::kLittle) {
         list.number("eINF", 0);
     } else {
         list.raw("eINF", {0, 0});
@@ -171,17 +171,17 @@ void appendMap(Writer& writer, std::uint32_t dataSize) {
 }  // namespace
 
 Bytes macPropertyList(const Description& description) {
-    return propertyList(description, Order::Big);
+    return propertyList(description, Order::kBig);
 }
 
 Bytes windowsPropertyList(const Description& description) {
-    return propertyList(description, Order::Little);
+    return propertyList(description, Order::kLittle);
 }
 
 Bytes macResourceFile(const Description& description) {
     const Bytes list = macPropertyList(description);
     const auto dataSize = static_cast<std::uint32_t>(4 + list.size());
-    Writer file(Order::Big);
+    Writer file(Order::kBig);
     appendHead(file, dataSize);
     file.zeros(kDataOffset - file.size());
     file.u32(static_cast<std::uint32_t>(list.size()));

@@ -24,9 +24,9 @@ public:
     void report(Accounts& accounts) const;
 
 private:
-    mutable std::mutex mutex;
-    std::map<std::pair<std::string, std::string>, int> lent;
-    std::vector<std::string> faults;
+    mutable std::mutex mutex_;
+    std::map<std::pair<std::string, std::string>, int> lent_;
+    std::vector<std::string> faults_;
 };
 
 }  // namespace headless

@@ -3,20 +3,20 @@
 namespace headless {
 
 void CallLog::start() {
-    const std::lock_guard lock(mutex);
-    calls.clear();
-    recording = true;
+    const std::lock_guard lock(mutex_);
+    calls_.clear();
+    recording_ = true;
 }
 
 std::vector<std::string> CallLog::take() {
-    const std::lock_guard lock(mutex);
-    recording = false;
-    return std::exchange(calls, {});
+    const std::lock_guard lock(mutex_);
+    recording_ = false;
+    return std::exchange(calls_, {});
 }
 
 void CallLog::append(std::string text) {
-    const std::lock_guard lock(mutex);
-    calls.push_back(std::move(text));
+    const std::lock_guard lock(mutex_);
+    calls_.push_back(std::move(text));
 }
 
 }  // namespace headless

@@ -12,7 +12,7 @@ namespace headless {
 // The sequence of calls, for tests of order.
 class CallLog {
 public:
-    bool records() const { return recording.load(std::memory_order_relaxed); }
+    bool records() const { return recording_.load(std::memory_order_relaxed); }
     void start();
     std::vector<std::string> take();
 
@@ -34,9 +34,9 @@ private:
     }
     void append(std::string text);
 
-    std::atomic<bool> recording{false};
-    std::mutex mutex;
-    std::vector<std::string> calls;
+    std::atomic<bool> recording_{false};
+    std::mutex mutex_;
+    std::vector<std::string> calls_;
 };
 
 }  // namespace headless

@@ -46,7 +46,7 @@ PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, std::int32_t wha
         host.log.add("checkout_param", index);
         CallContext* context = contextOnItsThread(effectRef, "checkout_param");
         if (!context || !param || timeScale == 0) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::CheckoutParam)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kCheckoutParam)) return err;
         if (!context->parameters) {
             host.books.fault("checkout_param during " + context->command);
             return PF_Err_INVALID_CALLBACK;
@@ -69,7 +69,7 @@ PF_Err checkinParam(PF_ProgPtr effectRef, PF_ParamDef* param) {
         }
         host.log.add("checkin_param", entry->second.index);
         // An injected failure reports a code; the check-in counts all the same.
-        const PF_Err injected = host.failures.check(Operation::CheckinParam);
+        const PF_Err injected = host.failures.check(Operation::kCheckinParam);
         host.books.takeBack("parameter", checkOutName(*context->parameters, entry->second.index));
         context->checkedOut.erase(entry);
         return injected;
@@ -82,7 +82,7 @@ PF_Err addParam(PF_ProgPtr effectRef, PF_ParamIndex index, PF_ParamDef* def) {
         host.log.add("add_param", index, def ? def->name : "(null)");
         CallContext* context = contextOnItsThread(effectRef, "add_param");
         if (!context || !def) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::AddParam)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kAddParam)) return err;
         if (!context->declaring) {
             host.books.fault("add_param during " + context->command);
             return PF_Err_INVALID_CALLBACK;
@@ -99,7 +99,7 @@ PF_Err reportProgress(PF_ProgPtr effectRef, std::int32_t current, std::int32_t t
         host.log.add("progress", current, total);
         CallContext* context = contextOnItsThread(effectRef, "progress");
         if (!context) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::Progress)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kProgress)) return err;
         if (context->progress) context->progress(current, total);
         return context->isCancelled() ? PF_Interrupt_CANCEL : PF_Err_NONE;
     });

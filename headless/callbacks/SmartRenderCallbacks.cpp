@@ -64,7 +64,7 @@ PF_Err checkoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, std::int32_t id,
         host.log.add("checkout_layer", index);
         CallContext* context = frameContext(effectRef, "checkout_layer", false);
         if (!context || !request || !result) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::CheckoutLayer)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kCheckoutLayer)) return err;
         if (index < 0 || index >= context->parameters->size()) return PF_Err_INVALID_INDEX;
         if (context->parameters->info(index).type != PF_Param_LAYER) {
             return PF_Err_UNRECOGNIZED_PARAM_TYPE;
@@ -93,7 +93,7 @@ PF_Err checkoutLayerPixels(PF_ProgPtr effectRef, std::int32_t id, PF_EffectWorld
         host.log.add("checkout_layer_pixels", id);
         CallContext* context = frameContext(effectRef, "checkout_layer_pixels", true);
         if (!context || !world) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::CheckoutLayerPixels)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kCheckoutLayerPixels)) return err;
         const auto entry = context->frame->layers.find(id);
         if (entry == context->frame->layers.end()) {
             host.books.fault("checkout_layer_pixels of an id that was not announced");
@@ -132,7 +132,7 @@ PF_Err checkoutOutput(PF_ProgPtr effectRef, PF_EffectWorld** world) {
         host.log.add("checkout_output");
         CallContext* context = frameContext(effectRef, "checkout_output", true);
         if (!context || !world) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::CheckoutOutput)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kCheckoutOutput)) return err;
         *world =
             context->frame->request->withholdOutput ? nullptr : context->frame->output->layer();
         return PF_Err_NONE;

@@ -17,7 +17,7 @@ PF_Handle newHandle(A_HandleSize size) {
         HostState& host = HostState::current();
         host.log.add("host_new_handle", size);
         const bool shrinks = host.failures.shrinksHandle();
-        if (host.failures.check(Operation::NewHandle) == PF_Err_NONE) {
+        if (host.failures.check(Operation::kNewHandle) == PF_Err_NONE) {
             handle = host.handles.create(shrinks ? size / 2 : size);
         }
         return PF_Err_NONE;
@@ -30,7 +30,7 @@ void* lockHandle(PF_Handle handle) {
     guarded([&] {
         HostState& host = HostState::current();
         host.log.add("host_lock_handle");
-        if (const PF_Err err = host.failures.check(Operation::LockHandle)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kLockHandle)) return err;
         address = host.handles.lock(handle);
         return PF_Err_NONE;
     });
@@ -107,7 +107,7 @@ PF_Err copyWorld(PF_ProgPtr effectRef, PF_EffectWorld* source, PF_EffectWorld* t
         HostState& host = HostState::current();
         host.log.add("copy");
         if (!contextOf(effectRef, "copy") || !source || !target) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::Copy)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kCopy)) return err;
         const PF_PixelFormat format = World::formatOf(*source);
         if (format == PF_PixelFormat_INVALID || format != World::formatOf(*target)) {
             host.books.fault("copy between worlds that are unknown or of different formats");

@@ -13,16 +13,16 @@ namespace {
 class TbbExecutor : public Executor {
 public:
     explicit TbbExecutor(int threads)
-        : count(threads),
-          control(oneapi::tbb::global_control::max_allowed_parallelism,
-                  static_cast<std::size_t>(threads)),
-          arena(threads) {}
+        : count_(threads),
+          control_(oneapi::tbb::global_control::max_allowed_parallelism,
+                   static_cast<std::size_t>(threads)),
+          arena_(threads) {}
 
-    int threads() const override { return count; }
+    int threads() const override { return count_; }
 
     // One task for each body: a body is one thread index, and no two tasks share one.
     void run(int bodies, const std::function<void(int)>& body) override {
-        arena.execute([&] {
+        arena_.execute([&] {
             oneapi::tbb::parallel_for(
                 oneapi::tbb::blocked_range<int>(0, bodies, 1),
                 [&](const oneapi::tbb::blocked_range<int>& range) {
@@ -33,9 +33,9 @@ public:
     }
 
 private:
-    const int count;
-    oneapi::tbb::global_control control;
-    oneapi::tbb::task_arena arena;
+    const int count_;
+    oneapi::tbb::global_control control_;
+    oneapi::tbb::task_arena arena_;
 };
 
 }  // namespace

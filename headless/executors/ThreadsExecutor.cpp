@@ -16,29 +16,29 @@ namespace {
 
 class ThreadsExecutor : public Executor {
 public:
-    explicit ThreadsExecutor(int threads) : count(threads) {
+    explicit ThreadsExecutor(int threads) : count_(threads) {
         // The calling thread works too.
-        for (int i = 1; i < threads; ++i) workers.emplace_back([this] { work(); });
+        for (int i = 1; i < threads; ++i) workers_.emplace_back([this] { work(); });
     }
 
     ~ThreadsExecutor() override {
         {
-            const std::lock_guard lock(mutex);
-            closing = true;
+            const std::lock_guard lock(mutex_);
+            closing_ = true;
         }
-        wake.notify_all();
-        for (auto& worker : workers) worker.join();
+        wake_.notify_all();
+        for (auto& worker : workers_) worker.join();
     }
 
-    int threads() const override { return count; }
+    int threads() const override { return count_; }
 
     void run(int bodies, const std::function<void(int)>& body) override {
         Job job{&body, bodies, bodies};
-        std::unique_lock lock(mutex);
-        jobs.push_back(&job);
-        wake.notify_all();
+        std::unique_lock lock(mutex_);
+        jobs_.push_back(&job);
+        wake_.notify_all();
         while (job.next < job.bodies) runNext(job, lock);
-        done.wait(lock, [&] { return job.unfinished == 0; });
+        done_.wait(lock, [&] { return job.unfinished == 0; });
     }
 
 private:
@@ -53,29 +53,29 @@ private:
     // queue at once, so the queue holds only jobs with work.
     void runNext(Job& job, std::unique_lock<std::mutex>& lock) {
         const int body = job.next++;
-        if (job.next == job.bodies) jobs.erase(std::find(jobs.begin(), jobs.end(), &job));
+        if (job.next == job.bodies) jobs_.erase(std::find(jobs_.begin(), jobs_.end(), &job));
         lock.unlock();
         (*job.body)(body);
         lock.lock();
-        if (--job.unfinished == 0) done.notify_all();
+        if (--job.unfinished == 0) done_.notify_all();
     }
 
     void work() {
-        std::unique_lock lock(mutex);
+        std::unique_lock lock(mutex_);
         while (true) {
-            wake.wait(lock, [this] { return closing || !jobs.empty(); });
-            if (closing) return;
-            runNext(*jobs.front(), lock);
+            wake_.wait(lock, [this] { return closing_ || !jobs_.empty(); });
+            if (closing_) return;
+            runNext(*jobs_.front(), lock);
         }
     }
 
-    const int count;
-    std::mutex mutex;
-    std::condition_variable wake;
-    std::condition_variable done;
-    std::deque<Job*> jobs;
-    bool closing = false;
-    std::vector<std::thread> workers;
+    const int count_;
+    std::mutex mutex_;
+    std::condition_variable wake_;
+    std::condition_variable done_;
+    std::deque<Job*> jobs_;
+    bool closing_ = false;
+    std::vector<std::thread> workers_;
 };
 
 }  // namespace

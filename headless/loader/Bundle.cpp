@@ -106,18 +106,18 @@ Bundle::Bundle(const std::filesystem::path& file) {
         throw BundleError(whole.string() + " is not a file");
     }
     checkFile(whole);
-    library = openLibrary(whole);
-    if (!library) throw BundleError(sentence(whole.string(), lastError()));
-    entry = reinterpret_cast<PF_EntryPoint>(findFunction(library, kEntryPointName));
-    if (!entry) {
-        closeLibrary(library);
+    library_ = openLibrary(whole);
+    if (!library_) throw BundleError(sentence(whole.string(), lastError()));
+    entry_ = reinterpret_cast<PF_EntryPoint>(findFunction(library_, kEntryPointName));
+    if (!entry_) {
+        closeLibrary(library_);
         throw BundleError(whole.string() + " has no function " + kEntryPointName +
                           ", so it is no effect");
     }
 }
 
 Bundle::~Bundle() {
-    closeLibrary(library);
+    closeLibrary(library_);
 }
 
 }  // namespace headless

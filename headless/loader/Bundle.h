@@ -24,11 +24,11 @@ public:
     Bundle(const Bundle&) = delete;
     Bundle& operator=(const Bundle&) = delete;
 
-    PF_EntryPoint entryPoint() const { return entry; }
+    PF_EntryPoint entryPoint() const { return entry_; }
 
 private:
-    void* library = nullptr;
-    PF_EntryPoint entry = nullptr;
+    void* library_ = nullptr;
+    PF_EntryPoint entry_ = nullptr;
 };
 
 }  // namespace headless

@@ -16,13 +16,13 @@ class FileHead {
 public:
     explicit FileHead(const std::filesystem::path& file) {
         std::ifstream in(file, std::ios::binary);
-        in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        size = static_cast<std::size_t>(in.gcount());
+        in.read(bytes_.data(), static_cast<std::streamsize>(bytes_.size()));
+        size_ = static_cast<std::size_t>(in.gcount());
     }
 
     bool has(std::uint64_t offset, std::string_view text) const {
-        const std::string_view all(bytes.data(), size);
-        return offset <= size && all.substr(offset).starts_with(text);
+        const std::string_view all(bytes_.data(), size_);
+        return offset <= size_ && all.substr(offset).starts_with(text);
     }
 
     // A little-endian number; 0 beyond the end.
@@ -30,14 +30,14 @@ public:
         std::uint64_t value = 0;
         for (std::uint64_t i = width; i-- > 0;) {
             const std::uint64_t place = offset + i;
-            value = value << 8 | static_cast<unsigned char>(place < size ? bytes[place] : 0);
+            value = value << 8 | static_cast<unsigned char>(place < size_ ? bytes_[place] : 0);
         }
         return value;
     }
 
 private:
-    std::array<char, 4096> bytes{};
-    std::size_t size = 0;
+    std::array<char, 4096> bytes_{};
+    std::size_t size_ = 0;
 };
 
 struct ProcessorName {

@@ -47,20 +47,19 @@ struct HandleTable::Block {
     }
 };
 
-HandleTable::HandleTable(MemoryMeter& memoryMeter, Books& faultBooks)
-    : meter(memoryMeter), books(faultBooks) {}
+HandleTable::HandleTable(MemoryMeter& meter, Books& books) : meter_(meter), books_(books) {}
 
 HandleTable::~HandleTable() {
-    for (auto& [handle, block] : blocks) std::free(block->memory);
+    for (auto& [handle, block] : blocks_) std::free(block->memory);
 }
 
 PF_Handle HandleTable::create(std::uint64_t size) {
     constexpr std::size_t kExtra = 2 * kGuard + kCacheLine;
-    if (size > PTRDIFF_MAX - kExtra || !meter.take(size)) return nullptr;
+    if (size > PTRDIFF_MAX - kExtra || !meter_.take(size)) return nullptr;
     auto block = std::make_unique<Block>();
     block->memory = static_cast<std::byte*>(std::calloc(size + kExtra, 1));
     if (!block->memory) {
-        meter.giveBack(size);
+        meter_.giveBack(size);
         return nullptr;
     }
     block->payload = payloadIn(block->memory);
@@ -69,28 +68,28 @@ PF_Handle HandleTable::create(std::uint64_t size) {
     std::memset(block->payload - kGuard, kGuardByte, kGuard);
     std::memset(block->payload + size, kGuardByte, kGuard);
 
-    const std::lock_guard guard(mutex);
+    const std::lock_guard guard(mutex_);
     const PF_Handle handle = block->handle();
-    blocks.emplace(handle, std::move(block));
+    blocks_.emplace(handle, std::move(block));
     return handle;
 }
 
 // To be called with the mutex held.
 HandleTable::Block* HandleTable::find(PF_Handle handle, const char* operation) {
-    const auto entry = blocks.find(handle);
-    if (entry == blocks.end()) {
-        books.fault(std::string(operation) + " of a handle that is not live");
+    const auto entry = blocks_.find(handle);
+    if (entry == blocks_.end()) {
+        books_.fault(std::string(operation) + " of a handle that is not live");
         return nullptr;
     }
     if (entry->second->magic != kHandleMagic) {
-        books.fault(std::string(operation) + " of a handle that was overwritten");
+        books_.fault(std::string(operation) + " of a handle that was overwritten");
         return nullptr;
     }
     return entry->second.get();
 }
 
 void* HandleTable::lock(PF_Handle handle) {
-    const std::lock_guard guard(mutex);
+    const std::lock_guard guard(mutex_);
     Block* block = find(handle, "lock");
     if (!block) return nullptr;
     ++block->locks;
@@ -98,51 +97,51 @@ void* HandleTable::lock(PF_Handle handle) {
 }
 
 void HandleTable::unlock(PF_Handle handle) {
-    const std::lock_guard guard(mutex);
+    const std::lock_guard guard(mutex_);
     Block* block = find(handle, "unlock");
     if (!block) return;
     if (block->locks == 0) {
-        books.fault("unlock of a handle that is not locked");
+        books_.fault("unlock of a handle that is not locked");
         return;
     }
     --block->locks;
 }
 
 std::uint64_t HandleTable::size(PF_Handle handle) {
-    const std::lock_guard guard(mutex);
+    const std::lock_guard guard(mutex_);
     const Block* block = find(handle, "size");
     return block ? block->size : 0;
 }
 
 void HandleTable::release(Block& block) {
     if (!block.guardsIntact()) {
-        books.fault("bytes outside the " + std::to_string(block.size) + " bytes of handle \"" +
-                    block.name + "\" were written");
+        books_.fault("bytes outside the " + std::to_string(block.size) + " bytes of handle \"" +
+                     block.name + "\" were written");
     }
     std::free(block.memory);
-    meter.giveBack(block.size);
+    meter_.giveBack(block.size);
 }
 
 void HandleTable::dispose(PF_Handle handle) {
-    const std::lock_guard guard(mutex);
+    const std::lock_guard guard(mutex_);
     Block* block = find(handle, "disposal");
     if (!block) return;
     release(*block);
-    blocks.erase(handle);
+    blocks_.erase(handle);
 }
 
 void HandleTable::name(PF_Handle handle, const std::string& text, bool owned) {
-    const std::lock_guard guard(mutex);
-    const auto entry = blocks.find(handle);
-    if (entry == blocks.end()) return;
+    const std::lock_guard guard(mutex_);
+    const auto entry = blocks_.find(handle);
+    if (entry == blocks_.end()) return;
     entry->second->name = text;
     entry->second->owned = owned;
 }
 
 PF_Handle HandleTable::containing(const void* address) const {
-    const std::lock_guard guard(mutex);
+    const std::lock_guard guard(mutex_);
     const auto wanted = reinterpret_cast<std::uintptr_t>(address);
-    for (const auto& [handle, block] : blocks) {
+    for (const auto& [handle, block] : blocks_) {
         const auto begin = reinterpret_cast<std::uintptr_t>(block->data);
         if (wanted >= begin && wanted - begin < block->size) return handle;
     }
@@ -150,8 +149,8 @@ PF_Handle HandleTable::containing(const void* address) const {
 }
 
 int HandleTable::disposeAll(const std::string& text) {
-    const std::lock_guard guard(mutex);
-    return static_cast<int>(std::erase_if(blocks, [&](auto& entry) {
+    const std::lock_guard guard(mutex_);
+    return static_cast<int>(std::erase_if(blocks_, [&](auto& entry) {
         if (entry.second->name != text) return false;
         release(*entry.second);
         return true;
@@ -159,8 +158,8 @@ int HandleTable::disposeAll(const std::string& text) {
 }
 
 void HandleTable::report(Accounts& accounts) const {
-    const std::lock_guard guard(mutex);
-    for (const auto& [handle, block] : blocks) {
+    const std::lock_guard guard(mutex_);
+    for (const auto& [handle, block] : blocks_) {
         if (block->owned) continue;
         const auto same = std::find_if(accounts.outstanding.begin(), accounts.outstanding.end(),
                                        [&](const Outstanding& item) {

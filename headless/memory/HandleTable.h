@@ -17,7 +17,7 @@ namespace headless {
 // All functions may be called from any thread.
 class HandleTable {
 public:
-    HandleTable(MemoryMeter& memoryMeter, Books& faultBooks);
+    HandleTable(MemoryMeter& meter, Books& books);
     ~HandleTable();
     HandleTable(const HandleTable&) = delete;
     HandleTable& operator=(const HandleTable&) = delete;
@@ -44,10 +44,10 @@ private:
     Block* find(PF_Handle handle, const char* operation);
     void release(Block& block);
 
-    MemoryMeter& meter;
-    Books& books;
-    mutable std::mutex mutex;
-    std::unordered_map<PF_Handle, std::unique_ptr<Block>> blocks;
+    MemoryMeter& meter_;
+    Books& books_;
+    mutable std::mutex mutex_;
+    std::unordered_map<PF_Handle, std::unique_ptr<Block>> blocks_;
 };
 
 }  // namespace headless

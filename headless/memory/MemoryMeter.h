@@ -21,9 +21,9 @@ public:
     MemoryUse use() const;
 
 private:
-    mutable std::mutex mutex;
-    MemoryUse held;
-    bool keeping = false;
+    mutable std::mutex mutex_;
+    MemoryUse held_;
+    bool keeping_ = false;
 };
 
 }  // namespace headless

@@ -14,8 +14,7 @@ namespace headless {
 // The worlds made by PF_NewWorld. All functions may be called from any thread.
 class WorldTable {
 public:
-    WorldTable(MemoryMeter& memoryMeter, Books& faultBooks)
-        : meter(memoryMeter), books(faultBooks) {}
+    WorldTable(MemoryMeter& meter, Books& books) : meter_(meter), books_(books) {}
     WorldTable(const WorldTable&) = delete;
     WorldTable& operator=(const WorldTable&) = delete;
 
@@ -25,10 +24,10 @@ public:
     void report(Accounts& accounts) const;
 
 private:
-    MemoryMeter& meter;
-    Books& books;
-    mutable std::mutex mutex;
-    std::unordered_map<const void*, std::unique_ptr<World>> worlds;  // by reserved0
+    MemoryMeter& meter_;
+    Books& books_;
+    mutable std::mutex mutex_;
+    std::unordered_map<const void*, std::unique_ptr<World>> worlds_;  // by reserved0
 };
 
 }  // namespace headless

@@ -14,12 +14,12 @@ CallContext& contextOfThread() {
     return runningCommand ? *runningCommand : HostState::current().outside;
 }
 
-CommandScope::CommandScope(CallContext& context) : before(runningCommand) {
+CommandScope::CommandScope(CallContext& context) : before_(runningCommand) {
     runningCommand = &context;
 }
 
 CommandScope::~CommandScope() {
-    runningCommand = before;
+    runningCommand = before_;
 }
 
 CallContext* contextOf(PF_ProgPtr effectRef, const char* operation) {

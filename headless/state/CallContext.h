@@ -56,7 +56,7 @@ public:
     CommandScope& operator=(const CommandScope&) = delete;
 
 private:
-    CallContext* before;
+    CallContext* before_;
 };
 
 // The context behind the `effect_ref` of `operation`. A null result is a fault in the books.

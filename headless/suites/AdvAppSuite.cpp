@@ -15,7 +15,7 @@ PF_Err draw(const char* operation, Change&& change) {
     return guarded([&] {
         HostState& host = HostState::current();
         host.log.add(operation);
-        if (const PF_Err err = host.failures.check(Operation::InfoDraw)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kInfoDraw)) return err;
         InfoPanel& panel = contextOfThread().info;
         change(panel);
         ++panel.draws;

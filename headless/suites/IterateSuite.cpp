@@ -10,7 +10,7 @@ A_Err getNumThreads(std::int32_t* count) {
         if (!count) return PF_Err_BAD_CALLBACK_PARAM;
         HostState& host = HostState::current();
         host.log.add("AEGP_GetNumThreads");
-        if (const PF_Err err = host.failures.check(Operation::GetNumThreads)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kGetNumThreads)) return err;
         *count = host.executor->threads();
         return PF_Err_NONE;
     });
@@ -21,7 +21,7 @@ A_Err iterateGeneric(std::int32_t iterations, void* refcon, AEGP_IterateFunction
     try {
         HostState& host = HostState::current();
         host.log.add("AEGP_IterateGeneric", iterations);
-        if (const PF_Err err = host.failures.check(Operation::IterateGeneric)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kIterateGeneric)) return err;
         if (!fn) return PF_Err_BAD_CALLBACK_PARAM;
         return iterate(*host.executor, iterations, refcon, fn, contextOfThread().cancel);
     } catch (int) {

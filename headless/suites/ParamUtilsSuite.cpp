@@ -11,7 +11,7 @@ PF_Err updateParamUI(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDe
         host.log.add("PF_UpdateParamUI", index);
         CallContext* context = contextOf(effectRef, "PF_UpdateParamUI");
         if (!context || !def || !onMainThread("PF_UpdateParamUI")) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::UpdateParamUI)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kUpdateParamUI)) return err;
         if (!context->uiParameters) {
             host.books.fault("PF_UpdateParamUI during " + context->command);
             return PF_Err_INVALID_CALLBACK;

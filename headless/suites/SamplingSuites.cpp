@@ -42,7 +42,7 @@ template <class Pixel>
 PF_Err nnSample(PF_ProgPtr effectRef, PF_Fixed x, PF_Fixed y, const PF_SampPB* params,
                 Pixel* pixel) {
     return checkedSample(
-        effectRef, params, pixel, "nn_sample", Operation::SubpixelSample,
+        effectRef, params, pixel, "nn_sample", Operation::kSubpixelSample,
         [&](const PF_LayerDef& world) { return nearestSample<Pixel>(world, x, y); });
 }
 
@@ -50,7 +50,7 @@ template <class Pixel>
 PF_Err subpixelSampleOf(PF_ProgPtr effectRef, PF_Fixed x, PF_Fixed y, const PF_SampPB* params,
                         Pixel* pixel) {
     return checkedSample(
-        effectRef, params, pixel, "subpixel_sample", Operation::SubpixelSample,
+        effectRef, params, pixel, "subpixel_sample", Operation::kSubpixelSample,
         [&](const PF_LayerDef& world) { return subpixelSample<Pixel>(world, x, y); });
 }
 
@@ -61,7 +61,7 @@ PF_Err areaSampleOf(PF_ProgPtr effectRef, PF_Fixed x, PF_Fixed y, const PF_SampP
     if (params && !(isRadius(params->x_radius) && isRadius(params->y_radius))) {
         return PF_Err_BAD_CALLBACK_PARAM;
     }
-    return checkedSample(effectRef, params, pixel, "area_sample", Operation::AreaSample,
+    return checkedSample(effectRef, params, pixel, "area_sample", Operation::kAreaSample,
                          [&](const PF_LayerDef& world) {
                              return areaSample<Pixel>(world, x, y, std::max(params->x_radius, 1),
                                                       std::max(params->y_radius, 1));

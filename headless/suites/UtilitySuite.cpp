@@ -13,7 +13,7 @@ A_Err registerWithAEGP(void*, const A_char* name, AEGP_PluginID* id) {
         host.log.add("AEGP_RegisterWithAEGP", name);
         if (!name || !id || !onMainThread("AEGP_RegisterWithAEGP"))
             return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::RegisterWithAEGP)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kRegisterWithAEGP)) return err;
         *id = kPluginID;
         return PF_Err_NONE;
     });

@@ -11,7 +11,7 @@ PF_Err newWorld(PF_ProgPtr effectRef, std::int32_t width, std::int32_t height, P
         HostState& host = HostState::current();
         host.log.add("PF_NewWorld", width, height);
         if (!contextOf(effectRef, "PF_NewWorld") || !world) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::NewWorld)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kNewWorld)) return err;
         return host.worlds.create(width, height, clear != 0, format, world);
     });
 }
@@ -22,7 +22,7 @@ PF_Err disposeWorld(PF_ProgPtr effectRef, PF_EffectWorld* world) {
         host.log.add("PF_DisposeWorld");
         if (!contextOf(effectRef, "PF_DisposeWorld") || !world) return PF_Err_BAD_CALLBACK_PARAM;
         // An injected failure reports a code; the pixels are freed all the same.
-        const PF_Err injected = host.failures.check(Operation::DisposeWorld);
+        const PF_Err injected = host.failures.check(Operation::kDisposeWorld);
         const PF_Err err = host.worlds.dispose(world);
         return injected != PF_Err_NONE ? injected : err;
     });
@@ -34,7 +34,7 @@ PF_Err getPixelFormat(const PF_EffectWorld* world, PF_PixelFormat* format) {
         HostState& host = HostState::current();
         host.log.add("PF_GetPixelFormat");
         if (!world || !format) return PF_Err_BAD_CALLBACK_PARAM;
-        if (const PF_Err err = host.failures.check(Operation::GetPixelFormat)) return err;
+        if (const PF_Err err = host.failures.check(Operation::kGetPixelFormat)) return err;
         const PF_PixelFormat known = World::formatOf(*world);
         if (known == PF_PixelFormat_INVALID) return PF_Err_BAD_CALLBACK_PARAM;
         *format = known;

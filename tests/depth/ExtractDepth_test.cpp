@@ -122,7 +122,7 @@ TEST(ExtractDepth, HandsOnTheFirstErrorOfTheMap) {
     headless::Host host({.threads = 1});
     headless::World picture(8, 8, PF_PixelFormat_ARGB32);
     MapOverFrame map(host, picture, kPlacementCenter, kChannelRed);
-    host.failAt(headless::Operation::AreaSample, 100, 512);
+    host.failAt(headless::Operation::kAreaSample, 100, 512);
     EXPECT_EQ(map.extract(), 512);
     EXPECT_EQ(map.extract(), 512) << "the map keeps its error";
 }

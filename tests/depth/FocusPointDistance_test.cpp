@@ -107,7 +107,7 @@ TEST(FocusPointDistance, LeavesAFailedSampleToTheStages) {
     headless::Host host;
     headless::World map(20, 12, PF_PixelFormat_ARGB128);
     FocusedFrame frame(host, map, kPlacementCenter);
-    host.failAt(headless::Operation::SubpixelSample, 1, 512);
+    host.failAt(headless::Operation::kSubpixelSample, 1, 512);
     frame.at(3.0, 3.0);
     EXPECT_EQ(frame.info.depthWorld._err, 512);
 }

@@ -28,7 +28,7 @@ TEST_F(FrameDispatch, WithoutAMapOrOutsideTwoToSixteenThereIsOneLayer) {
         info.useFocusPoint = 0.0;
         info.layerCount = c.resolution;
         host.failures().clear();
-        host.failAt(headless::Operation::NewHandle, 2);
+        host.failAt(headless::Operation::kNewHandle, 2);
         host.startCallLog();
         EXPECT_EQ(renderFrame(&in_data, &out_data, hostData, info, PF_PixelFormat_ARGB128), 4);
         EXPECT_EQ((host.memory().afterEachRequest.at(0) - 8) / kLaneBytes, c.layers);

@@ -44,7 +44,7 @@ TEST_F(GlobalCommands, WithoutARecordNothingIsAsked) {
 }
 
 TEST_F(GlobalCommands, SetupKeepsARefusedRegistrationButEndsWithoutMemory) {
-    host.failAt(headless::Operation::RegisterWithAEGP, 1, 513);
+    host.failAt(headless::Operation::kRegisterWithAEGP, 1, 513);
     EXPECT_EQ(send(PF_Cmd_GLOBAL_SETUP), 0);
     EXPECT_EQ(kept().error, 513);
     EXPECT_EQ(setDown(), 0);
@@ -52,7 +52,7 @@ TEST_F(GlobalCommands, SetupKeepsARefusedRegistrationButEndsWithoutMemory) {
     host.failures().shrinkHandleAt(1);
     EXPECT_EQ(send(PF_Cmd_GLOBAL_SETUP), 4) << "a block that is too small";
     host.failures().clear();
-    host.failAt(headless::Operation::LockHandle, 1);
+    host.failAt(headless::Operation::kLockHandle, 1);
     EXPECT_EQ(send(PF_Cmd_GLOBAL_SETUP), 4) << "a block that can't be locked";
     EXPECT_EQ(out_data.global_data, nullptr);
 }

@@ -77,7 +77,7 @@ TEST_F(ParameterUI, StopsAtTheFirstFailure) {
     for (const int k : {6, 7, 19}) {
         prepare(true, false, false);
         std::set<int> expected = disabled();
-        host.failAt(headless::Operation::UpdateParamUI, k, 513);
+        host.failAt(headless::Operation::kUpdateParamUI, k, 513);
         const Indices told = update(513);
         host.failures().clear();
         EXPECT_EQ(told.size(), static_cast<std::size_t>(k));

@@ -80,7 +80,7 @@ TEST_F(PreRenderCommand, GrowsByTheReachUnlessEdgesAreRepeated) {
 }
 
 TEST_F(PreRenderCommand, AnswersThoughSomethingFails) {
-    host.failAt(headless::Operation::CheckoutLayer, 1, 513);
+    host.failAt(headless::Operation::kCheckoutLayer, 1, 513);
     EXPECT_EQ(effect.renderFrame(request).status, 513);
     EXPECT_EQ(sides(answered.result_rect), (Rect{0, 0, 0, 0}));
     EXPECT_NE(answered.pre_render_data, nullptr);

@@ -86,7 +86,8 @@ TEST_F(SmartRenderCommand, EndsEarlyWithoutSamplingOrWorlds) {
         EXPECT_TRUE(argumentsOf(calls, "checkout_layer_pixels").empty());
         expectRecordLeft();
     }
-    for (const Operation operation : {Operation::CheckoutLayerPixels, Operation::CheckoutOutput}) {
+    for (const Operation operation :
+         {Operation::kCheckoutLayerPixels, Operation::kCheckoutOutput}) {
         host.failAt(operation, 1, 513);
         expectFailure(513);
         expectRecordLeft();
@@ -103,10 +104,10 @@ TEST_F(SmartRenderCommand, EndsWithTheFirstCode) {
     setDepth();
     host.failures().failSuite(kPFWorldSuite, 1, 515);
     expectFailure(515);
-    host.failAt(Operation::GetPixelFormat, 1, 514);
+    host.failAt(Operation::kGetPixelFormat, 1, 514);
     expectFailure(514);
     effect.parameters().setLayer(effect.parameters().find("Depth Map/Layer"), nullptr);
-    host.failAt(Operation::Copy, 1, 512);
+    host.failAt(Operation::kCopy, 1, 512);
     expectFailure(512);
 }
 

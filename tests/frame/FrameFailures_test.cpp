@@ -71,19 +71,19 @@ TEST(FrameFailures, CancelAtEachProgressReport) {
     BlurEffect blur;
     for (int k = 1; k <= 3; ++k) {
         blur.host.failures().clear();
-        blur.host.failAt(headless::Operation::Progress, k, PF_Interrupt_CANCEL);
+        blur.host.failAt(headless::Operation::kProgress, k, PF_Interrupt_CANCEL);
         const auto result = blur.render(smallFrame());
         EXPECT_EQ(result.status, PF_Interrupt_CANCEL);
         EXPECT_EQ(result.outputUntouched, k == 1);
         EXPECT_TRUE(result.message.empty());
-        EXPECT_EQ(blur.host.failures().count(headless::Operation::Progress), k);
+        EXPECT_EQ(blur.host.failures().count(headless::Operation::kProgress), k);
         expectAllGivenBack(blur);
     }
 }
 
 TEST(FrameFailures, SamplingFailsWhileKernelsAreBuilt) {
     BlurEffect blur;
-    blur.host.failAt(headless::Operation::AreaSample, 100, PF_Err_INVALID_CALLBACK);
+    blur.host.failAt(headless::Operation::kAreaSample, 100, PF_Err_INVALID_CALLBACK);
     EXPECT_EQ(blur.render(smallFrame()).status, PF_Err_INVALID_CALLBACK);
     // The contexts of pre-render and render take the first two acquisitions; the kernels' own comes
     // third, on a worker thread, and the code crosses the host as an exception.

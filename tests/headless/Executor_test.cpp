@@ -84,14 +84,14 @@ TEST_P(ExecutorTest, AnIntegerThrownByAnItemArrivesOnTheCallingThreadAndNothingE
 }
 
 std::vector<ExecutorKind> kindsOfThisBuild() {
-    std::vector<ExecutorKind> kinds{ExecutorKind::Threads};
-    if (hasExecutor(ExecutorKind::Tbb)) kinds.push_back(ExecutorKind::Tbb);
+    std::vector<ExecutorKind> kinds{ExecutorKind::kThreads};
+    if (hasExecutor(ExecutorKind::kTbb)) kinds.push_back(ExecutorKind::kTbb);
     return kinds;
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ExecutorTest, testing::ValuesIn(kindsOfThisBuild()),
                          [](const auto& kind) {
-                             return kind.param == ExecutorKind::Tbb ? "Tbb" : "Threads";
+                             return kind.param == ExecutorKind::kTbb ? "Tbb" : "Threads";
                          });
 
 }  // namespace

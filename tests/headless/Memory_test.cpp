@@ -15,7 +15,7 @@ class Memory : public testing::Test {
 protected:
     std::size_t faults() { return host.accounts().faults.size(); }
 
-    Host host{{1, ExecutorKind::Threads, kNoMemoryLimit}};
+    Host host{{1, ExecutorKind::kThreads, kNoMemoryLimit}};
     PF_InData in = host.makeInData();
     PF_UtilCallbacks& utils = *in.utils;
 };

@@ -38,7 +38,7 @@ TEST_F(EffectWorld, ReadsAnUnknownFormatThroughTheFloatSuite) {
     headless::World source(1, 1, kF32);
     source.set(0, 0, {1.0f, 9.0f, 0.0f, 0.0f});
     AEO::EffectWorld world(*context, source.record());
-    host.failAt(headless::Operation::GetPixelFormat, 1, 512);
+    host.failAt(headless::Operation::kGetPixelFormat, 1, 512);
     EXPECT_EQ(world.checkFormat(), 512);
     EXPECT_EQ(world.format, kUnknown);
     EXPECT_EQ(world.subpixel_sample(0.0, 0.0).red, 9.0f);
@@ -84,7 +84,7 @@ TEST_F(EffectWorld, NewOwnsItsPixelsAndDisposesOnce) {
                     AEO::NewEffectWorld world(*context, 5, 3, kF32);
                     EXPECT_EQ(world.allocate(2, 2, kU8), PF_Err_NONE);
                     EXPECT_EQ(world.bytesPerPixel, 4);
-                    host.failAt(headless::Operation::DisposeWorld, 1, PF_Interrupt_CANCEL);
+                    host.failAt(headless::Operation::kDisposeWorld, 1, PF_Interrupt_CANCEL);
                     EXPECT_EQ(world.dispose(), PF_Interrupt_CANCEL);
                     EXPECT_EQ(world.world.data, nullptr);
                 }),  // and may go with a cancel in it

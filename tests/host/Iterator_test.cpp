@@ -61,7 +61,7 @@ TEST_F(Iterator, OrsTheThreadCountsErrorIntoTheCallers) {
     EXPECT_EQ(AEO::Iterator::GetNumThreads(*in_data.pica_basicP, err), 2);
     EXPECT_EQ(err, 0);
     err |= 4;
-    host.failAt(headless::Operation::GetNumThreads, 1, 513);
+    host.failAt(headless::Operation::kGetNumThreads, 1, 513);
     AEO::Iterator::GetNumThreads(*in_data.pica_basicP, err);
     EXPECT_EQ(err, 4 | 513);
 }

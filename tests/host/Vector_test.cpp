@@ -48,9 +48,9 @@ TEST_F(Vector, StaysAsItWasWhenMemoryIsShort) {
     AEO::Vector<double> vector(*context);
     vector.resize(2);
     double* const data = vector.data();
-    host.failAt(headless::Operation::NewHandle, 1);
+    host.failAt(headless::Operation::kNewHandle, 1);
     EXPECT_THAT(callsOf([&] { vector.resize(10); }), ElementsAre("host_new_handle 88"));
-    host.failAt(headless::Operation::LockHandle, 1);
+    host.failAt(headless::Operation::kLockHandle, 1);
     vector.resize(10);
     EXPECT_THAT(callsOf([&] { vector.resize(SIZE_MAX / sizeof(double)); }), IsEmpty())
         << "the byte count doesn't fit";

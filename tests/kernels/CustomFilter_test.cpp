@@ -158,7 +158,7 @@ TEST_F(CustomFilterTest, ReportsTheStatusOfTheLastLane) {
     Filter<2> bank(frame.hostData, 64);
     auto builder = sample<PF_Pixel>(picture, bank);
     for (const int call : {1, 2}) {
-        host.failAt(headless::Operation::AreaSample, call, 512);
+        host.failAt(headless::Operation::kAreaSample, call, 512);
         EXPECT_EQ(builder.iterate(0, 0, kArea), call == 2 ? 512 : 0);
     }
 }

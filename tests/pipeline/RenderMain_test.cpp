@@ -86,13 +86,13 @@ TEST(RenderMain, FailureOfAnyHostCallEndsTheFrameCleanly) {
     using headless::Operation;
     RenderCase frame;
     ASSERT_EQ(frame.render<3>(), PF_Err_NONE);
-    for (const Operation operation : {Operation::NewHandle, Operation::NewWorld,
-                                      Operation::IterateGeneric, Operation::GetNumThreads}) {
+    for (const Operation operation : {Operation::kNewHandle, Operation::kNewWorld,
+                                      Operation::kIterateGeneric, Operation::kGetNumThreads}) {
         frame.host.failures().clear();
         ASSERT_EQ(frame.render<3>(), PF_Err_NONE);
         const std::int64_t calls = frame.host.failures().count(operation);
         ASSERT_GT(calls, 0);
-        const bool memory = operation == Operation::NewHandle;
+        const bool memory = operation == Operation::kNewHandle;
         const int code = memory ? PF_Err_OUT_OF_MEMORY : PF_Err_INTERNAL_STRUCT_DAMAGED;
         for (std::int64_t k = 1; k <= calls; ++k) {
             const int drawn = frame.host.info().draws;

@@ -18,11 +18,11 @@ namespace test {
 // A folder of its own for each test, removed afterwards.
 class FolderTest : public ::testing::Test {
 protected:
-    std::string path(const std::string& name) const { return (m_folder.path / name).string(); }
+    std::string path(const std::string& name) const { return (folder_.path / name).string(); }
     // The names in the folder, hidden ones too.
     std::vector<std::string> names() const {
         std::vector<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(m_folder.path)) {
+        for (const auto& entry : std::filesystem::directory_iterator(folder_.path)) {
             found.push_back(entry.path().filename().string());
         }
         std::sort(found.begin(), found.end());
@@ -30,7 +30,7 @@ protected:
     }
 
 private:
-    TestFolder m_folder;
+    TestFolder folder_;
 };
 
 inline void writeText(const std::string& path, const std::string& text) {

@@ -108,8 +108,8 @@ TEST_F(FFT2DTest, StopsAtTheFirstFailureOfItsThreeIterations) {
     auto block = noisyElements<ET::vecT<double, 1>>(kElements);
     for (const int k : {1, 2, 3, 4}) {
         host.failures().clear();
-        host.failAt(headless::Operation::IterateGeneric, k, PF_Interrupt_CANCEL);
+        host.failAt(headless::Operation::kIterateGeneric, k, PF_Interrupt_CANCEL);
         EXPECT_EQ(transform(block, true), k < 4 ? PF_Interrupt_CANCEL : 0);
-        EXPECT_EQ(host.failures().count(headless::Operation::IterateGeneric), std::min(k, 3));
+        EXPECT_EQ(host.failures().count(headless::Operation::kIterateGeneric), std::min(k, 3));
     }
 }
