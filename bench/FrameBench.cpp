@@ -34,7 +34,7 @@ void render(benchmark::State& state, BenchFrame& frame, PF_PixelFormat format) {
     StageFixture& fixture = frame.fixture;
     frame.host.resetPeak();
     for (auto _ : state) {
-        const int err = RenderMainT<N>(&fixture.inData, fixture.hostData, frame.input.layer(),
+        const int err = RenderMainT<N>(&fixture.in_data, fixture.context, frame.input.layer(),
                                        frame.output.layer(), fixture.info, format);
         if (err) state.SkipWithError("the render failed");
     }
@@ -78,29 +78,29 @@ void timed(double& seconds, Part&& part) {
 
 template <std::size_t N>
 int runParts(BenchFrame& frame, PF_PixelFormat format, Parts& parts) {
-    PF_InData& inData = frame.fixture.inData;
-    AEO::InData& hostData = frame.fixture.hostData;
+    PF_InData& in_data = frame.fixture.in_data;
+    AEO::InData& context = frame.fixture.context;
     const RenderInfo& info = frame.fixture.info;
     const std::size_t size = Filter<N>::GetFilterSize(info.radius);
-    Filter<N> filter(hostData, size);
-    AEO::Vector<typename BlockLayout<N>::Element> block(hostData);
+    Filter<N> filter(context, size);
+    AEO::Vector<typename BlockLayout<N>::Element> block(context);
     block.resize(2 * size * size);
-    FFTWeights weights(hostData, static_cast<std::size_t>(frame.host.threads()), size);
+    FFTWeights weights(context, static_cast<std::size_t>(frame.host.threads()), size);
     const PF_WorldSuite2* worlds = info.suites->PFWorldSuite2();
     timed(parts.kernels,
-          [&] { return KernelBuild<N>(&inData, hostData, info, worlds, filter).run(); });
+          [&] { return KernelBuild<N>(&in_data, context, info, worlds, filter).run(); });
     timed(parts.bankTransform, [&] {
         using Element = typename BlockLayout<N>::KernelElement;
-        return FFT2D<Element>(weights, filter.data(), size).doFFT2D(hostData, false);
+        return FFT2D<Element>(weights, filter.data(), size).doFFT2D(context, false);
     });
 
-    BlockStages<N> stages(hostData, info, *frame.input.layer(), *frame.output.layer(), format,
+    BlockStages<N> stages(context, info, *frame.input.layer(), *frame.output.layer(), format,
                           filter, weights, block);
     const BlockGeometry geometry(size, info.radius, kWidth, kHeight);
     for (int b = 0; b < geometry.count(); ++b) {
         const iRect tile = geometry.tile(b);
         const iRect rect = geometry.block(tile);
-        BlockDepth map(hostData);
+        BlockDepth map(context);
         timed(parts.depth, [&] { return stages.analyse(rect, map); });
         timed(parts.store, [&] { return stages.store(rect, map); });
         timed(parts.forward, [&] { return stages.forward(); });

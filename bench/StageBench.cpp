@@ -30,10 +30,10 @@ template <std::size_t N>
 struct BenchBlock {
     explicit BenchBlock(PF_PixelFormat format)
         : frame(kSide, kSide, format, kRadius, 1),
-          filter(frame.fixture.hostData, kSize),
-          block(frame.fixture.hostData),
-          depth(frame.fixture.hostData),
-          edge(frame.fixture.hostData) {
+          filter(frame.fixture.context, kSize),
+          block(frame.fixture.context),
+          depth(frame.fixture.context),
+          edge(frame.fixture.context) {
         block.resize(2 * kSize * kSize);
         depth.resize(kSize * kSize);
         for (std::size_t i = 0; i < depth.size(); ++i) depth[i] = static_cast<float>(i % 97) / 96;
@@ -49,7 +49,7 @@ struct BenchBlock {
     template <class Stage>
     void run(benchmark::State& state, Stage stage) {
         for (auto _ : state) {
-            AEO::Iterator::IterationT(frame.fixture.hostData, stage, kArea);
+            AEO::Iterator::IterationT(frame.fixture.context, stage, kArea);
             benchmark::ClobberMemory();
         }
         using benchmark::Counter;
@@ -90,10 +90,10 @@ void multiply(benchmark::State& state) {
 template <std::size_t N>
 void kernels(benchmark::State& state) {
     BenchFrame frame(kSide, kSide, PF_PixelFormat_ARGB128, kRadius, 1);
-    AEGP_SuiteHandler suites(frame.fixture.inData.pica_basicP);
-    Filter<N> filter(frame.fixture.hostData, kSize);
+    AEGP_SuiteHandler suites(frame.fixture.in_data.pica_basicP);
+    Filter<N> filter(frame.fixture.context, kSize);
     for (auto _ : state) {
-        KernelBuild<N>(&frame.fixture.inData, frame.fixture.hostData, frame.fixture.info,
+        KernelBuild<N>(&frame.fixture.in_data, frame.fixture.context, frame.fixture.info,
                        suites.PFWorldSuite2(), filter)
             .run();
     }
@@ -101,10 +101,10 @@ void kernels(benchmark::State& state) {
 
 void shape(benchmark::State& state) {
     BenchFrame frame(kSide, kSide, PF_PixelFormat_ARGB128, kRadius, 1);
-    AEO::NewEffectWorld image(frame.fixture.hostData, kSide, kSide, AEO::PixelFormat::kF32);
-    GenFilter generator(frame.fixture.hostData, &frame.fixture.inData, frame.fixture.info, image);
+    AEO::NewEffectWorld image(frame.fixture.context, kSide, kSide, AEO::PixelFormat::kF32);
+    GenFilter generator(frame.fixture.context, &frame.fixture.in_data, frame.fixture.info, image);
     for (auto _ : state) {
-        AEO::Iterator::IterationT(frame.fixture.hostData, generator, kArea);
+        AEO::Iterator::IterationT(frame.fixture.context, generator, kArea);
     }
 }
 

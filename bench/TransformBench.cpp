@@ -48,8 +48,8 @@ private:
     }
 
     headless::Host host_{options()};
-    PF_InData inData_ = host_.makeInData();
-    AEO::InData context_{&inData_};
+    PF_InData in_data_ = host_.makeInData();
+    AEO::InData context_{&in_data_};
 };
 
 // A block in host memory, as the effect has it, or its first rows.

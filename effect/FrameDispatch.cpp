@@ -18,26 +18,26 @@ std::int32_t layersOf(const RenderInfo& info) {
 // Runs the pipeline's instance for `layers`, and the one without depth for any other number.
 template <std::size_t... N>
 int runPipeline(std::index_sequence<N...>, std::int32_t layers, PF_InData* in_data,
-                AEO::InData& hostData, const RenderInfo& info, const int& format) {
+                AEO::InData& context, const RenderInfo& info, const int& format) {
     int err = PF_Err_NONE;
     const auto runIf = [&]<std::size_t Layers>() {
         if (layers != static_cast<std::int32_t>(Layers)) return false;
-        err = RenderMainT<Layers>(in_data, hostData, info.input, info.output, info, format);
+        err = RenderMainT<Layers>(in_data, context, info.input, info.output, info, format);
         return true;
     };
     if ((runIf.template operator()<N>() || ...)) return err;
-    return RenderMainT<1>(in_data, hostData, info.input, info.output, info, format);
+    return RenderMainT<1>(in_data, context, info.input, info.output, info, format);
 }
 
 }  // namespace
 
-int renderFrame(PF_InData* in_data, PF_OutData* out_data, AEO::InData& hostData, RenderInfo& info,
+int renderFrame(PF_InData* in_data, PF_OutData* out_data, AEO::InData& context, RenderInfo& info,
                 const int& format) {
     const std::int32_t layers = layersOf(info);
     if (layers >= 2 && info.useFocusPoint != 0.0) {
         info.focalDistance = forcusPointToDistance(info, info.depthWorld);
     }
-    const int err = runPipeline(BuiltLayerCounts{}, layers, in_data, hostData, info, format);
+    const int err = runPipeline(BuiltLayerCounts{}, layers, in_data, context, info, format);
     if (err == PF_Err_OUT_OF_MEMORY) {
         in_data->utils->ansi.sprintf(out_data->return_msg, "%s", kMemoryMessage);
     }

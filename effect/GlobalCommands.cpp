@@ -30,7 +30,7 @@ PF_Err GlobalSetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef*[], PF_
     out_data->out_flags = identity::kOutFlags;
     out_data->out_flags2 = identity::kOutFlags2;
 
-    AEO::InData hostData(in_data);
+    AEO::InData context(in_data);
     const GlobalData data(in_data);
     const GlobalData* kept = handle_block::create(*in_data->utils, data);
     if (kept == nullptr) return PF_Err_OUT_OF_MEMORY;
@@ -40,7 +40,7 @@ PF_Err GlobalSetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef*[], PF_
 
 PF_Err GlobalSetdown(PF_InData* in_data) {
     if (in_data->global_data == nullptr) return PF_Err_NONE;
-    AEO::InData hostData(in_data);
+    AEO::InData context(in_data);
     void* locked = in_data->utils->host_lock_handle(in_data->global_data);
     handle_block::destroy(*in_data->utils, handle_block::object<GlobalData>(locked));
     return PF_Err_NONE;

@@ -17,7 +17,7 @@ Control disabledIf(bool condition) {
 class ControlPanel {
 public:
     ControlPanel(PF_InData& in_data, PF_ParamDef* params[])
-        : in_(in_data), params_(params), suites_(in_data.pica_basicP) {}
+        : in_data_(in_data), params_(params), suites_(in_data.pica_basicP) {}
 
     void set(std::initializer_list<ParameterIndex> indices, Control state) {
         for (const ParameterIndex index : indices) {
@@ -37,10 +37,10 @@ private:
         } else {
             def->ui_flags &= ~PF_PUI_DISABLED;
         }
-        return suites_.PFParamUtilsSuite3()->PF_UpdateParamUI(in_.effect_ref, index, def);
+        return suites_.PFParamUtilsSuite3()->PF_UpdateParamUI(in_data_.effect_ref, index, def);
     }
 
-    PF_InData& in_;
+    PF_InData& in_data_;
     PF_ParamDef** params_;
     AEGP_SuiteHandler suites_;
     PF_Err err_ = PF_Err_NONE;

@@ -33,7 +33,7 @@ constexpr PF_Fixed fixed(double value) {
 // a control: it never changes, and ids that are not in use are never used again.
 class ParameterList {
 public:
-    explicit ParameterList(PF_InData& in_data) : in_(in_data) {}
+    explicit ParameterList(PF_InData& in_data) : in_data_(in_data) {}
 
     // The bitwise OR of the host's answers so far.
     PF_Err result() const { return results_; }
@@ -120,16 +120,16 @@ private:
         def.uu.id = id;
         def.param_type = type;
         def.flags = flags;
-        if (label != nullptr) in_.utils->ansi.strcpy(def.name, label);
+        if (label != nullptr) in_data_.utils->ansi.strcpy(def.name, label);
         return def;
     }
 
     void add(PF_ParamDef& def) {
         constexpr PF_ParamIndex kAppend = -1;
-        results_ |= in_.inter.add_param(in_.effect_ref, kAppend, &def);
+        results_ |= in_data_.inter.add_param(in_data_.effect_ref, kAppend, &def);
     }
 
-    PF_InData& in_;
+    PF_InData& in_data_;
     PF_Err results_ = PF_Err_NONE;
 };
 

@@ -79,7 +79,7 @@ PreRenderData frameGeometry(const PF_CheckoutResult& layer, const Spread& spread
 
 PF_Err PreRender(PF_InData* in_data, PF_OutData*, PF_PreRenderExtra* extra) {
     int err = PF_Err_NONE;
-    AEO::InData hostData(in_data);
+    AEO::InData context(in_data);
     const Spread spread = readSpread(in_data, err);
 
     // Without a check-out the layer counts as empty.

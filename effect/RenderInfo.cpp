@@ -22,18 +22,18 @@ double truncatedRatio(const PF_RationalScale& ratio) {
 // Reads parameters at the command's time; keeps the first error of all reads.
 class ParameterReader {
 public:
-    explicit ParameterReader(PF_InData* in_data) : in_(in_data) {}
+    explicit ParameterReader(PF_InData* in_data) : in_data_(in_data) {}
 
-    double fixed(int index) { return AEO::Parameter::Fixed(in_, index, err_); }
-    double angle(int index) { return AEO::Parameter::Angle(in_, index, err_); }
-    std::int32_t slider(int index) { return AEO::Parameter::Slider(in_, index, err_); }
-    std::int32_t popup(int index) { return AEO::Parameter::Popup(in_, index, err_); }
-    bool checkBox(int index) { return AEO::Parameter::CheckBox(in_, index, err_) != 0; }
-    AEO::PointValue point(int index) { return AEO::Parameter::Point(in_, index, err_); }
+    double fixed(int index) { return AEO::Parameter::Fixed(in_data_, index, err_); }
+    double angle(int index) { return AEO::Parameter::Angle(in_data_, index, err_); }
+    std::int32_t slider(int index) { return AEO::Parameter::Slider(in_data_, index, err_); }
+    std::int32_t popup(int index) { return AEO::Parameter::Popup(in_data_, index, err_); }
+    bool checkBox(int index) { return AEO::Parameter::CheckBox(in_data_, index, err_) != 0; }
+    AEO::PointValue point(int index) { return AEO::Parameter::Point(in_data_, index, err_); }
     int error() const { return err_; }
 
 private:
-    PF_InData* in_;
+    PF_InData* in_data_;
     int err_ = PF_Err_NONE;
 };
 
@@ -77,7 +77,7 @@ void readDepthCurves(ParameterReader& read, RenderInfo& info) {
 // The host sees the order of the reads.
 int RenderInfo::extractParameters(PF_InData* in_data) {
     ParameterReader read(in_data);
-    inData = in_data;
+    in_data = in_data;
     radius = renderRadius(read, *in_data);
     readAperture(read, *this);
 

@@ -28,9 +28,9 @@ inline constexpr std::int32_t kChannelAverage = 5;
 // stages. The constructor sets the depth layer alone; every other field is written before it is
 // read. Pointers are not owned.
 struct RenderInfo {
-    // `depth` is the record of the depth layer, zero for none; `hostData` has to outlive this.
-    RenderInfo(AEO::InData& hostData, const PF_LayerDef& depth)
-        : depthLayer(depth), depthWorld(hostData, depthLayer) {}
+    // `depth` is the record of the depth layer, zero for none; `context` has to outlive this.
+    RenderInfo(AEO::InData& context, const PF_LayerDef& depth)
+        : depthLayer(depth), depthWorld(context, depthLayer) {}
     RenderInfo(const RenderInfo&) = delete;
     RenderInfo& operator=(const RenderInfo&) = delete;
 

@@ -19,19 +19,19 @@ void dropOffered(PF_InData& in_data, PF_OutData& out_data) {
 }  // namespace
 
 PF_Err SequenceSetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef*[], PF_LayerDef*) {
-    AEO::InData hostData(in_data);
+    AEO::InData context(in_data);
     dropOffered(*in_data, *out_data);
     return PF_Err_NONE;
 }
 
 PF_Err SequenceResetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef*[], PF_LayerDef*) {
-    AEO::InData hostData(in_data);
+    AEO::InData context(in_data);
     dropOffered(*in_data, *out_data);
     return PF_Err_NONE;
 }
 
 PF_Err SequenceFlatten(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef*[], PF_LayerDef*) {
-    AEO::InData hostData(in_data);
+    AEO::InData context(in_data);
     if (in_data->sequence_data == nullptr) {
         dropOffered(*in_data, *out_data);
         return PF_Err_NONE;
@@ -44,7 +44,7 @@ PF_Err SequenceFlatten(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef*[],
 }
 
 PF_Err SequenceSetdown(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef*[], PF_LayerDef*) {
-    AEO::InData hostData(in_data);
+    AEO::InData context(in_data);
     disposeOffered(*in_data, *out_data);
     return PF_Err_NONE;
 }

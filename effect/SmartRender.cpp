@@ -51,14 +51,14 @@ private:
 struct Frame {
     PF_InData* in_data;
     PF_OutData* out_data;
-    AEO::InData& hostData;
+    AEO::InData& context;
     const FrameWorlds& worlds;
     const PreRenderData* record;
 };
 
-bool haveSampling(const AEO::InData& hostData) {
-    return hostData.sampling8.suite != nullptr && hostData.sampling16.suite != nullptr &&
-           hostData.samplingFloat.suite != nullptr;
+bool haveSampling(const AEO::InData& context) {
+    return context.sampling8.suite != nullptr && context.sampling16.suite != nullptr &&
+           context.samplingFloat.suite != nullptr;
 }
 
 void keepFirst(int& err, int next) {
@@ -95,7 +95,7 @@ int renderOrCopy(const Frame& frame, RenderInfo& info, PF_PixelFormat format) {
 
     // The parameter itself, since `radius` is never 0.
     if (AEO::Parameter::Fixed(frame.in_data, kBlurRadius, err) != 0.0) {
-        return renderFrame(frame.in_data, frame.out_data, frame.hostData, info, format);
+        return renderFrame(frame.in_data, frame.out_data, frame.context, info, format);
     }
     if (err != PF_Err_NONE) return err;
     return frame.in_data->utils->copy(frame.in_data->effect_ref, info.input, info.output, nullptr,
@@ -109,8 +109,8 @@ int renderWorlds(const Frame& frame) {
     const PF_PixelFormat format = readFormat(worldSuite, frame.worlds.output, err);
 
     // The layer's pixels stay checked out until the frame is done.
-    AEO::Parameter depth(frame.hostData, kDepthLayer);
-    RenderInfo info(frame.hostData, *depth.layer());
+    AEO::Parameter depth(frame.context, kDepthLayer);
+    RenderInfo info(frame.context, *depth.layer());
     keepFirst(err, depth._err);
     if (err != PF_Err_NONE) return err;
     return renderOrCopy(frame, info, format);
@@ -119,15 +119,15 @@ int renderWorlds(const Frame& frame) {
 }  // namespace
 
 PF_Err SmartRender(PF_InData* in_data, PF_OutData* out_data, PF_SmartRenderExtra* extra) {
-    AEO::InData hostData(in_data);
-    if (!haveSampling(hostData)) return hostData.samplingFloat.err;
+    AEO::InData context(in_data);
+    if (!haveSampling(context)) return context.samplingFloat.err;
 
     FrameWorlds worlds;
     const int err = checkoutWorlds(*in_data, *extra->cb, worlds);
     if (err != PF_Err_NONE || !worlds.complete()) return err;
 
     const RecordHolder record(*in_data, extra->input->pre_render_data);
-    return renderWorlds({in_data, out_data, hostData, worlds, record.get()});
+    return renderWorlds({in_data, out_data, context, worlds, record.get()});
 }
 
 PF_Err Render(PF_InData* in_data, PF_OutData*, PF_ParamDef*[], PF_LayerDef*) {

@@ -4,11 +4,11 @@
 
 namespace AEO {
 
-InData::InData(PF_InData* hostData)
-    : in_data(hostData),
-      sampling8(hostData->pica_basicP),
-      sampling16(hostData->pica_basicP),
-      samplingFloat(hostData->pica_basicP) {
+InData::InData(PF_InData* hostRecord)
+    : in_data(hostRecord),
+      sampling8(hostRecord->pica_basicP),
+      sampling16(hostRecord->pica_basicP),
+      samplingFloat(hostRecord->pica_basicP) {
     sampling8.acquire();
     sampling16.acquire();
     samplingFloat.acquire();

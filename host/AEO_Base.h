@@ -18,7 +18,7 @@ struct InData {
     SuiteHolder<PF_Sampling16Suite1> sampling16;
     SuiteHolder<PF_SamplingFloatSuite1> samplingFloat;
 
-    explicit InData(PF_InData* hostData);
+    explicit InData(PF_InData* hostRecord);
     InData(const InData&) = delete;
     InData& operator=(const InData&) = delete;
 };
@@ -42,7 +42,7 @@ protected:
     };
 
     explicit ObjectBase(InData& context) : inData(&context) {}
-    explicit ObjectBase(PF_InData* context) : in_data(context) {}
+    explicit ObjectBase(PF_InData* hostRecord) : in_data(hostRecord) {}
 
     // Keeps `result` if it is the first error. Not synchronised: worker threads may call this, but
     // nothing is stored as long as all goes well, and of several errors any one will do.

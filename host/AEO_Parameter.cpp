@@ -9,15 +9,15 @@ namespace {
 
 constexpr PF_ParamType kNotHeld = -1;
 
-A_Time commandTime(const PF_InData* hostData) {
-    return {hostData->current_time, hostData->time_scale};
+A_Time commandTime(const PF_InData* in_data) {
+    return {in_data->current_time, in_data->time_scale};
 }
 
 // Reads one value of parameter `index` at `time` through the accessor and moves a first error on.
 template <typename Value>
-Value readOnce(PF_InData* hostData, int index, const A_Time& time, int& err,
+Value readOnce(PF_InData* in_data, int index, const A_Time& time, int& err,
                Value (Parameter::*accessor)(const A_Time&)) {
-    Parameter parameter(hostData, index);
+    Parameter parameter(in_data, index);
     const Value value = (parameter.*accessor)(time);
     if (err == PF_Err_NONE) {
         err = parameter._err;
@@ -28,11 +28,11 @@ Value readOnce(PF_InData* hostData, int index, const A_Time& time, int& err,
 
 }  // namespace
 
-Parameter::Parameter(PF_InData* hostData, int index) : ObjectBase(hostData), index_(index) {
+Parameter::Parameter(PF_InData* hostRecord, int index) : ObjectBase(hostRecord), index_(index) {
     def_.param_type = kNotHeld;
 }
 
-Parameter::Parameter(InData& data, int index) : Parameter(data.in_data, index) {}
+Parameter::Parameter(InData& context, int index) : Parameter(context.in_data, index) {}
 
 Parameter::~Parameter() {
     _checkin_param();
@@ -140,68 +140,68 @@ double Parameter::floatSlider() {
     return floatSlider(commandTime(in_data));
 }
 
-int Parameter::Slider(PF_InData* hostData, int index, const A_Time& time, int& err) {
-    return readOnce(hostData, index, time, err, &Parameter::slider);
+int Parameter::Slider(PF_InData* in_data, int index, const A_Time& time, int& err) {
+    return readOnce(in_data, index, time, err, &Parameter::slider);
 }
 
-double Parameter::Fixed(PF_InData* hostData, int index, const A_Time& time, int& err) {
-    return readOnce(hostData, index, time, err, &Parameter::fixed);
+double Parameter::Fixed(PF_InData* in_data, int index, const A_Time& time, int& err) {
+    return readOnce(in_data, index, time, err, &Parameter::fixed);
 }
 
-double Parameter::Angle(PF_InData* hostData, int index, const A_Time& time, int& err) {
-    return readOnce(hostData, index, time, err, &Parameter::angle);
+double Parameter::Angle(PF_InData* in_data, int index, const A_Time& time, int& err) {
+    return readOnce(in_data, index, time, err, &Parameter::angle);
 }
 
-unsigned char Parameter::CheckBox(PF_InData* hostData, int index, const A_Time& time, int& err) {
-    return readOnce(hostData, index, time, err, &Parameter::checkBox);
+unsigned char Parameter::CheckBox(PF_InData* in_data, int index, const A_Time& time, int& err) {
+    return readOnce(in_data, index, time, err, &Parameter::checkBox);
 }
 
-PF_Pixel Parameter::Color(PF_InData* hostData, int index, const A_Time& time, int& err) {
-    return readOnce(hostData, index, time, err, &Parameter::color);
+PF_Pixel Parameter::Color(PF_InData* in_data, int index, const A_Time& time, int& err) {
+    return readOnce(in_data, index, time, err, &Parameter::color);
 }
 
-PointValue Parameter::Point(PF_InData* hostData, int index, const A_Time& time, int& err) {
-    return readOnce(hostData, index, time, err, &Parameter::point);
+PointValue Parameter::Point(PF_InData* in_data, int index, const A_Time& time, int& err) {
+    return readOnce(in_data, index, time, err, &Parameter::point);
 }
 
-int Parameter::Popup(PF_InData* hostData, int index, const A_Time& time, int& err) {
-    return readOnce(hostData, index, time, err, &Parameter::popup);
+int Parameter::Popup(PF_InData* in_data, int index, const A_Time& time, int& err) {
+    return readOnce(in_data, index, time, err, &Parameter::popup);
 }
 
-double Parameter::Float(PF_InData* hostData, int index, const A_Time& time, int& err) {
-    return readOnce(hostData, index, time, err, &Parameter::floatSlider);
+double Parameter::Float(PF_InData* in_data, int index, const A_Time& time, int& err) {
+    return readOnce(in_data, index, time, err, &Parameter::floatSlider);
 }
 
-int Parameter::Slider(PF_InData* hostData, int index, int& err) {
-    return Slider(hostData, index, commandTime(hostData), err);
+int Parameter::Slider(PF_InData* in_data, int index, int& err) {
+    return Slider(in_data, index, commandTime(in_data), err);
 }
 
-double Parameter::Fixed(PF_InData* hostData, int index, int& err) {
-    return Fixed(hostData, index, commandTime(hostData), err);
+double Parameter::Fixed(PF_InData* in_data, int index, int& err) {
+    return Fixed(in_data, index, commandTime(in_data), err);
 }
 
-double Parameter::Angle(PF_InData* hostData, int index, int& err) {
-    return Angle(hostData, index, commandTime(hostData), err);
+double Parameter::Angle(PF_InData* in_data, int index, int& err) {
+    return Angle(in_data, index, commandTime(in_data), err);
 }
 
-unsigned char Parameter::CheckBox(PF_InData* hostData, int index, int& err) {
-    return CheckBox(hostData, index, commandTime(hostData), err);
+unsigned char Parameter::CheckBox(PF_InData* in_data, int index, int& err) {
+    return CheckBox(in_data, index, commandTime(in_data), err);
 }
 
-PF_Pixel Parameter::Color(PF_InData* hostData, int index, int& err) {
-    return Color(hostData, index, commandTime(hostData), err);
+PF_Pixel Parameter::Color(PF_InData* in_data, int index, int& err) {
+    return Color(in_data, index, commandTime(in_data), err);
 }
 
-PointValue Parameter::Point(PF_InData* hostData, int index, int& err) {
-    return Point(hostData, index, commandTime(hostData), err);
+PointValue Parameter::Point(PF_InData* in_data, int index, int& err) {
+    return Point(in_data, index, commandTime(in_data), err);
 }
 
-int Parameter::Popup(PF_InData* hostData, int index, int& err) {
-    return Popup(hostData, index, commandTime(hostData), err);
+int Parameter::Popup(PF_InData* in_data, int index, int& err) {
+    return Popup(in_data, index, commandTime(in_data), err);
 }
 
-double Parameter::Float(PF_InData* hostData, int index, int& err) {
-    return Float(hostData, index, commandTime(hostData), err);
+double Parameter::Float(PF_InData* in_data, int index, int& err) {
+    return Float(in_data, index, commandTime(in_data), err);
 }
 
 }  // namespace AEO

@@ -37,8 +37,8 @@ public:
     };
 
     // Names parameter `index`, without a call to the host.
-    Parameter(PF_InData* hostData, int index);
-    Parameter(InData& data, int index);
+    Parameter(PF_InData* hostRecord, int index);
+    Parameter(InData& context, int index);
     ~Parameter() override;
 
     // Gives the parameter back, but the object goes on counting as held, and its destructor checks
@@ -79,22 +79,22 @@ public:
     // Read one value of parameter `index` and check it in again. The first error of several reads
     // stays in `err`: it takes a new one only while it is 0. If it holds one already, a failing
     // read ends in the destructor's assertion.
-    static int Slider(PF_InData* hostData, int index, int& err);
-    static int Slider(PF_InData* hostData, int index, const A_Time& time, int& err);
-    static double Fixed(PF_InData* hostData, int index, int& err);
-    static double Fixed(PF_InData* hostData, int index, const A_Time& time, int& err);
-    static double Angle(PF_InData* hostData, int index, int& err);
-    static double Angle(PF_InData* hostData, int index, const A_Time& time, int& err);
-    static unsigned char CheckBox(PF_InData* hostData, int index, int& err);
-    static unsigned char CheckBox(PF_InData* hostData, int index, const A_Time& time, int& err);
-    static PF_Pixel Color(PF_InData* hostData, int index, int& err);
-    static PF_Pixel Color(PF_InData* hostData, int index, const A_Time& time, int& err);
-    static PointValue Point(PF_InData* hostData, int index, int& err);
-    static PointValue Point(PF_InData* hostData, int index, const A_Time& time, int& err);
-    static int Popup(PF_InData* hostData, int index, int& err);
-    static int Popup(PF_InData* hostData, int index, const A_Time& time, int& err);
-    static double Float(PF_InData* hostData, int index, int& err);
-    static double Float(PF_InData* hostData, int index, const A_Time& time, int& err);
+    static int Slider(PF_InData* in_data, int index, int& err);
+    static int Slider(PF_InData* in_data, int index, const A_Time& time, int& err);
+    static double Fixed(PF_InData* in_data, int index, int& err);
+    static double Fixed(PF_InData* in_data, int index, const A_Time& time, int& err);
+    static double Angle(PF_InData* in_data, int index, int& err);
+    static double Angle(PF_InData* in_data, int index, const A_Time& time, int& err);
+    static unsigned char CheckBox(PF_InData* in_data, int index, int& err);
+    static unsigned char CheckBox(PF_InData* in_data, int index, const A_Time& time, int& err);
+    static PF_Pixel Color(PF_InData* in_data, int index, int& err);
+    static PF_Pixel Color(PF_InData* in_data, int index, const A_Time& time, int& err);
+    static PointValue Point(PF_InData* in_data, int index, int& err);
+    static PointValue Point(PF_InData* in_data, int index, const A_Time& time, int& err);
+    static int Popup(PF_InData* in_data, int index, int& err);
+    static int Popup(PF_InData* in_data, int index, const A_Time& time, int& err);
+    static double Float(PF_InData* in_data, int index, int& err);
+    static double Float(PF_InData* in_data, int index, const A_Time& time, int& err);
 
 private:
     void assertType(Type expected, const char* accessor, int line, const char* text);

@@ -31,7 +31,7 @@ class Vector {
 
 public:
     // An empty vector without a block. `context` is not owned and has to outlive the vector.
-    explicit Vector(InData& context) : inData_(&context) {}
+    explicit Vector(InData& context) : context_(&context) {}
     ~Vector() {
         size_ = 0;
         if (data_ && hasHost()) disposeLockedBlock(utils(), data_);
@@ -60,13 +60,13 @@ private:
     static constexpr std::size_t kMaxElements =
         (std::numeric_limits<std::size_t>::max() - kHandleWord) / sizeof(T);
 
-    bool hasHost() const { return inData_->in_data != nullptr; }
-    const PF_UtilCallbacks& utils() const { return *inData_->in_data->utils; }
+    bool hasHost() const { return context_->in_data != nullptr; }
+    const PF_UtilCallbacks& utils() const { return *context_->in_data->utils; }
 
     std::size_t capacity_ = 0;
     std::size_t size_ = 0;
     T* data_ = nullptr;
-    InData* inData_;
+    InData* context_;
 };
 
 template <typename T, typename Allocator>

@@ -36,7 +36,7 @@ public:
 
     // A bank of zeros for blocks of `blockSize` x `blockSize`. When the host has no memory for it,
     // data() is null and the bank must not be used.
-    Filter(AEO::InData& in, std::size_t blockSize) : size(blockSize), kernels_(in) {
+    Filter(AEO::InData& context, std::size_t blockSize) : size(blockSize), kernels_(context) {
         kernels_.resize(2 * size * size);
     }
 

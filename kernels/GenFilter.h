@@ -14,7 +14,8 @@ class GenFilter {
 public:
     // `shape` is a square float image, of which every pixel gets written. Keeps `info` and `shape`
     // by reference.
-    GenFilter(AEO::InData& in, PF_InData* inData, const RenderInfo& info, AEO::EffectWorld& shape);
+    GenFilter(AEO::InData& context, PF_InData* in_data, const RenderInfo& info,
+              AEO::EffectWorld& shape);
 
     // The aperture's radial measure of a point, in the unit of x and y, which count from the
     // centre: it equals the rim radius on the outline and is never below the point's distance.

@@ -13,8 +13,8 @@ public:
     using Factors = typename Bank::Element;
 
     // Keeps its arguments by reference.
-    NormalizeFilter(AEO::InData& in, Bank& filter, const Factors& factors)
-        : inData_(in), filter_(filter), factors_(factors) {}
+    NormalizeFilter(AEO::InData& context, Bank& filter, const Factors& factors)
+        : context_(context), filter_(filter), factors_(factors) {}
 
     // Scales position `index`. Always 0.
     int iterate(int, int index, int) {
@@ -24,7 +24,7 @@ public:
     }
 
 private:
-    [[maybe_unused]] AEO::InData& inData_;
+    [[maybe_unused]] AEO::InData& context_;
     Bank& filter_;
     const Factors& factors_;
 };

@@ -13,7 +13,7 @@
 // What the store stage knows of the depth map under one block, a value for each pixel of the block.
 // Without a depth map both are empty, and without edge suppression `edge` is.
 struct BlockDepth {
-    explicit BlockDepth(AEO::InData& hostData) : depth(hostData), edge(hostData) {}
+    explicit BlockDepth(AEO::InData& context) : depth(context), edge(context) {}
 
     AEO::Vector<float> depth;
     AEO::Vector<float> edge;
@@ -30,10 +30,10 @@ public:
 
     // `filter` holds the kernels' spectra, `block` 2 x B x B elements. `pixelFormat` is the
     // output's and the input's.
-    BlockStages(AEO::InData& hostData, const RenderInfo& info, const PF_LayerDef& input,
+    BlockStages(AEO::InData& context, const RenderInfo& info, const PF_LayerDef& input,
                 PF_LayerDef& output, PF_PixelFormat pixelFormat, const Filter<N>& filter,
                 FFTWeights& weights, AEO::Vector<Element>& block)
-        : hostData_(hostData),
+        : context_(context),
           info_(info),
           input_(input),
           output_(output),
@@ -78,15 +78,15 @@ private:
     // Transforms the block, given as an array of its elements or of a view of them.
     template <class T>
     int transform(T* elements, bool back) {
-        return FFT2D<T>(weights_, elements, filter_.size).doFFT2D(hostData_, back);
+        return FFT2D<T>(weights_, elements, filter_.size).doFFT2D(context_, back);
     }
 
     template <class Stage>
     int iterate(Stage stage, int count) {
-        return AEO::Iterator::IterationT(hostData_, stage, count);
+        return AEO::Iterator::IterationT(context_, stage, count);
     }
 
-    AEO::InData& hostData_;
+    AEO::InData& context_;
     const RenderInfo& info_;
     const PF_LayerDef& input_;
     PF_LayerDef& output_;
@@ -99,7 +99,7 @@ private:
 // The depth values go as soon as the block is stored.
 template <std::size_t N>
 int BlockStages<N>::fill(const iRect& rect) {
-    BlockDepth map(hostData_);
+    BlockDepth map(context_);
     const int err = analyse(rect, map);
     return err ? err : store(rect, map);
 }
@@ -133,7 +133,7 @@ int BlockStages<N>::extractDepth(const iRect& rect, AEO::Vector<float>& depth) {
 
 template <std::size_t N>
 int BlockStages<N>::detectEdges(const iRect& rect, BlockDepth& map) {
-    AEO::Vector<ET::vecT<double, 2>> gradient(hostData_);
+    AEO::Vector<ET::vecT<double, 2>> gradient(context_);
     int err = allocate(gradient);
     if (!err) err = allocate(map.edge);
     if (!err) err = iterate(Sobel(map.depth, rect, gradient), area());

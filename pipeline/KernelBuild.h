@@ -17,9 +17,9 @@
 template <std::size_t N>
 class KernelBuild {
 public:
-    KernelBuild(PF_InData* inData, AEO::InData& hostData, const RenderInfo& info,
+    KernelBuild(PF_InData* in_data, AEO::InData& context, const RenderInfo& info,
                 const PF_WorldSuite2* worlds, Filter<N>& filter)
-        : inData_(inData), hostData_(hostData), info_(info), worlds_(worlds), filter_(filter) {
+        : in_data_(in_data), context_(context), info_(info), worlds_(worlds), filter_(filter) {
         // A bank that no picture fills is zero and stays so, whatever finite factor it meets.
         for (std::size_t l = 0; l < N; ++l) factors_[l] = 1.0;
     }
@@ -39,8 +39,8 @@ private:
     template <class Pixel>
     int samplePicture(PF_LayerDef& picture);
 
-    PF_InData* inData_;
-    AEO::InData& hostData_;
+    PF_InData* in_data_;
+    AEO::InData& context_;
     const RenderInfo& info_;
     const PF_WorldSuite2* worlds_;
     Filter<N>& filter_;
@@ -49,14 +49,14 @@ private:
 
 template <std::size_t N>
 int KernelBuild<N>::run() {
-    AEO::Parameter shape(inData_, kCustomBlurShape);
+    AEO::Parameter shape(in_data_, kCustomBlurShape);
     PF_LayerDef* layer = shape.layer();
     int err = shape._err;
     if (!err) err = layer->reserved0 ? sampleLayer(*layer) : sampleGeneratedShape();
     if (err) return err;
 
-    NormalizeFilter<Filter<N>> normalize(hostData_, filter_, factors_);
-    return AEO::Iterator::IterationT(hostData_, normalize, blockArea());
+    NormalizeFilter<Filter<N>> normalize(context_, filter_, factors_);
+    return AEO::Iterator::IterationT(context_, normalize, blockArea());
 }
 
 // The layer's pixel format is its own, whatever the frame's. An unknown format leaves the bank
@@ -81,13 +81,13 @@ int KernelBuild<N>::sampleLayer(PF_LayerDef& layer) {
 template <std::size_t N>
 int KernelBuild<N>::sampleGeneratedShape() {
     const std::int32_t side = std::max(static_cast<std::int32_t>(filter_.size), kSmallestShape);
-    AEO::NewEffectWorld shape(hostData_, side, side, AEO::PixelFormat::kF32);
+    AEO::NewEffectWorld shape(context_, side, side, AEO::PixelFormat::kF32);
     // The world must not be destroyed with an error in it.
     int err = std::exchange(shape._err, PF_Err_NONE);
     if (err) return err;
 
-    GenFilter generator(hostData_, inData_, info_, shape);
-    err = AEO::Iterator::IterationT(hostData_, generator, side * side);
+    GenFilter generator(context_, in_data_, info_, shape);
+    err = AEO::Iterator::IterationT(context_, generator, side * side);
     return err ? err : samplePicture<PF_PixelFloat>(shape.world);
 }
 
@@ -95,8 +95,8 @@ template <std::size_t N>
 template <class Pixel>
 int KernelBuild<N>::samplePicture(PF_LayerDef& picture) {
     CustomFilterInfo custom{info_.suites, &picture};
-    CustomFilter<Pixel, Filter<N>> builder(hostData_, inData_, info_, filter_, custom);
-    const int err = AEO::Iterator::IterationT(hostData_, builder, blockArea());
+    CustomFilter<Pixel, Filter<N>> builder(context_, in_data_, info_, filter_, custom);
+    const int err = AEO::Iterator::IterationT(context_, builder, blockArea());
     builder.resetZeroFilter();
     for (std::size_t l = 0; l < N; ++l) factors_[l] = builder.getNormalizeFactor(l);
     return err;

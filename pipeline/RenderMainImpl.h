@@ -15,9 +15,9 @@
 // Runs the stages tile after tile and reports to the host: 1 of T + 1 before the first of T tiles,
 // then one more after each. Ends at the first error, a cancel by the progress callback included.
 template <std::size_t N>
-int renderBlocks(PF_InData* inData, const BlockGeometry& geometry, BlockStages<N>& stages) {
+int renderBlocks(PF_InData* in_data, const BlockGeometry& geometry, BlockStages<N>& stages) {
     const auto progress = [&](std::int32_t done) {
-        return inData->inter.progress(inData->effect_ref, done, geometry.count() + 1);
+        return in_data->inter.progress(in_data->effect_ref, done, geometry.count() + 1);
     };
     int err = progress(1);
     for (std::int32_t b = 0; !err && b < geometry.count(); ++b) {
@@ -29,31 +29,31 @@ int renderBlocks(PF_InData* inData, const BlockGeometry& geometry, BlockStages<N
 }
 
 template <std::size_t N>
-int RenderMainT(PF_InData* inData, AEO::InData& hostData, PF_LayerDef* input, PF_LayerDef* output,
+int RenderMainT(PF_InData* in_data, AEO::InData& context, PF_LayerDef* input, PF_LayerDef* output,
                 const RenderInfo& info, const int& pixelFormat) {
     // Each of these gives back what it holds, in the opposite order, on every way out.
-    AEO::SuiteHolder<PF_WorldSuite2> worlds(inData->pica_basicP);
+    AEO::SuiteHolder<PF_WorldSuite2> worlds(in_data->pica_basicP);
     worlds.acquire();
     const std::size_t size = Filter<N>::GetFilterSize(info.radius);
-    Filter<N> filter(hostData, size);
-    if (!filter.data()) return reportMemoryShortage(*inData->pica_basicP);
-    AEO::Vector<typename BlockLayout<N>::Element> block(hostData);
+    Filter<N> filter(context, size);
+    if (!filter.data()) return reportMemoryShortage(*in_data->pica_basicP);
+    AEO::Vector<typename BlockLayout<N>::Element> block(context);
     block.resize(2 * size * size);
-    if (!block.data()) return reportMemoryShortage(*inData->pica_basicP);
+    if (!block.data()) return reportMemoryShortage(*in_data->pica_basicP);
 
     int err = PF_Err_NONE;
-    const int threads = AEO::Iterator::GetNumThreads(*inData->pica_basicP, err);
+    const int threads = AEO::Iterator::GetNumThreads(*in_data->pica_basicP, err);
     if (err) return err;  // and the count means nothing
-    FFTWeights weights(hostData, static_cast<std::size_t>(threads), size);
+    FFTWeights weights(context, static_cast<std::size_t>(threads), size);
     if (!weights.ip.data() || !weights.w.data()) return PF_Err_OUT_OF_MEMORY;
 
-    err = KernelBuild<N>(inData, hostData, info, worlds.suite, filter).run();
+    err = KernelBuild<N>(in_data, context, info, worlds.suite, filter).run();
     if (err) return err;
     err = FFT2D<typename BlockLayout<N>::KernelElement>(weights, filter.data(), size)
-              .doFFT2D(hostData, false);
+              .doFFT2D(context, false);
     if (err) return err;
 
-    BlockStages<N> stages(hostData, info, *input, *output, pixelFormat, filter, weights, block);
+    BlockStages<N> stages(context, info, *input, *output, pixelFormat, filter, weights, block);
     const BlockGeometry geometry(size, info.radius, output->width, output->height);
-    return renderBlocks(inData, geometry, stages);
+    return renderBlocks(in_data, geometry, stages);
 }

@@ -25,7 +25,7 @@ class MapOverFrame {
 public:
     MapOverFrame(headless::Host& host, headless::World& picture, std::int32_t placement,
                  std::int32_t channel)
-        : map(picture), frame(host, picture.record()), depth(frame.hostData) {
+        : map(picture), frame(host, picture.record()), depth(frame.context) {
         frame.info.frameRect = {0, 0, kFrameWidth, kFrameHeight};
         frame.info.placement = placement;
         frame.info.depthChannel = channel;
@@ -41,7 +41,7 @@ public:
 
     int extract() {
         ExtractDepth stage(frame.info, frame.info.depthWorld, kBlock, depth, halfX, halfY);
-        return AEO::Iterator::IterationT(frame.hostData, stage, kBlock.width() * kBlock.height());
+        return AEO::Iterator::IterationT(frame.context, stage, kBlock.width() * kBlock.height());
     }
 
     // The extracted value at a pixel of the output world.

@@ -20,8 +20,8 @@ TEST_F(FrameDispatch, WithoutAMapOrOutsideTwoToSixteenThereIsOneLayer) {
     for (const Case& c :
          {Case{3, true, 3}, {16, true, 16}, {17, true, 1}, {0, true, 1}, {16, false, 1}}) {
         SCOPED_TRACE(c.resolution);
-        AEO::InData hostData(&in_data);
-        RenderInfo info(hostData, c.depth ? map.record() : PF_LayerDef{});
+        AEO::InData context(&in_data);
+        RenderInfo info(context, c.depth ? map.record() : PF_LayerDef{});
         info.inData = &in_data;
         info.radius = 2.5;
         info.input = info.output = picture.layer();
@@ -30,7 +30,7 @@ TEST_F(FrameDispatch, WithoutAMapOrOutsideTwoToSixteenThereIsOneLayer) {
         host.failures().clear();
         host.failAt(headless::Operation::kNewHandle, 2);
         host.startCallLog();
-        EXPECT_EQ(renderFrame(&in_data, &out_data, hostData, info, PF_PixelFormat_ARGB128), 4);
+        EXPECT_EQ(renderFrame(&in_data, &out_data, context, info, PF_PixelFormat_ARGB128), 4);
         EXPECT_EQ((host.memory().afterEachRequest.at(0) - 8) / kLaneBytes, c.layers);
         host.takeCallLog();
     }

@@ -11,10 +11,10 @@ namespace {
 class RenderParameters : public EffectFixture {
 protected:
     struct Read {
-        explicit Read(PF_InData& in_data) : hostData(&in_data), info(hostData, PF_LayerDef{}) {
+        explicit Read(PF_InData& in_data) : context(&in_data), info(context, PF_LayerDef{}) {
             err = info.extractParameters(&in_data);
         }
-        AEO::InData hostData;
+        AEO::InData context;
         RenderInfo info;
         int err;
     };

@@ -60,7 +60,7 @@ protected:
     template <class Pixel, std::size_t N>
     CustomFilter<Pixel, Filter<N>> sample(headless::World& picture, Filter<N>& bank) {
         custom = {frame.info.suites, picture.layer()};
-        return {frame.hostData, &frame.inData, frame.info, bank, custom};
+        return {frame.context, &frame.in_data, frame.info, bank, custom};
     }
 
     // Samples `picture`, resets and normalises the kernels, and gives the factors. `exactly` also
@@ -68,13 +68,13 @@ protected:
     template <class Pixel, std::size_t N>
     std::vector<double> build(headless::World& picture, Filter<N>& bank, bool exactly = false) {
         auto builder = sample<Pixel>(picture, bank);
-        EXPECT_EQ(AEO::Iterator::IterationT(frame.hostData, builder, kArea), 0);
+        EXPECT_EQ(AEO::Iterator::IterationT(frame.context, builder, kArea), 0);
         if (exactly) expectKernels<Pixel, N>(picture, bank);
         builder.resetZeroFilter();
         typename Filter<N>::Element factors;
         for (std::size_t l = 0; l < N; ++l) factors[l] = builder.getNormalizeFactor(l);
-        NormalizeFilter<Filter<N>> stage(frame.hostData, bank, factors);
-        EXPECT_EQ(AEO::Iterator::IterationT(frame.hostData, stage, kArea), 0);
+        NormalizeFilter<Filter<N>> stage(frame.context, bank, factors);
+        EXPECT_EQ(AEO::Iterator::IterationT(frame.context, stage, kArea), 0);
         return {&factors[0], &factors[0] + N};
     }
 
@@ -84,7 +84,7 @@ protected:
         frame.info.customChannel = channel;
         headless::World picture(width, height, Format<Pixel>::kCode, {.rowPadding = 16});
         fillUnevenly(picture);
-        Filter<N> bank(frame.hostData, 64);
+        Filter<N> bank(frame.context, 64);
         build<Pixel>(picture, bank, true);
         for (std::size_t l = 0; l < N; ++l) EXPECT_NEAR(total(bank, l) * kArea, 1.0, 1e-12) << l;
     }
@@ -131,7 +131,7 @@ TEST_F(CustomFilterTest, TurnsEmptyLayersIntoUnitImpulses) {
     // A hole wider than the largest sampling box empties the sharpest layer alone.
     headless::World ring(270, 270, PF_PixelFormat_ARGB128);
     ring.set(0, 135, {1.0f, 0.0f, 0.0f, 0.0f});
-    Filter<2> bank(frame.hostData, 64);
+    Filter<2> bank(frame.context, 64);
     build<PF_PixelFloat>(ring, bank);
     expectUnitImpulse(bank, 1);
     EXPECT_EQ(bank[0][0], 0.0);
@@ -147,7 +147,7 @@ TEST_F(CustomFilterTest, LeavesKernelsAloneThatHaveNoPositiveTotal) {
     for (const float value : {-2.0f, std::numeric_limits<float>::quiet_NaN()}) {
         headless::World picture(40, 40, PF_PixelFormat_ARGB128);
         picture.fill({1.0f, value, 0.0f, 0.0f});
-        Filter<2> bank(frame.hostData, 64);
+        Filter<2> bank(frame.context, 64);
         EXPECT_THAT(build<PF_PixelFloat>(picture, bank), testing::Each(1.0));
         EXPECT_FALSE(bank[0][0] > 0.0) << "reset to the unit impulse";
     }
@@ -155,7 +155,7 @@ TEST_F(CustomFilterTest, LeavesKernelsAloneThatHaveNoPositiveTotal) {
 
 TEST_F(CustomFilterTest, ReportsTheStatusOfTheLastLane) {
     headless::World picture(8, 8, PF_PixelFormat_ARGB32);
-    Filter<2> bank(frame.hostData, 64);
+    Filter<2> bank(frame.context, 64);
     auto builder = sample<PF_Pixel>(picture, bank);
     for (const int call : {1, 2}) {
         host.failAt(headless::Operation::kAreaSample, call, 512);
@@ -186,7 +186,7 @@ TEST_F(CustomFilterTest, TellsTheSamplerTheBoxAndNothingElse) {
     frame.info.radius = 10.0;
     frame.info.pixelAspect = 2.0;
     headless::World picture(100, 50, PF_PixelFormat_ARGB128);  // a scale of 5
-    Filter<1> bank(frame.hostData, 64);
+    Filter<1> bank(frame.context, 64);
     sample<PF_PixelFloat>(picture, bank).iterate(0, 2 * 64 + 3, kArea);
     EXPECT_EQ(toldPosition, (std::array{20 * 65536, 15 * 65536}));
     EXPECT_EQ(told.x_radius, 81920);   // 1.25

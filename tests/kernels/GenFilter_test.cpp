@@ -78,15 +78,15 @@ protected:
         frame.info.deform = deform;
         frame.info.rotation = rotation;
         image.fillWithPattern();
-        GenFilter filter(frame.hostData, &frame.inData, frame.info, target);
-        ASSERT_EQ(AEO::Iterator::IterationT(frame.hostData, filter, kSide * kSide), 0);
+        GenFilter filter(frame.context, &frame.in_data, frame.info, target);
+        ASSERT_EQ(AEO::Iterator::IterationT(frame.context, filter, kSide * kSide), 0);
         ASSERT_EQ(image.damage(), "");
     }
 
     headless::Host host;
     StageFixture frame{host};
     headless::World image{kSide, kSide, PF_PixelFormat_ARGB128, {.rowPadding = 16}};
-    AEO::EffectWorld target{frame.hostData, image.record()};
+    AEO::EffectWorld target{frame.context, image.record()};
 };
 
 TEST_F(GenFilterTest, DrawsTheShapeThatGeometryGives) {
@@ -116,7 +116,7 @@ TEST_F(GenFilterTest, WeightsKeepTheirEdgesApartAtTheEnds) {
     // The gap between the weight's edges shows in the very centre.
     EXPECT_NEAR(image.get(kSide / 2, kSide / 2).alpha, 1.2e-19, 1e-23);
     frame.info.concentration = 0.99;
-    const GenFilter peak(frame.hostData, &frame.inData, frame.info, target);
+    const GenFilter peak(frame.context, &frame.in_data, frame.info, target);
     EXPECT_EQ(peak.estimateWeightFunc(0.0, 7.0), 1.0);
     EXPECT_EQ(peak.estimateWeightFunc(7.0, 7.0), 0.0);
 }

@@ -12,8 +12,8 @@ namespace {
 template <std::size_t N>
 DepthReturn<N> weightsOf(StageFixture& frame, AEO::Vector<float>& depth, float value) {
     const PF_LayerDef noLayer{};
-    const AEO::Vector<float> noEdge(frame.hostData);
-    AEO::Vector<typename BlockLayout<N>::Element> noBlock(frame.hostData);
+    const AEO::Vector<float> noEdge(frame.context);
+    AEO::Vector<typename BlockLayout<N>::Element> noBlock(frame.context);
     const iRect rect{0, 0, 1, 1};
     depth[0] = value;
     StoreBuffer<PF_PixelFloat, N> store(frame.info, noLayer, depth, noEdge, rect, noBlock);
@@ -40,7 +40,7 @@ double distanceFromFocus(double depth, double focus, bool invert) {
 
 template <std::size_t N>
 void compareOverTheRange(StageFixture& frame) {
-    AEO::Vector<float> depth(frame.hostData);
+    AEO::Vector<float> depth(frame.context);
     depth.resize(1);
     for (double focus = -1.0; focus <= 2.0; focus += 0.125) {
         for (const double profile : {-1.0, -0.4, 0.0, 0.7, 1.0}) {
@@ -77,7 +77,7 @@ TEST(LayerWeights, AreHatsAroundTheLayersOverTheWholeRange) {
 TEST(LayerWeights, NanLandsOnOneLayer) {
     headless::Host host;
     StageFixture frame(host);
-    AEO::Vector<float> depth(frame.hostData);
+    AEO::Vector<float> depth(frame.context);
     depth.resize(1);
     const auto weights = weightsOf<4>(frame, depth, std::nanf(""));
     EXPECT_EQ(weights[0] + weights[1] + weights[2] + weights[3], 1.0);

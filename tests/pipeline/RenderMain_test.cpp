@@ -31,13 +31,13 @@ struct RenderCase {
     template <std::size_t N>
     int render(std::int32_t mode = kCompositeNormal, SPBasicSuite* suites = nullptr) {
         StageFixture frame(host, depth.record());
-        if (suites) frame.inData.pica_basicP = suites;
+        if (suites) frame.in_data.pica_basicP = suites;
         frame.show(input, output);
         frame.info.radius = 10.0;
         frame.info.repeatEdge = true;
         frame.info.compositeMode = mode;
         frame.info.edgeLeak = 1.0;
-        return RenderMainT<N>(&frame.inData, frame.hostData, input.layer(), output.layer(),
+        return RenderMainT<N>(&frame.in_data, frame.context, input.layer(), output.layer(),
                               frame.info, PF_PixelFormat_ARGB128);
     }
 

@@ -49,8 +49,8 @@ struct UnpackCase {
     headless::Host host;
     headless::World output{5, 4, Format<Pixel>::kCode, {.rowPadding = 16}};
     StageFixture frame{host};
-    Filter<N> filter{frame.hostData, kSide};
-    AEO::Vector<Element> buffer{frame.hostData};
+    Filter<N> filter{frame.context, kSide};
+    AEO::Vector<Element> buffer{frame.context};
     iRect tile{2, 1, 5, 3};
     iRect block{0, -2, 8, 6};
 };

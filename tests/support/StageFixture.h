@@ -10,17 +10,17 @@
 // radius 4, no exposure curve, edges not repeated, Normal mode, plane of focus at the map's end 0.
 struct StageFixture {
     explicit StageFixture(headless::Host& host, const PF_LayerDef& depth = {})
-        : inData(host.makeInData()),
-          hostData(&inData),
-          suites(inData.pica_basicP),
-          info(hostData, depth) {
+        : in_data(host.makeInData()),
+          context(&in_data),
+          suites(in_data.pica_basicP),
+          info(context, depth) {
         info.radius = 4.0;
         info.vertices = 6;
         info.roundness = info.concentration = info.deform = info.rotation = 0.0;
         info.customChannel = kChannelAlpha;
         info.exposure = info.threshold = 0.0;
         info.repeatEdge = false;
-        info.inData = &inData;
+        info.inData = &in_data;
         info.originDeltaX = info.originDeltaY = 0;
         info.output = info.input = nullptr;
         info.pixelAspect = 1.0;
@@ -47,8 +47,8 @@ struct StageFixture {
         info.frameRect = info.paddedRect = {0, 0, output.width(), output.height()};
     }
 
-    PF_InData inData;
-    AEO::InData hostData;
+    PF_InData in_data;
+    AEO::InData context;
     AEGP_SuiteHandler suites;
     RenderInfo info;
 };
