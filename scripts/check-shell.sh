@@ -8,4 +8,4 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 command -v shellcheck >/dev/null || { echo 'check-shell.sh: shellcheck is missing' >&2; exit 1; }
 
 git ls-files -z --cached --others --exclude-standard '*.sh' .ci scripts/hooks |
-    xargs -0 -r shellcheck
+    xargs -0 -r shellcheck --external-sources
