@@ -1,5 +1,6 @@
 # What is installed, and the archives that CPack makes of it: on Windows and macOS the file to be
-# copied to the application's folder, elsewhere the tool with its bundle.
+# copied to the application's folder, elsewhere the tool with its bundle. Next to it the notes on
+# installation and the licences.
 if(APPLE)
     set(system macos)
     set(notes_folder .)
@@ -16,8 +17,14 @@ else()
         install(TARGETS orbel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
     endif()
 endif()
-install(FILES "${CMAKE_SOURCE_DIR}/docs/install.md"
-    DESTINATION "${notes_folder}" RENAME INSTALL.txt)
+function(orbel_install_note file name)
+    install(FILES "${PROJECT_SOURCE_DIR}/${file}"
+        DESTINATION "${notes_folder}" RENAME "${name}" COMPONENT package)
+endfunction()
+orbel_install_note(docs/install.md INSTALL.txt)
+orbel_install_note(LICENSE LICENSE.txt)
+orbel_install_note(NOTICE NOTICE.txt)
+orbel_install_note(docs/third-party.md THIRD-PARTY.txt)
 
 if(APPLE OR WIN32)
     set(CPACK_GENERATOR ZIP)

@@ -5,19 +5,31 @@
 # more. Prints the list of each, and exits with 1 after one that differs.
 set -euo pipefail
 
-# The files that belong into a package, sorted, below its folder.
+# below FOLDER NAME...: the names as paths, one a line.
+below() {
+    local folder="$1" name
+    shift
+    for name in "$@"; do echo "$folder/$name"; done
+}
+
+# expected ARCHIVE FOLDER: the files that the archive has to hold, all of them below FOLDER.
 expected() {
+    local notes=(INSTALL.txt LICENSE.txt NOTICE.txt THIRD-PARTY.txt)
     case "$1" in
-        *-windows-x86_64.zip) printf '%s\n' INSTALL.txt Orbel.aex ;;
+        *-windows-x86_64.zip) below "$2" Orbel.aex "${notes[@]}" ;;
         *-macos.zip)
-            printf 'Orbel.plugin/Contents/%s\n' Info.plist MacOS/Orbel PkgInfo Resources/Orbel.rsrc \
+            below "$2/Orbel.plugin/Contents" Info.plist MacOS/Orbel PkgInfo Resources/Orbel.rsrc \
                 _CodeSignature/CodeResources
-            printf 'INSTALL.txt\n'
+            below "$2" "${notes[@]}"
             ;;
         *-linux-x86_64.tar.gz)
-            printf '%s\n' bin/orbel lib/orbel/Orbel.so share/doc/Orbel/INSTALL.txt
+            below "$2" bin/orbel lib/orbel/Orbel.so
+            below "$2/share/doc/Orbel" "${notes[@]}"
             ;;
-        *-linux-aarch64.tar.gz) printf '%s\n' lib/orbel/Orbel.so share/doc/Orbel/INSTALL.txt ;;
+        *-linux-aarch64.tar.gz)
+            below "$2" lib/orbel/Orbel.so
+            below "$2/share/doc/Orbel" "${notes[@]}"
+            ;;
         *) return 1 ;;
     esac
 }
@@ -33,12 +45,12 @@ for archive in "$@"; do
     folder=$(basename "$archive")
     folder=${folder%.zip}
     folder=${folder%.tar.gz}
-    if ! wanted=$(expected "$archive"); then
+    if ! wanted=$(expected "$archive" "$folder"); then
         echo "$archive: no such package is known"
         failed=1
         continue
     fi
-    wanted=$(sed "s|^|$folder/|" <<<"$wanted" | LC_ALL=C sort)
+    wanted=$(LC_ALL=C sort <<<"$wanted")
     found=$(names "$archive" | grep -v '/$' | LC_ALL=C sort)
     printf '%s\n' "$archive:" "$found"
     if [[ $found != "$wanted" ]]; then

@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# check-shell.sh
+#
+# Fails where shellcheck finds something in a shell script of the repository, new ones included.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+command -v shellcheck >/dev/null || { echo 'check-shell.sh: shellcheck is missing' >&2; exit 1; }
+
+git ls-files -z --cached --others --exclude-standard '*.sh' .ci scripts/hooks |
+    xargs -0 -r shellcheck --external-sources
