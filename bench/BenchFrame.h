@@ -5,8 +5,8 @@
 #include <string>
 
 #include "headless/Host.h"
-#include "pipeline/ShapeParameter.h"
-#include "pipeline/StageFixture.h"
+#include "support/ShapeParameter.h"
+#include "support/StageFixture.h"
 
 // Noise from 0 to `top`, opaque, so that no pixel takes a shorter way than others.
 inline void fillWithNoise(headless::World& world, float top) {

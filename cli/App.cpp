@@ -13,11 +13,12 @@
 #include "cli/CompareCommand.h"
 #include "cli/EffectSession.h"
 #include "cli/Errors.h"
-#include "cli/Messages.h"
 #include "cli/ParameterOptions.h"
 #include "cli/ParamsCommand.h"
 #include "cli/RenderCommand.h"
 #include "cli/SceneCommand.h"
+#include "pictures/Messages.h"
+#include "pictures/Text.h"
 
 namespace cli {
 namespace {
@@ -102,7 +103,7 @@ void parse(CLI::App& app, const Invocation& invocation) {
     } catch (const CLI::ParseError& error) {
         const auto parsed = app.get_subcommands();
         const std::string command = parsed.empty() ? "" : parsed.front()->get_name() + " ";
-        throw UsageError(oneLine(error.what()) + "; see orbel " + command + "--help");
+        throw UsageError(pictures::oneLine(error.what()) + "; see orbel " + command + "--help");
     }
 }
 
@@ -143,7 +144,7 @@ int runCommand(const Invocation& invocation) {
 
 int runTool(const Invocation& invocation) {
     const auto say = [&](const std::string& text) {
-        invocation.err << "orbel: " << oneLine(text) << std::endl;
+        invocation.err << "orbel: " << pictures::oneLine(text) << std::endl;
     };
     try {
         const int code = runCommand(invocation);

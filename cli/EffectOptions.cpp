@@ -1,12 +1,14 @@
 #include "cli/EffectOptions.h"
 
 #include <algorithm>
+#include <cmath>
 #include <ostream>
 
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
-#include "cli/PictureReader.h"
-#include "cli/WorldPixels.h"
+#include "pictures/PictureReader.h"
+#include "pictures/Text.h"
+#include "pictures/WorldPixels.h"
 
 namespace cli {
 namespace {
@@ -26,8 +28,8 @@ float shapeValue(const float* rgba, int channel) {
 
 // An aperture that is black throughout lets no light in, and nothing could be drawn with it.
 void requireShape(const headless::World& shape, int channel, const std::string& file) {
-    const std::vector<float> pixels = straightPixels(shape);
-    for (std::size_t i = 0; i < pixels.size(); i += kChannels) {
+    const std::vector<float> pixels = pictures::straightPixels(shape);
+    for (std::size_t i = 0; i < pixels.size(); i += pictures::kChannels) {
         if (shapeValue(pixels.data() + i, channel) > 0.0F) return;
     }
     throw Failure("the blur shape " + file +
@@ -35,14 +37,37 @@ void requireShape(const headless::World& shape, int channel, const std::string& 
                   "--custom-layer-channel");
 }
 
-std::shared_ptr<headless::World> readLayer(const std::string& file, Messages& messages) {
-    Picture picture = readPicture(file);
-    const Repairs repairs = repair(picture);
+std::shared_ptr<headless::World> readLayer(const std::string& file, pictures::Messages& messages) {
+    pictures::Picture picture = pictures::readPicture(file);
+    const pictures::Repairs repairs = pictures::repair(picture);
     if (repairs.notFinite > 0) {
-        messages.warn(file + ": " + counted(repairs.notFinite, "value") +
+        messages.warn(file + ": " + pictures::counted(repairs.notFinite, "value") +
                       " not finite; NaN became 0, infinity 65504");
     }
-    return makeWorld(picture, worldBits(picture.type));
+    return pictures::makeWorld(picture, pictures::worldBits(picture.type));
+}
+
+// Throws UsageError for options that don't go together or distances that make no range.
+void requireConsistent(const pictures::DepthMapping& mapping) {
+    const bool one = mapping.near.has_value() || mapping.far.has_value();
+    const bool both = mapping.near.has_value() && mapping.far.has_value();
+    if (mapping.automatic && one) {
+        throw UsageError("--depth-auto finds near and far itself; drop --depth-near, --depth-far");
+    }
+    if (one && !both) throw UsageError("--depth-near and --depth-far belong together; give both");
+    if (mapping.inverse && !mapping.maps()) {
+        throw UsageError("--depth-inverse needs --depth-auto, or --depth-near and --depth-far");
+    }
+    if (!both) return;
+    if (*mapping.near >= *mapping.far) {
+        throw UsageError("--depth-near must be less than --depth-far");
+    }
+    if (mapping.inverse && *mapping.near <= 0.0) {
+        throw UsageError("--depth-near must be above 0 with --depth-inverse");
+    }
+    if (!mapping.inverse && !std::isfinite(*mapping.far)) {
+        throw UsageError("--depth-far can be infinite only with --depth-inverse");
+    }
 }
 
 }  // namespace
@@ -79,8 +104,8 @@ std::vector<std::string> EffectOptions::files() const {
     return names;
 }
 
-DepthMapping EffectOptions::mapping() const {
-    DepthMapping mapping;
+pictures::DepthMapping EffectOptions::mapping() const {
+    pictures::DepthMapping mapping;
     if (!m_near.empty()) mapping.near = parseDistance("--depth-near", m_near);
     if (!m_far.empty()) mapping.far = parseDistance("--depth-far", m_far);
     mapping.automatic = m_automatic;
@@ -93,7 +118,7 @@ DepthMapping EffectOptions::mapping() const {
 }
 
 void EffectOptions::applyLayer(headless::ParameterSet& parameters, const Setting& setting,
-                               Messages& messages, std::ostream& out) const {
+                               pictures::Messages& messages, std::ostream& out) const {
     const std::string option = optionName(setting.info);
     if (option != kDepthLayer) {
         const auto world = readLayer(setting.text, messages);
@@ -104,16 +129,16 @@ void EffectOptions::applyLayer(headless::ParameterSet& parameters, const Setting
         parameters.setLayer(setting.info.index, world);
         return;
     }
-    const DepthMap map = readDepthMap(setting.text, mapping(), messages);
+    const pictures::DepthMap map = pictures::readDepthMap(setting.text, mapping(), messages);
     if (m_automatic && !messages.quiet()) {
-        out << "depth: " << numberText(map.range.least) << " (near) to "
-            << numberText(map.range.most) << " (far)"
+        out << "depth: " << pictures::numberText(map.range.least) << " (near) to "
+            << pictures::numberText(map.range.most) << " (far)"
             << std::endl;  // a reader may wait for it while the render runs
     }
     parameters.setLayer(setting.info.index, map.world);
 }
 
-void EffectOptions::apply(headless::ParameterSet& parameters, Messages& messages,
+void EffectOptions::apply(headless::ParameterSet& parameters, pictures::Messages& messages,
                           std::ostream& out) const {
     mapping();  // complain about the command line before any file is read
     const std::vector<Setting> settings = m_controls.settings();

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/DepthMapReader.h"
-#include "cli/Messages.h"
 #include "cli/ParameterOptions.h"
+#include "pictures/DepthMapReader.h"
+#include "pictures/Messages.h"
 
 namespace cli {
 
@@ -23,12 +23,13 @@ public:
     std::vector<std::string> files() const;
     // Sets the controls and reads the layers. `out` gets the range that --depth-auto finds. Throws
     // UsageError for a value that a control can't have, and as the readers do.
-    void apply(headless::ParameterSet& parameters, Messages& messages, std::ostream& out) const;
+    void apply(headless::ParameterSet& parameters, pictures::Messages& messages,
+               std::ostream& out) const;
 
 private:
-    DepthMapping mapping() const;
-    void applyLayer(headless::ParameterSet& parameters, const Setting& setting, Messages& messages,
-                    std::ostream& out) const;
+    pictures::DepthMapping mapping() const;
+    void applyLayer(headless::ParameterSet& parameters, const Setting& setting,
+                    pictures::Messages& messages, std::ostream& out) const;
 
     ParameterOptions m_controls;
     std::string m_near;

@@ -1,26 +1,17 @@
 #pragma once
 // How the tool fails: three thrown types, each with the exit code that the shell sees.
 
-#include <stdexcept>
+#include "pictures/Errors.h"
 
 namespace cli {
 
+using pictures::Failure;
+using pictures::Interrupted;
+using pictures::UsageError;
+
 inline constexpr int kExitSuccess = 0;
-inline constexpr int kExitFailure = 1;
-inline constexpr int kExitUsage = 2;
-inline constexpr int kExitInterrupted = 130;  // 128 + SIGINT, as shells report it
-
-// The command line asks for something that can't be: exit code 2.
-struct UsageError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-// A file, the bundle or the machine says no: exit code 1. The text names the file and the remedy.
-struct Failure : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-// The user pressed Control-C: exit code 130, no message.
-struct Interrupted {};
+inline constexpr int kExitFailure = 1;        // Failure
+inline constexpr int kExitUsage = 2;          // UsageError
+inline constexpr int kExitInterrupted = 130;  // Interrupted: 128 + SIGINT, as shells report it
 
 }  // namespace cli

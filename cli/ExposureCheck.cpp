@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "cli/Numbers.h"
+#include "pictures/Text.h"
 
 namespace cli {
 namespace {
@@ -27,16 +28,16 @@ std::optional<double> suitableExposure(double exposure, double threshold, double
 }
 
 void warnAboutExposure(const headless::ParameterSet& parameters, double largestColour,
-                       Messages& messages) {
+                       pictures::Messages& messages) {
     const double exposure = parameters.value(parameters.find("Exposure"));
     const double threshold = parameters.value(parameters.find("Threshold"));
     const auto suitable = suitableExposure(exposure, threshold, largestColour);
     if (!suitable) return;
     const bool lost = exposure * (largestColour - threshold) > kLostArgument;
-    messages.warn("Exposure " + numberText(exposure) + " is too much for colours up to " +
-                  numberText(largestColour) + ": " +
+    messages.warn("Exposure " + pictures::numberText(exposure) + " is too much for colours up to " +
+                  pictures::numberText(largestColour) + ": " +
                   (lost ? "the picture will be lost" : "rounding noise will drown dark places") +
-                  "; the largest that suits is --exposure " + numberText(*suitable));
+                  "; the largest that suits is --exposure " + pictures::numberText(*suitable));
 }
 
 }  // namespace cli

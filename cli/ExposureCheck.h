@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "cli/Messages.h"
 #include "headless/Parameters.h"
+#include "pictures/Messages.h"
 
 namespace cli {
 
@@ -14,6 +14,6 @@ std::optional<double> suitableExposure(double exposure, double threshold, double
 // Warns where Exposure expands the brightest colour so far that rounding noise drowns the rest of
 // the block, or the number range itself ends.
 void warnAboutExposure(const headless::ParameterSet& parameters, double largestColour,
-                       Messages& messages);
+                       pictures::Messages& messages);
 
 }  // namespace cli

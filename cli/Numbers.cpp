@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 #include <optional>
 #include <vector>
@@ -70,7 +69,7 @@ PF_RationalScale parseRatio(const std::string& option, const std::string& text) 
     return {*num, static_cast<A_u_long>(*den)};
 }
 
-Window parseRegion(const std::string& option, const std::string& text) {
+pictures::Window parseRegion(const std::string& option, const std::string& text) {
     constexpr int kMost = 1 << 20;  // far beyond any picture, and sums of two stay small
     std::vector<int> numbers;
     for (const std::string& piece : split(text, ',')) {
@@ -83,7 +82,7 @@ Window parseRegion(const std::string& option, const std::string& text) {
     return {numbers[0], numbers[1], numbers[0] + numbers[2], numbers[1] + numbers[3]};
 }
 
-Window parseSize(const std::string& option, const std::string& text, int most) {
+pictures::Window parseSize(const std::string& option, const std::string& text, int most) {
     const std::vector<std::string> pieces = split(text, 'x');
     const auto width = wholeTextAs<int>(pieces.front());
     const auto height = pieces.size() == 2 ? wholeTextAs<int>(pieces[1]) : std::nullopt;
@@ -104,12 +103,6 @@ std::uint64_t parseBytes(const std::string& option, const std::string& text) {
         fail(option, text, "a number of bytes such as 900M");
     }
     return *number * factor;
-}
-
-std::string numberText(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%g", value);
-    return text;
 }
 
 }  // namespace cli

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "cli/Picture.h"
+#include "pictures/Picture.h"
 #include "platform/Scalars.h"
 
 namespace cli {
@@ -19,13 +19,10 @@ int parseWhole(const std::string& option, const std::string& text, int least, in
 // "N/D" or "N", both at least 1.
 PF_RationalScale parseRatio(const std::string& option, const std::string& text);
 // "X,Y,W,H" with W and H at least 1.
-Window parseRegion(const std::string& option, const std::string& text);
+pictures::Window parseRegion(const std::string& option, const std::string& text);
 // "WxH", each from 1 to `most`.
-Window parseSize(const std::string& option, const std::string& text, int most);
+pictures::Window parseSize(const std::string& option, const std::string& text, int most);
 // A count of bytes, with k, M or G behind it for powers of 1024.
 std::uint64_t parseBytes(const std::string& option, const std::string& text);
-
-// Such as "0.1": the shortest form with at most six significant digits.
-std::string numberText(double value);
 
 }  // namespace cli

@@ -7,6 +7,7 @@
 
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
+#include "pictures/Text.h"
 
 namespace cli {
 namespace {
@@ -166,16 +167,18 @@ std::string defaultText(const ParameterInfo& info) {
         case PF_Param_LAYER:
             return "none";
         case PF_Param_POINT:
-            return numberText(info.defaultX) + "%," + numberText(info.defaultY) + "%";
+            return pictures::numberText(info.defaultX) + "%," +
+                   pictures::numberText(info.defaultY) + "%";
         case PF_Param_CHECKBOX:
             return info.defaultValue != 0.0 ? "on" : "off";
         case PF_Param_POPUP: {
             const auto choice = static_cast<std::size_t>(info.defaultValue);
             const bool known = choice >= 1 && choice <= info.choices.size();
-            return known ? lowered(info.choices[choice - 1]) : numberText(info.defaultValue);
+            return known ? lowered(info.choices[choice - 1])
+                         : pictures::numberText(info.defaultValue);
         }
         case PF_Param_ANGLE:
-            return numberText(info.defaultValue);
+            return pictures::numberText(info.defaultValue);
         default:
             return info.format(info.defaultValue);
     }

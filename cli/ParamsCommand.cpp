@@ -7,6 +7,7 @@
 #include "cli/EffectSession.h"
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
+#include "pictures/Messages.h"
 
 namespace cli {
 namespace {
@@ -145,7 +146,7 @@ int ParamsCommand::run() {
     EffectSession session(requireBundle(m_bundle, m_invocation.programFolder));
     headless::Effect& effect = session.effect();
     if (m_state) {
-        Messages silent(m_invocation.err, true);
+        pictures::Messages silent(m_invocation.err, true);
         m_effectOptions.apply(effect.parameters(), silent, m_invocation.out);
         const PF_Err status = effect.updateParamsUI();
         if (status != PF_Err_NONE) {

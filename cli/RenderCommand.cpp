@@ -7,17 +7,19 @@
 #include <ostream>
 #include <system_error>
 
-#include "cli/AtomicFile.h"
 #include "cli/Errors.h"
 #include "cli/ExposureCheck.h"
-#include "cli/Interrupt.h"
 #include "cli/Numbers.h"
-#include "cli/PictureFormats.h"
-#include "cli/PictureReader.h"
-#include "cli/PictureWriter.h"
-#include "cli/PixelAspect.h"
 #include "cli/Progress.h"
-#include "cli/WorldPixels.h"
+#include "pictures/AtomicFile.h"
+#include "pictures/Interrupt.h"
+#include "pictures/Messages.h"
+#include "pictures/PictureFormats.h"
+#include "pictures/PictureReader.h"
+#include "pictures/PictureWriter.h"
+#include "pictures/PixelAspect.h"
+#include "pictures/Text.h"
+#include "pictures/WorldPixels.h"
 
 namespace fs = std::filesystem;
 
@@ -52,19 +54,20 @@ PF_RationalScale parseAspect(const std::string& text) {
 void requireOtherFile(const std::string& output, const std::vector<std::string>& inputs) {
     for (const std::string& input : inputs) {
         std::error_code ignored;
-        if (fs::equivalent(parseSourceName(input).file, output, ignored)) {
+        if (fs::equivalent(pictures::parseSourceName(input).file, output, ignored)) {
             throw UsageError(output + " is read and can't be the output; name another with -o");
         }
     }
 }
 
-void tellRepairs(const Picture& picture, const Repairs& repairs, Messages& messages) {
+void tellRepairs(const pictures::Picture& picture, const pictures::Repairs& repairs,
+                 pictures::Messages& messages) {
     if (repairs.notFinite > 0) {
-        messages.warn(picture.name + ": " + counted(repairs.notFinite, "value") +
+        messages.warn(picture.name + ": " + pictures::counted(repairs.notFinite, "value") +
                       " not finite; NaN became 0, infinity 65504");
     }
     if (repairs.lightWithoutAlpha > 0) {
-        messages.warn(picture.name + ": " + counted(repairs.lightWithoutAlpha, "pixel") +
+        messages.warn(picture.name + ": " + pictures::counted(repairs.lightWithoutAlpha, "pixel") +
                       " with colour but alpha 0; the blur drops that light");
     }
 }
@@ -79,7 +82,7 @@ std::string firstFew(const std::vector<std::string>& names) {
     return list;
 }
 
-void tellLeftOut(const Picture& picture, Messages& messages) {
+void tellLeftOut(const pictures::Picture& picture, pictures::Messages& messages) {
     if (!picture.leftOut.empty()) {
         messages.note("not carried over from " + picture.name + ": " + firstFew(picture.leftOut));
     }
@@ -89,15 +92,15 @@ void tellLeftOut(const Picture& picture, Messages& messages) {
 }
 
 // The picture to blur, in order, with everything said about it.
-Picture readInput(const std::string& name, Messages& messages) {
-    Picture picture = readPicture(name);
-    tellRepairs(picture, repair(picture), messages);
+pictures::Picture readInput(const std::string& name, pictures::Messages& messages) {
+    pictures::Picture picture = pictures::readPicture(name);
+    tellRepairs(picture, pictures::repair(picture), messages);
     tellLeftOut(picture, messages);
     return picture;
 }
 
 // A rectangle of the full picture in pixels of the downsample, rounded outwards.
-PF_LRect scaledRect(const Window& window, PF_RationalScale scale) {
+PF_LRect scaledRect(const pictures::Window& window, PF_RationalScale scale) {
     const double factor = static_cast<double>(scale.num) / scale.den;
     const auto low = [&](int edge) { return static_cast<A_long>(std::floor(edge * factor)); };
     const auto high = [&](int edge) { return static_cast<A_long>(std::ceil(edge * factor)); };
@@ -105,12 +108,12 @@ PF_LRect scaledRect(const Window& window, PF_RationalScale scale) {
 }
 
 // What to ask the effect for. Without overscan it stays inside the layer.
-PF_LRect wantedRect(const RenderPlan& plan, const Picture& picture, bool keepOverscan) {
-    const Window layer{0, 0, picture.width(), picture.height()};
-    const Window room{-kOverscanRoom, -kOverscanRoom, layer.right + kOverscanRoom,
-                      layer.bottom + kOverscanRoom};
-    Window wanted = plan.region.value_or(keepOverscan ? room : layer);
-    if (!keepOverscan) wanted = intersection(wanted, layer);
+PF_LRect wantedRect(const RenderPlan& plan, const pictures::Picture& picture, bool keepOverscan) {
+    const pictures::Window layer{0, 0, picture.width(), picture.height()};
+    const pictures::Window room{-kOverscanRoom, -kOverscanRoom, layer.right + kOverscanRoom,
+                                layer.bottom + kOverscanRoom};
+    pictures::Window wanted = plan.region.value_or(keepOverscan ? room : layer);
+    if (!keepOverscan) wanted = pictures::intersection(wanted, layer);
     if (wanted.empty()) {
         throw UsageError("--region lies outside the picture, which has " +
                          std::to_string(layer.right) + "x" + std::to_string(layer.bottom) +
@@ -119,14 +122,15 @@ PF_LRect wantedRect(const RenderPlan& plan, const Picture& picture, bool keepOve
     return scaledRect(wanted, plan.scale);
 }
 
-PF_RationalScale pixelAspect(const RenderPlan& plan, const Picture& picture, Messages& messages) {
+PF_RationalScale pixelAspect(const RenderPlan& plan, const pictures::Picture& picture,
+                             pictures::Messages& messages) {
     if (plan.pixelAspect) return *plan.pixelAspect;
-    return aspectRatio(pixelAspectOf(picture), picture.name, messages);
+    return pictures::aspectRatio(pictures::pixelAspectOf(picture), picture.name, messages);
 }
 
 // Integer worlds end at 1: brighter light is lost, and so is what is brighter than its alpha
 // allows.
-void warnAboutClipping(const Picture& picture, int bits, Messages& messages) {
+void warnAboutClipping(const pictures::Picture& picture, int bits, pictures::Messages& messages) {
     if (bits == 32) return;
     std::size_t above = 0;
     for (std::size_t i = 0; i < picture.pixelCount(); ++i) {
@@ -135,11 +139,11 @@ void warnAboutClipping(const Picture& picture, int bits, Messages& messages) {
         if (std::max({p[0], p[1], p[2]}) > top) ++above;
     }
     if (above == 0) return;
-    messages.warn(picture.name + ": " + counted(above, "pixel") + " too bright for " +
+    messages.warn(picture.name + ": " + pictures::counted(above, "pixel") + " too bright for " +
                   std::to_string(bits) + " bits, clipped; render with --bits 32 to keep the light");
 }
 
-void tellWhetherItGrows(const headless::ParameterSet& parameters, Messages& messages) {
+void tellWhetherItGrows(const headless::ParameterSet& parameters, pictures::Messages& messages) {
     if (parameters.value(parameters.find("Edge Behavior")) == 0.0) return;
     messages.note(
         "--keep-overscan changes nothing while edges are repeated; add "
@@ -153,7 +157,7 @@ std::string ofEffect(const headless::FrameResult& result) {
 // Turns what a frame ended with into the tool's own failures.
 void requireRendered(const headless::FrameResult& result) {
     if (result.status == PF_Interrupt_CANCEL) throw Interrupted{};
-    throwIfInterrupted();
+    pictures::throwIfInterrupted();
     if (result.status == PF_Err_OUT_OF_MEMORY) {
         throw Failure("out of memory" + ofEffect(result) +
                       "; try --downsample 1/2, a smaller --blur-radius or --resolution");
@@ -168,7 +172,7 @@ void requireRendered(const headless::FrameResult& result) {
     }
 }
 
-void warnAboutBooks(const headless::Host& host, Messages& messages) {
+void warnAboutBooks(const headless::Host& host, pictures::Messages& messages) {
     const headless::Accounts accounts = host.accounts();
     if (accounts.clean()) return;
     messages.warn("the effect did not keep its side of the interface: " + accounts.describe());
@@ -239,23 +243,24 @@ RenderPlan RenderCommand::plan() const {
 
 // Finds out before a long render that its result couldn't be written.
 void RenderCommand::checkOutput() const {
-    formatOf(m_output);
+    pictures::formatOf(m_output);
     std::vector<std::string> inputs = m_effectOptions.files();
     inputs.push_back(m_input);
     requireOtherFile(m_output, inputs);
-    requireWritable(m_output);
+    pictures::requireWritable(m_output);
 }
 
-headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan, const Picture& picture,
-                                                  Messages& messages) const {
+headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan,
+                                                  const pictures::Picture& picture,
+                                                  pictures::Messages& messages) const {
     headless::FrameRequest request;
-    request.bits = plan.bits.value_or(worldBits(picture.type));
+    request.bits = plan.bits.value_or(pictures::worldBits(picture.type));
     warnAboutClipping(picture, request.bits, messages);
-    request.input = makeWorld(picture, request.bits);
+    request.input = pictures::makeWorld(picture, request.bits);
     request.rect = wantedRect(plan, picture, m_keepOverscan);
     request.downsampleX = request.downsampleY = plan.scale;
     request.pixelAspect = pixelAspect(plan, picture, messages);
-    request.cancel = &interruptFlag();
+    request.cancel = &pictures::interruptFlag();
     return request;
 }
 
@@ -269,16 +274,16 @@ headless::FrameResult RenderCommand::renderFrame(headless::Effect& effect,
 int RenderCommand::run() {
     const RenderPlan plan = this->plan();
     checkOutput();
-    Messages messages(m_invocation.err, m_quiet);
+    pictures::Messages messages(m_invocation.err, m_quiet);
     EffectSession session(requireBundle(m_bundle, m_invocation.programFolder), plan.host);
     headless::ParameterSet& parameters = session.effect().parameters();
     m_effectOptions.apply(parameters, messages, m_invocation.out);
     if (m_keepOverscan) tellWhetherItGrows(parameters, messages);
 
-    const Picture picture = readInput(m_input, messages);
+    const pictures::Picture picture = readInput(m_input, messages);
     const headless::FrameRequest request = makeRequest(plan, picture, messages);
-    warnAboutExposure(parameters, largestColour(*request.input), messages);
-    throwIfInterrupted();
+    warnAboutExposure(parameters, pictures::largestColour(*request.input), messages);
+    pictures::throwIfInterrupted();
 
     const auto start = std::chrono::steady_clock::now();
     const headless::FrameResult result = renderFrame(session.effect(), request);
@@ -286,13 +291,13 @@ int RenderCommand::run() {
     requireRendered(result);
     warnAboutBooks(session.host(), messages);
 
-    writeResult(m_output,
-                {.source = picture,
-                 .result = *result.output,
-                 .layerWidth = headless::reducedSize(picture.width(), plan.scale),
-                 .layerHeight = headless::reducedSize(picture.height(), plan.scale),
-                 .scale = static_cast<double>(plan.scale.num) / plan.scale.den},
-                messages);
+    pictures::writeResult(m_output,
+                          {.source = picture,
+                           .result = *result.output,
+                           .layerWidth = headless::reducedSize(picture.width(), plan.scale),
+                           .layerHeight = headless::reducedSize(picture.height(), plan.scale),
+                           .scale = static_cast<double>(plan.scale.num) / plan.scale.den},
+                          messages);
     if (m_stats) printStats(m_invocation.out, elapsed.count(), session.host());
     return kExitSuccess;
 }

@@ -5,14 +5,15 @@
 #include "cli/Command.h"
 #include "cli/EffectOptions.h"
 #include "cli/EffectSession.h"
-#include "cli/Picture.h"
+#include "pictures/Messages.h"
+#include "pictures/Picture.h"
 
 namespace cli {
 
 // The numbers of a render's command line, checked.
 struct RenderPlan {
-    PF_RationalScale scale{1, 1};  // of the downsample
-    std::optional<Window> region;  // in pixels of the full picture
+    PF_RationalScale scale{1, 1};            // of the downsample
+    std::optional<pictures::Window> region;  // in pixels of the full picture
     std::optional<int> bits;
     std::optional<PF_RationalScale> pixelAspect;
     headless::HostOptions host;
@@ -29,8 +30,8 @@ private:
     void addOptions();
     RenderPlan plan() const;
     void checkOutput() const;
-    headless::FrameRequest makeRequest(const RenderPlan& plan, const Picture& picture,
-                                       Messages& messages) const;
+    headless::FrameRequest makeRequest(const RenderPlan& plan, const pictures::Picture& picture,
+                                       pictures::Messages& messages) const;
     headless::FrameResult renderFrame(headless::Effect& effect,
                                       headless::FrameRequest request) const;
 

@@ -3,12 +3,14 @@
 #include <ostream>
 #include <system_error>
 
-#include "cli/AtomicFile.h"
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
-#include "cli/PictureFormats.h"
-#include "cli/PictureWriter.h"
-#include "cli/Scene.h"
+#include "pictures/AtomicFile.h"
+#include "pictures/Interrupt.h"
+#include "pictures/Picture.h"
+#include "pictures/PictureFormats.h"
+#include "pictures/PictureWriter.h"
+#include "scene/Scene.h"
 
 namespace cli {
 namespace {
@@ -16,17 +18,18 @@ namespace {
 constexpr int kLargestSide = 16384;
 
 void requireExr(const std::string& file) {
-    if (!formatOf(file).windows) {
+    if (!pictures::formatOf(file).windows) {
         throw UsageError(file +
                          " must end in .exr: the lights are brighter than other formats "
                          "hold");
     }
-    requireWritable(file);
+    pictures::requireWritable(file);
 }
 
-OIIO::ImageSpec exrSpec(const Scene& scene, std::vector<std::string> channels,
+OIIO::ImageSpec exrSpec(const scene::Scene& picture, std::vector<std::string> channels,
                         OIIO::TypeDesc type) {
-    OIIO::ImageSpec imageSpec(scene.width, scene.height, static_cast<int>(channels.size()), type);
+    OIIO::ImageSpec imageSpec(picture.width, picture.height, static_cast<int>(channels.size()),
+                              type);
     imageSpec.channelnames = std::move(channels);
     imageSpec.attribute("compression", "zip");
     // The encoder would write the present time, and two runs would give two files.
@@ -47,7 +50,7 @@ SceneCommand::SceneCommand(CLI::App& parent, const Invocation& invocation)
 }
 
 int SceneCommand::run() {
-    const Window size = parseSize("--size", m_size, kLargestSide);
+    const pictures::Window size = parseSize("--size", m_size, kLargestSide);
     requireExr(m_output);
     if (!m_depth.empty()) {
         requireExr(m_depth);
@@ -56,10 +59,14 @@ int SceneCommand::run() {
             throw UsageError("the picture and its depth need two files; name another with --depth");
         }
     }
-    const Scene scene = makeScene(size.width(), size.height());
-    writeChannels(m_output, exrSpec(scene, {"R", "G", "B"}, OIIO::TypeDesc::HALF), scene.colours);
+    const scene::Scene street =
+        scene::makeScene(size.width(), size.height(), pictures::interruptFlag());
+    pictures::throwIfInterrupted();
+    pictures::writeChannels(m_output, exrSpec(street, {"R", "G", "B"}, OIIO::TypeDesc::HALF),
+                            street.colours);
     if (!m_depth.empty()) {
-        writeChannels(m_depth, exrSpec(scene, {"Z"}, OIIO::TypeDesc::FLOAT), scene.distances);
+        pictures::writeChannels(m_depth, exrSpec(street, {"Z"}, OIIO::TypeDesc::FLOAT),
+                                street.distances);
     }
     return kExitSuccess;
 }

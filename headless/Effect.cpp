@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "headless/state/HostState.h"
 #include "headless/state/FieldText.h"
+#include "headless/state/HostState.h"
 
 namespace headless {
 

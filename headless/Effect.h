@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "headless/loader/Bundle.h"
 #include "headless/Host.h"
+#include "headless/loader/Bundle.h"
 #include "platform/SmartRender.h"
 
 namespace headless {

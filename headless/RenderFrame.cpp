@@ -2,8 +2,8 @@
 
 #include <stdexcept>
 
-#include "headless/state/FrameState.h"
 #include "headless/state/FieldText.h"
+#include "headless/state/FrameState.h"
 
 namespace headless {
 

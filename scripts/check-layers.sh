@@ -21,7 +21,9 @@ declare -A below=(
     [bundle/descriptor]='bundle effect platform' # runs on the build machine
     [headless]='platform'
     [trial]='headless platform'
-    [cli]='headless platform'
+    [pictures]='headless platform'
+    [scene]=''
+    [cli]='scene pictures headless platform'
 )
 plugin='platform host transform kernels depth pipeline effect bundle'
 

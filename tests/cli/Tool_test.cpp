@@ -3,10 +3,10 @@
 
 #include <cmath>
 
-#include "cli/RunTool.h"
-#include "cli/TestFiles.h"
+#include "support/RunTool.h"
+#include "support/TestFiles.h"
 
-namespace cli::test {
+namespace test {
 namespace {
 
 using OIIO::TypeDesc;
@@ -221,4 +221,4 @@ TEST_F(Tool, ControlCCancelsAndLeavesNothing) {
 }
 
 }  // namespace
-}  // namespace cli::test
+}  // namespace test

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "headless/Pictures.h"
 #include "host/Iterator.h"
-#include "pipeline/StageFixture.h"
+#include "support/StageFixture.h"
+#include "support/TestPictures.h"
 
 namespace {
 

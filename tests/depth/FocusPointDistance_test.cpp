@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "pipeline/StageFixture.h"
+#include "support/StageFixture.h"
 
 namespace {
 

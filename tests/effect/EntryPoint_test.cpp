@@ -1,8 +1,8 @@
 #include <stdexcept>
 
 #include "effect/CommandNames.h"
-#include "effect/EffectFixture.h"
 #include "headless/Effect.h"
+#include "support/EffectFixture.h"
 
 namespace {
 

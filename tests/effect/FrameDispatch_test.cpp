@@ -1,6 +1,6 @@
 #include "effect/FrameDispatch.h"
 
-#include "effect/EffectFixture.h"
+#include "support/EffectFixture.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "effect/GlobalCommands.h"
 
-#include "effect/EffectFixture.h"
 #include "effect/HandleBlock.h"
+#include "support/EffectFixture.h"
 
 namespace {
 

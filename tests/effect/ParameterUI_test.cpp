@@ -1,6 +1,6 @@
 #include <set>
 
-#include "effect/EffectFixture.h"
+#include "support/EffectFixture.h"
 
 namespace {
 

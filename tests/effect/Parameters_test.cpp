@@ -1,6 +1,6 @@
 #include <map>
 
-#include "effect/EffectFixture.h"
+#include "support/EffectFixture.h"
 
 namespace {
 

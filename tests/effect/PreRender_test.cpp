@@ -1,9 +1,9 @@
 #include <bit>
 #include <cstring>
 
-#include "effect/EffectFixture.h"
 #include "effect/SmartRender.h"
 #include "headless/Effect.h"
+#include "support/EffectFixture.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "effect/EffectFixture.h"
+#include "support/EffectFixture.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "effect/SequenceCommands.h"
 
-#include "effect/EffectFixture.h"
 #include "effect/HandleBlock.h"
 #include "effect/SequenceData.h"
+#include "support/EffectFixture.h"
 
 namespace {
 

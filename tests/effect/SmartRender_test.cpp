@@ -1,7 +1,7 @@
 #include "effect/SmartRender.h"
 
-#include "effect/EffectFixture.h"
 #include "headless/Effect.h"
+#include "support/EffectFixture.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "frame/FrameSetup.h"
+#include "support/FrameSetup.h"
 
 namespace frame {
 namespace {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <thread>
 
-#include "frame/FrameSetup.h"
+#include "support/FrameSetup.h"
 
 namespace frame {
 namespace {

@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "headless/loader/BundleFile.h"
-#include "headless/TestFolder.h"
+#include "support/TestFolder.h"
 
 namespace headless {
 namespace {

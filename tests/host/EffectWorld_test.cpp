@@ -3,8 +3,8 @@
 #include <array>
 #include <utility>
 
-#include "host/HostFixture.h"
 #include "host/Sampling.h"
+#include "support/HostFixture.h"
 
 namespace {
 

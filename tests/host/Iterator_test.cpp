@@ -1,6 +1,6 @@
 #include "host/Iterator.h"
 
-#include "host/HostFixture.h"
+#include "support/HostFixture.h"
 
 namespace {
 

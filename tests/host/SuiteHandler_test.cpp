@@ -3,7 +3,7 @@
 #include <latch>
 #include <thread>
 
-#include "host/HostFixture.h"
+#include "support/HostFixture.h"
 
 namespace {
 

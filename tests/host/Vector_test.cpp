@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "host/HostFixture.h"
+#include "support/HostFixture.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include <limits>
 #include <vector>
 
-#include "headless/Pictures.h"
 #include "kernels/NormalizeFilter.h"
-#include "pipeline/StageFixture.h"
+#include "support/StageFixture.h"
+#include "support/TestPictures.h"
 
 namespace {
 

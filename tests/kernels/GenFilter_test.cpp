@@ -7,7 +7,7 @@
 #include <numbers>
 
 #include "host/Iterator.h"
-#include "pipeline/StageFixture.h"
+#include "support/StageFixture.h"
 
 namespace {
 

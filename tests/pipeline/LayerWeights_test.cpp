@@ -3,8 +3,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "pipeline/StageFixture.h"
 #include "pipeline/StoreBuffer.h"
+#include "support/StageFixture.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "pipeline/ShapeParameter.h"
-#include "pipeline/StageFixture.h"
+#include "support/ShapeParameter.h"
+#include "support/StageFixture.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <limits>
 
-#include "headless/Pictures.h"
-#include "pipeline/StageFixture.h"
+#include "support/StageFixture.h"
+#include "support/TestPictures.h"
 
 namespace {
 

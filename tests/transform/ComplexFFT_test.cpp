@@ -6,8 +6,8 @@
 #include <cstring>
 #include <string>
 
-#include "transform/Noise.h"
-#include "transform/Reference.h"
+#include "support/Noise.h"
+#include "support/Reference.h"
 
 namespace {
 

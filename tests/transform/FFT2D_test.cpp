@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/HostFixture.h"
-#include "transform/Noise.h"
-#include "transform/Reference.h"
+#include "support/HostFixture.h"
+#include "support/Noise.h"
+#include "support/Reference.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <utility>
 
-#include "transform/Noise.h"
+#include "support/Noise.h"
 
 namespace {
 

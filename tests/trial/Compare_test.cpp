@@ -7,7 +7,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "headless/TestFolder.h"
+#include "support/TestFolder.h"
 #include "trial/FrameFile.h"
 
 namespace trial {

@@ -1,0 +1,127 @@
+#include "pictures/AtomicFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "pictures/Errors.h"
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace fs = std::filesystem;
+
+namespace pictures {
+namespace {
+
+constexpr int kNameAttempts = 16;
+
+[[noreturn]] void fail(const fs::path& path, int error) {
+    const std::string remedy = error == ENOSPC || error == EDQUOT
+                                   ? "; free some space or write elsewhere"
+                                   : "; choose another place with -o";
+    throw Failure("cannot write " + path.string() + ": " + std::strerror(error) + remedy);
+}
+
+bool mayWrite(const fs::path& path) {
+#ifdef _WIN32
+    return _waccess(path.c_str(), 2) == 0;
+#else
+    return access(path.c_str(), W_OK) == 0;
+#endif
+}
+
+// Hands the written bytes from the system to the disk, where some file systems first notice that
+// they are full.
+bool syncToDisk(std::FILE* file) {
+#ifdef _WIN32
+    return _commit(_fileno(file)) == 0;
+#else
+    return fsync(fileno(file)) == 0 || errno == EINVAL;  // EINVAL: nothing to sync there
+#endif
+}
+
+fs::path folderOf(const fs::path& path) {
+    const fs::path folder = path.parent_path();
+    return folder.empty() ? fs::path(".") : folder;
+}
+
+// A link's target, so that writing replaces the file and keeps the link.
+fs::path resolved(const fs::path& path) {
+    std::error_code ignored;
+    return fs::is_symlink(path, ignored) ? fs::weakly_canonical(path) : path;
+}
+
+fs::path nameBeside(const fs::path& target) {
+    std::random_device random;
+    std::string name = ".";
+    name.append(target.filename().string()).append(".orbel-").append(std::to_string(random()));
+    return folderOf(target) / name;
+}
+
+}  // namespace
+
+void requireWritable(const fs::path& path) {
+    const fs::path target = resolved(path);
+    const fs::path folder = folderOf(target);
+    std::error_code ignored;
+    if (!fs::is_directory(folder, ignored)) {
+        throw Failure("cannot write " + path.string() + ": there is no folder " + folder.string() +
+                      "; make it first");
+    }
+    if (fs::exists(target, ignored) && !fs::is_regular_file(target, ignored)) {
+        throw Failure("cannot write " + path.string() + ": it is not a file; name a file with -o");
+    }
+    if (!mayWrite(folder) || (fs::exists(target, ignored) && !mayWrite(target))) fail(path, EACCES);
+}
+
+AtomicFile::AtomicFile(const fs::path& path) : m_target(resolved(path)) {
+    requireWritable(path);
+    for (int attempt = 0; m_file == nullptr && attempt < kNameAttempts; ++attempt) {
+        m_beside = nameBeside(m_target);
+        m_file = std::fopen(m_beside.string().c_str(), "wbx");
+        if (m_file == nullptr && errno != EEXIST) break;
+    }
+    if (m_file == nullptr) fail(path, errno);
+}
+
+AtomicFile::~AtomicFile() {
+    if (m_file != nullptr) std::fclose(m_file);
+    std::error_code ignored;
+    if (!m_beside.empty()) fs::remove(m_beside, ignored);
+}
+
+void AtomicFile::write(std::span<const unsigned char> bytes) {
+    if (std::fwrite(bytes.data(), 1, bytes.size(), m_file) != bytes.size()) fail(m_target, errno);
+    if (std::fflush(m_file) != 0 || !syncToDisk(m_file)) fail(m_target, errno);
+}
+
+fs::path AtomicFile::handOver() {
+    closeBeside();
+    return m_beside;
+}
+
+void AtomicFile::closeBeside() {
+    std::FILE* file = std::exchange(m_file, nullptr);
+    if (file != nullptr && std::fclose(file) != 0) fail(m_target, errno);
+}
+
+void AtomicFile::commit() {
+    closeBeside();
+
+    std::error_code error;
+    const fs::file_status earlier = fs::status(m_target, error);
+    if (fs::exists(earlier)) fs::permissions(m_beside, earlier.permissions(), error);
+    fs::rename(m_beside, m_target, error);
+    if (error) fail(m_target, error.value());
+    m_beside.clear();
+}
+
+}  // namespace pictures

@@ -1,0 +1,72 @@
+#pragma once
+// A picture in memory, as its file holds it.
+
+#include <OpenImageIO/imageio.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace pictures {
+
+// What one channel value is in a file.
+enum class SampleType { UInt8, UInt16, Half, Float };
+
+// "8 bits", "16 bits", "half" or "float", for messages.
+const char* sampleTypeName(SampleType type);
+// The bits of a world that holds such values: 8, 16, or 32 for half and float.
+int worldBits(SampleType type);
+
+// Pixels from left to right - 1 and from top to bottom - 1.
+struct Window {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+
+    int width() const { return right - left; }
+    int height() const { return bottom - top; }
+    bool empty() const { return left >= right || top >= bottom; }
+    bool operator==(const Window&) const = default;
+};
+
+Window intersection(const Window& a, const Window& b);
+// The smallest window that holds both; an empty one counts for nothing.
+Window enclosing(const Window& a, const Window& b);
+
+inline constexpr std::size_t kChannels = 4;  // red, green, blue, alpha
+
+struct Picture {
+    std::string name;  // as the user gave it, for messages
+    Window window;     // what the pixels cover, in the file's coordinates
+    Window display;    // the file's display window
+    bool grey = false;
+    bool hasAlpha = false;
+    bool associated = false;  // colour is multiplied by alpha
+    SampleType type = SampleType::UInt8;
+    std::string greyName;              // name of the only colour channel of a grey picture
+    bool cropped = false;              // the file has pixels outside `window`
+    std::vector<std::string> leftOut;  // layers and channels of the file that aren't in here
+    OIIO::ImageSpec imageSpec;         // of the part read: metadata
+    // Red, green, blue, alpha of each pixel, row by row. Integers are scaled to 0..1; grey stands
+    // in all three colours; alpha is 1 where the file has none.
+    std::vector<float> pixels;
+
+    int width() const { return window.width(); }
+    int height() const { return window.height(); }
+    std::size_t pixelCount() const { return pixels.size() / kChannels; }
+    float* pixel(std::size_t i) { return pixels.data() + i * kChannels; }
+    const float* pixel(std::size_t i) const { return pixels.data() + i * kChannels; }
+};
+
+// What was put right in a picture before use.
+struct Repairs {
+    std::size_t notFinite = 0;          // values that were NaN or infinite
+    std::size_t lightWithoutAlpha = 0;  // pixels with colour and an associated alpha of 0
+};
+
+// NaN becomes 0 and infinity the largest half value of its sign. Counts, and counts the light that
+// has no alpha, which stays as it is.
+Repairs repair(Picture& picture);
+
+}  // namespace pictures

@@ -1,0 +1,78 @@
+#include "pictures/PictureFormats.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "pictures/Errors.h"
+
+namespace pictures {
+namespace {
+
+const std::vector<PictureFormat>& formats() {
+    using enum SampleType;
+    constexpr bool kYes = true;
+    constexpr bool kNo = false;
+    // name, title, suffixes, alpha, grey, grey with alpha, windows, needs a file, types
+    static const std::vector<PictureFormat> table = {
+        {"openexr", "EXR", {".exr"}, AlphaKind::Associated, kYes, kYes, kYes, kNo, {Half, Float}},
+        {"png", "PNG", {".png"}, AlphaKind::Straight, kYes, kYes, kNo, kNo, {UInt8, UInt16}},
+        {"tiff",
+         "TIFF",
+         {".tif", ".tiff"},
+         AlphaKind::Either,
+         kYes,
+         kYes,
+         kNo,
+         kYes,
+         {UInt8, UInt16, Float}},
+        {"jpeg", "JPEG", {".jpg", ".jpeg"}, AlphaKind::None, kYes, kNo, kNo, kNo, {UInt8}},
+        {"targa", "TGA", {".tga"}, AlphaKind::Straight, kYes, kNo, kNo, kNo, {UInt8}},
+        {"bmp", "BMP", {".bmp"}, AlphaKind::None, kYes, kNo, kNo, kNo, {UInt8}},
+        {"hdr", "HDR", {".hdr"}, AlphaKind::None, kNo, kNo, kNo, kNo, {Float}},
+        {"pnm", "PNM", {".ppm", ".pgm"}, AlphaKind::None, kYes, kNo, kNo, kNo, {UInt8}},
+    };
+    return table;
+}
+
+std::string lowerSuffix(const std::filesystem::path& path) {
+    std::string suffix = path.extension().string();
+    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return suffix;
+}
+
+std::string knownSuffixes() {
+    std::string list;
+    for (const PictureFormat& format : formats()) {
+        for (const std::string& suffix : format.suffixes) list += " " + suffix;
+    }
+    return list;
+}
+
+// Whether every value of type `from` is a value of type `to`. Half has 11 significant bits: enough
+// to tell 8-bit values apart, not those of 16 bits.
+bool holds(SampleType to, SampleType from) {
+    if (to == SampleType::Float || to == from) return true;
+    return from == SampleType::UInt8 && to != SampleType::UInt8;
+}
+
+}  // namespace
+
+const PictureFormat& formatOf(const std::filesystem::path& path) {
+    const std::string suffix = lowerSuffix(path);
+    for (const PictureFormat& format : formats()) {
+        const auto& known = format.suffixes;
+        if (std::find(known.begin(), known.end(), suffix) != known.end()) return format;
+    }
+    throw UsageError("cannot write " + path.string() + ": its name must end in one of" +
+                     knownSuffixes());
+}
+
+SampleType nearestType(const PictureFormat& format, SampleType wanted) {
+    for (const SampleType type : format.types) {
+        if (holds(type, wanted)) return type;
+    }
+    return format.types.back();
+}
+
+}  // namespace pictures

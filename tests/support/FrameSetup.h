@@ -1,0 +1,52 @@
+#pragma once
+// A set-up effect and small deterministic pictures for whole-frame tests.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "headless/Effect.h"
+#include "support/SpatialReference.h"
+
+namespace frame {
+
+// The bundle in a host of its own, set up with a blur of 5.5 pixels in the shape of shapePicture(),
+// so that one kernel pixel covers exactly one pixel of the shape.
+class BlurEffect {
+public:
+    explicit BlurEffect(int threads = 2);
+
+    headless::FrameResult render(headless::FrameRequest request) {
+        return effect.renderFrame(request);
+    }
+    // Adds a depth layer and the number of layers that it is cut into.
+    void useDepth(std::shared_ptr<const headless::World> map, int layers);
+    void set(const std::string& label, double value) { effect.parameters().set(label, value); }
+    void setLayer(const std::string& label, std::shared_ptr<const headless::World> layer) {
+        effect.parameters().setLayer(effect.parameters().find(label), std::move(layer));
+    }
+
+    headless::Host host;
+    headless::Effect effect;
+    std::shared_ptr<const headless::World> shape;
+};
+
+// Noise with all alphas and a few bright points; the seed makes it another picture.
+std::shared_ptr<headless::World> noisePicture(int width, int height, int bits, unsigned seed = 1);
+// A ramp with a step and a little noise in the colours, opaque.
+std::shared_ptr<headless::World> depthPicture(int width, int height);
+// 12 x 12, lopsided and empty at its border, so that any turn or mirror shows.
+std::shared_ptr<headless::World> shapePicture();
+
+headless::FrameRequest requestFor(std::shared_ptr<const headless::World> input, int bits);
+
+// Compares `rect` of a result with the direct sum: `relative` of the largest value for float, one
+// step for the integer formats, whose values are truncated.
+void expectPixels(const headless::FrameResult& result, const reference::Scene& scene,
+                  double relative = 2e-6);
+// Whether two worlds hold the same bits.
+bool sameBits(const headless::World& a, const headless::World& b);
+
+}  // namespace frame
