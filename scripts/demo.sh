@@ -31,7 +31,7 @@ show() {
 }
 
 # Scene-linear light for a screen: cut at white, with a screen's gamma.
-encode=(--ch R,G,B --clamp:min=0:max=1 --powc 0.4545)
+encode=(--ch 'R,G,B' --clamp:min=0:max=1 --powc 0.4545)
 
 # blur PICTURE NAME CAPTION OPTION...: blurs the picture with these options and shows the result.
 # The scene in float is scene-linear light, which the exposure curve need not expand.
