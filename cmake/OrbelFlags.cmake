@@ -11,11 +11,6 @@ set(ORBEL_X86_64_LEVEL "v3" CACHE STRING
     "x86-64 micro-architecture level of the plug-in: v3 (AVX2, what the host application needs) or empty for the baseline")
 set(ORBEL_SANITIZE "" CACHE STRING "Sanitizers for every target, such as address,undefined or thread")
 
-# Assertions are part of the behaviour: no build type defines NDEBUG.
-foreach(type RELEASE RELWITHDEBINFO MINSIZEREL)
-    string(REGEX REPLACE "[-/]DNDEBUG" "" CMAKE_CXX_FLAGS_${type} "${CMAKE_CXX_FLAGS_${type}}")
-endforeach()
-
 # Adds `flag` to `target` for everything that links it, if the compiler knows the flag.
 function(orbel_try_flag target flag)
     string(MAKE_C_IDENTIFIER "ORBEL_HAS_${flag}" known)
@@ -34,6 +29,18 @@ else()
         orbel_try_flag(orbel_flags ${flag})
     endforeach()
 endif()
+
+# Assertions are part of the behaviour: NDEBUG is never defined, whatever the build type and the
+# flags from outside say. MSVC warns of an option that takes another back, so there the option goes,
+# in the scope of this project.
+if(MSVC)
+    foreach(type RELEASE RELWITHDEBINFO MINSIZEREL)
+        string(REGEX REPLACE "[-/]DNDEBUG" "" CMAKE_CXX_FLAGS_${type} "${CMAKE_CXX_FLAGS_${type}}")
+    endforeach()
+else()
+    target_compile_options(orbel_flags INTERFACE -UNDEBUG)
+endif()
+
 if(ORBEL_WARNINGS_AS_ERRORS)
     target_compile_options(orbel_flags INTERFACE $<IF:$<BOOL:${MSVC}>,/WX,-Werror>)
 endif()

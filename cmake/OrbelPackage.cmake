@@ -1,20 +1,29 @@
-# What is installed, and the archives that CPack makes of it: on Windows and macOS the file to be
-# copied to the application's folder, elsewhere the tool with its bundle. Next to it the notes on
-# installation and the licences.
+# What is installed, in two components, and the archives that CPack makes of the first.
+#
+# package       on Windows and macOS the file to be copied to the application's folder, elsewhere the
+#               tool with its bundle; the notes on installation and the licences
+# development   the host as a library with its headers, for find_package(Orbel)
+include(CMakePackageConfigHelpers)
+
 if(APPLE)
     set(system macos)
     set(notes_folder .)
-    install(DIRECTORY "${ORBEL_MACOS_BUNDLE}" DESTINATION . USE_SOURCE_PERMISSIONS)
+    set(bundle_file Orbel.plugin/Contents/MacOS/Orbel)
+    install(DIRECTORY "${ORBEL_MACOS_BUNDLE}" DESTINATION . USE_SOURCE_PERMISSIONS
+        COMPONENT package)
 elseif(WIN32)
     set(system windows-x86_64)
     set(notes_folder .)
-    install(TARGETS Orbel LIBRARY DESTINATION .)
+    set(bundle_file Orbel.aex)
+    install(TARGETS Orbel LIBRARY DESTINATION . COMPONENT package)
 else()
     string(TOLOWER "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}" system)
     set(notes_folder "${CMAKE_INSTALL_DOCDIR}")
-    install(TARGETS Orbel LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/orbel")
+    set(bundle_folder "${CMAKE_INSTALL_LIBDIR}/orbel")
+    set(bundle_file "${bundle_folder}/Orbel.so")
+    install(TARGETS Orbel LIBRARY DESTINATION "${bundle_folder}" COMPONENT package)
     if(TARGET orbel)
-        install(TARGETS orbel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+        install(TARGETS orbel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT package)
     endif()
 endif()
 function(orbel_install_note file name)
@@ -26,6 +35,39 @@ orbel_install_note(LICENSE LICENSE.txt)
 orbel_install_note(NOTICE NOTICE.txt)
 orbel_install_note(docs/third-party.md THIRD-PARTY.txt)
 
+# Installs the headers of a layer and has programs that link the installed layer find them.
+function(orbel_install_headers layer)
+    set(include_dir "${CMAKE_INSTALL_INCLUDEDIR}/orbel")
+    get_target_property(headers orbel_${layer} ORBEL_HEADERS)
+    foreach(header IN LISTS headers)
+        cmake_path(GET header PARENT_PATH subfolder)
+        install(FILES "${PROJECT_SOURCE_DIR}/${layer}/${header}"
+            DESTINATION "${include_dir}/${layer}/${subfolder}" COMPONENT development)
+    endforeach()
+    target_include_directories(orbel_${layer} INTERFACE "$<INSTALL_INTERFACE:${include_dir}>")
+endfunction()
+
+if(TARGET orbel_headless)
+    set(config_folder "${CMAKE_INSTALL_LIBDIR}/cmake/Orbel")
+    foreach(layer platform headless)
+        orbel_install_headers(${layer})
+        set_target_properties(orbel_${layer} PROPERTIES EXPORT_NAME ${layer})
+        install(TARGETS orbel_${layer} EXPORT OrbelTargets ARCHIVE COMPONENT development)
+    endforeach()
+    install(EXPORT OrbelTargets NAMESPACE Orbel:: DESTINATION "${config_folder}"
+        COMPONENT development)
+
+    configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/OrbelConfig.cmake.in"
+        "${PROJECT_BINARY_DIR}/OrbelConfig.cmake"
+        INSTALL_DESTINATION "${config_folder}" PATH_VARS bundle_file)
+    write_basic_package_version_file("${PROJECT_BINARY_DIR}/OrbelConfigVersion.cmake"
+        COMPATIBILITY SameMinorVersion)
+    install(FILES
+            "${PROJECT_BINARY_DIR}/OrbelConfig.cmake"
+            "${PROJECT_BINARY_DIR}/OrbelConfigVersion.cmake"
+        DESTINATION "${config_folder}" COMPONENT development)
+endif()
+
 if(APPLE OR WIN32)
     set(CPACK_GENERATOR ZIP)
 else()
@@ -34,6 +76,7 @@ endif()
 set(CPACK_PACKAGE_NAME Orbel)
 set(CPACK_PACKAGE_VENDOR TARNWICK)
 set(CPACK_PACKAGE_FILE_NAME "Orbel-${PROJECT_VERSION}-${system}")
+set(CPACK_INSTALL_CMAKE_PROJECTS "${PROJECT_BINARY_DIR};${PROJECT_NAME};package;/")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 include(CPack)

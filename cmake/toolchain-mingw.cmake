@@ -1,7 +1,9 @@
-# Windows x86_64 with Debian's g++-mingw-w64-x86-64-posix.
+# Windows x86_64 with Mingw-w64. Of the two compilers that Debian has, only the one for POSIX threads
+# has std::thread; elsewhere there is just one.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+find_program(ORBEL_MINGW NAMES x86_64-w64-mingw32-g++-posix x86_64-w64-mingw32-g++ REQUIRED)
+set(CMAKE_CXX_COMPILER "${ORBEL_MINGW}")
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

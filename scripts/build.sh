@@ -6,6 +6,6 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 preset="${1:-release}"
-scripts/setup.sh build
+scripts/setup.sh build test
 cmake --preset "$preset"
 cmake --build --preset "$preset"

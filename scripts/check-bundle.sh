@@ -2,8 +2,8 @@
 # check-bundle.sh BUILD
 #
 # Looks at the bundle in the build folder BUILD as the host's loader will: what it exports, what it
-# imports, how large it is when stripped, and for Windows the descriptor inside and how it moves
-# vectors. Prints what is wrong and exits with 1.
+# imports, how large it is when stripped, and for Windows the descriptor and the version inside and
+# how it moves vectors. Prints what is wrong and exits with 1.
 set -euo pipefail
 
 readonly entry_point=EntryPointFunc
@@ -56,6 +56,18 @@ check_descriptor() {
     cmp "$scratch/descriptor" "$build/bundle/windows/Orbel.pipl" || report 'no descriptor, or another'
 }
 
+# The project's version has to be there as numbers, which installers compare, and as text. The numbers
+# are 16-bit words in 8 bytes from byte 48 on, the minor one before the major one.
+check_version() {
+    local version numbers major minor patch
+    version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")
+    IFS=. read -r major minor patch <<<"$version"
+    wrestool --extract --raw --type=version "$bundle" >"$scratch/version"
+    numbers=$(od -An -tu2 -j48 -N8 "$scratch/version" | xargs)
+    [[ $numbers == "$minor $major 0 $patch" ]] || report "version in words $numbers, not of $version"
+    tr -d '\0' <"$scratch/version" | grep -qaF "FileVersion$version" || report "no version text $version"
+}
+
 # Moves of 32-byte vectors that fault where the stack has Windows' 16-byte alignment.
 check_vector_moves() {
     local code aligned
@@ -70,6 +82,7 @@ if [[ -f $build/Orbel.aex ]]; then
     bundle="$build/Orbel.aex"
     check_windows_tables
     check_descriptor
+    check_version
     check_vector_moves
 else
     bundle="$build/Orbel.so"

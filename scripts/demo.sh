@@ -1,33 +1,37 @@
 #!/usr/bin/env bash
 # demo.sh
 #
-# Installs what is missing, builds the release, makes a night scene with its depth map, blurs it in
-# many ways and puts the pictures on one contact sheet.
+# Installs what is missing, builds the bundle and the tool of the release, makes a night scene with its
+# depth map, blurs it in many ways and puts the pictures on one contact sheet.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-scripts/build.sh release
+scripts/setup.sh build demo
+# A folder without a build gets one that needs neither tests nor benchmarks; what is there stays so.
+[[ -f build/release/build.ninja ]] ||
+    cmake --preset release -DBUILD_TESTING=OFF -DORBEL_BUILD_BENCHMARKS=OFF
+cmake --build --preset release --target Orbel orbel
 
 orbel=build/release/orbel
 out=build/release/demo
 tiles="$out/tiles"
-font=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
+font=$(fc-match --format '%{file}' 'DejaVu Sans' 2>/dev/null || true)
 rm -rf "$out"
 mkdir -p "$tiles"
 
-# show FILE CAPTION OPERATION...: adds a captioned tile of the picture to the contact sheet, after
-# the operations that make it fit for a screen.
+# show FILE CAPTION OPERATION...: adds a tile of the picture to the contact sheet, after the
+# operations that make it fit for a screen, with its caption if there is a font.
 sheet=()
 show() {
-    local tile
+    local tile text=()
+    [[ -z $font ]] || text=(--text:x=10:y=26:size=17:shadow=2:font="$font" "$2")
     tile="$tiles/$(printf '%02d' ${#sheet[@]}).png"
-    oiiotool "$1" "${@:3}" --ch R,G,B --resize 384x0 \
-        --text:x=10:y=26:size=17:shadow=2:font="$font" "$2" -d uint8 -o "$tile"
+    oiiotool "$1" "${@:3}" --ch R,G,B --resize 384x0 "${text[@]}" -d uint8 -o "$tile"
     sheet+=("$tile")
 }
 
 # Scene-linear light for a screen: cut at white, with a screen's gamma.
-encode=(--ch R,G,B --clamp:min=0:max=1 --powc 0.4545)
+encode=(--ch 'R,G,B' --clamp:min=0:max=1 --powc 0.4545)
 
 # blur PICTURE NAME CAPTION OPTION...: blurs the picture with these options and shows the result.
 # The scene in float is scene-linear light, which the exposure curve need not expand.

@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # package.sh [PRESET...]
 #
-# Makes the packages of the presets (release, windows and arm64) in build/packages: installs what is
-# missing, builds, looks into the bundles, packs them, and looks into the packages.
+# Makes the packages of the presets (release, windows and arm64; ci in place of release has warnings
+# as errors) in build/packages: installs what is missing, builds, looks into the bundles, packs them,
+# and looks into the packages.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 packages=build/packages
 [[ $# -gt 0 ]] || set -- release windows arm64
 
-scripts/setup.sh build check
+scripts/setup.sh build test check
 rm -rf "$packages"
 for preset in "$@"; do
     cmake --preset "$preset"

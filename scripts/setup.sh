@@ -3,7 +3,9 @@
 #
 # Installs the packages of the named groups (default: build) of packages.txt that are missing.
 # With everything in place it changes nothing and asks no package server. As root it installs by
-# itself, else through sudo; where neither is possible it prints what to install and fails.
+# itself, else through sudo. What it can't install, for want of apt-get, of the right or of such a
+# package, it names in one line and succeeds: the same may be there in another way, and the build
+# reports what it really lacks.
 set -euo pipefail
 
 list="$(dirname "${BASH_SOURCE[0]}")/packages.txt"
@@ -29,6 +31,12 @@ may_install() {
     command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [[ -t 0 ]]; }
 }
 
+# leave REASON PACKAGE...: names what is needed, and ends the script.
+leave() {
+    echo "setup.sh: $1; needed, by Debian's names: ${*:2}" >&2
+    exit 0
+}
+
 wanted=()
 for group in "$@"; do
     mapfile -t packages < <(packages_of "$group")
@@ -37,9 +45,7 @@ for group in "$@"; do
 done
 
 if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
-    echo "setup.sh: this machine has no apt-get; install what these Debian packages hold:" >&2
-    echo "    ${wanted[*]}" >&2
-    exit 1
+    leave 'no apt-get here' "${wanted[@]}"
 fi
 
 missing=()
@@ -47,14 +53,14 @@ for package in "${wanted[@]}"; do
     installed "$package" || missing+=("$package")
 done
 [[ ${#missing[@]} -gt 0 ]] || exit 0
-
-if ! may_install; then
-    echo "setup.sh: not root and no sudo; have an administrator run:" >&2
-    echo "    apt-get install --no-install-recommends ${missing[*]}" >&2
-    exit 1
-fi
+may_install || leave 'neither root nor sudo' "${missing[@]}"
 
 echo "Installing ${missing[*]}"
 privileged apt-get update -q || echo "setup.sh: going on with the package lists at hand" >&2
-privileged env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -q -y --no-install-recommends "${missing[@]}"
+known=() unknown=()
+for package in "${missing[@]}"; do
+    if apt-cache show "$package" >/dev/null 2>&1; then known+=("$package"); else unknown+=("$package"); fi
+done
+[[ ${#known[@]} -eq 0 ]] || privileged env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -q -y --no-install-recommends "${known[@]}"
+[[ ${#unknown[@]} -eq 0 ]] || leave 'this distribution has no such packages' "${unknown[@]}"

@@ -11,7 +11,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 release() {
     scripts/build.sh release
-    ctest --preset release
+    CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$(nproc)} ctest --preset release
 }
 
 platforms() {

@@ -13,21 +13,38 @@ windows="${2:-build/windows}"
 arm64="${3:-build/arm64}"
 
 work=$(mktemp -d)
-# Debian keeps Wine's programs off the PATH. The server of this prefix outlives its programs.
-wine=/usr/lib/wine/wine64
 export WINEPREFIX="$work/wine" WINEDEBUG=-all
-trap '/usr/lib/wine/wineserver64 -k || true; rm -rf "$work"' EXIT
-
-native_host=("$release/orbel-trial")
-windows_host=("$wine" "$windows/orbel-trial.exe")
-arm64_host=(qemu-aarch64 -L /usr/aarch64-linux-gnu "$arm64/orbel-trial")
-
-windows_bundle="$windows/Orbel.aex"
+trap 'rm -rf "$work"' EXIT
 
 fail() {
     echo "trial.sh: $1" >&2
     exit 1
 }
+
+# find_program NAME...: the first of these programs that is on the PATH, or among those of Wine, which
+# Debian keeps off it.
+find_program() {
+    local name
+    for name in "$@"; do
+        PATH="$PATH:/usr/lib/wine" type -P "$name" && return
+    done
+    fail "none of these programs is installed: $*"
+}
+
+wine=$(find_program wine64 wine)
+wineserver=$(find_program wineserver64 wineserver)
+qemu=$(find_program qemu-aarch64 qemu-aarch64-static)
+# The arm64 libraries lie where their compiler has its own.
+arm64_libraries=$(dirname "$(realpath "$(aarch64-linux-gnu-g++ -print-file-name=libm.so.6)")")
+
+# The server of this prefix outlives its programs.
+trap '"$wineserver" -k || true; rm -rf "$work"' EXIT
+
+native_host=("$release/orbel-trial")
+windows_host=("$wine" "$windows/orbel-trial.exe")
+arm64_host=("$qemu" -L "$(dirname "$arm64_libraries")" "$arm64/orbel-trial")
+
+windows_bundle="$windows/Orbel.aex"
 
 # try NAME HOST... BUNDLE: the whole command stream; the frames go to $work/NAME.
 try() {
@@ -74,7 +91,7 @@ echo '== files that are no bundle'
 refuses 'was built for Linux on arm64' "$arm64/Orbel.so" "${native_host[@]}"
 refuses 'was built for Windows on x86-64' "$windows_bundle" "${native_host[@]}"
 refuses 'was built for Linux on x86-64' "$release/Orbel.so" "${arm64_host[@]}"
-refuses 'has no function EntryPointFunc' /usr/aarch64-linux-gnu/lib/libm.so.6 "${arm64_host[@]}"
+refuses 'has no function EntryPointFunc' "$arm64_libraries/libm.so.6" "${arm64_host[@]}"
 refuses 'was built for Linux on x86-64' "$release/Orbel.so" "${windows_host[@]}"
 refuses 'was built for Windows on arm64' "$work/foreign.aex" "${windows_host[@]}"
 refuses "can't be loaded: it is damaged" "$work/half.aex" "${windows_host[@]}"

@@ -1,0 +1,63 @@
+# To be sourced, in the root of the repository, by what checks the whole of it: the steps that every
+# submission passes, and the time that each step takes.
+# shellcheck shell=bash
+
+CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$(nproc)}
+export CTEST_PARALLEL_LEVEL
+durations=()
+test_log=$(mktemp)
+trap 'rm -f "$test_log"' EXIT
+
+# step NAME COMMAND...: runs the command under a heading and takes its time.
+step() {
+    local name="$1" start=$SECONDS
+    shift
+    printf '\n== %s\n' "$name"
+    "$@"
+    durations+=("$(printf '%5d s  %s' $((SECONDS - start)) "$name")")
+}
+
+compile() {
+    cmake --preset "$1"
+    cmake --build --preset "$1"
+}
+
+compile_and_test() {
+    compile "$1"
+    ctest --preset "$1"
+}
+
+platforms() {
+    scripts/package.sh ci windows arm64
+    scripts/trial.sh build/ci
+}
+
+# What is checked in seconds comes first. The build of `ci` serves tests, packages and trial.
+check_submission() {
+    local preset
+    step 'packages of the system' scripts/setup.sh build test check
+    step 'shell scripts' scripts/check-shell.sh
+    step 'version' scripts/check-version.sh
+    step 'format' scripts/check-format.sh
+    step 'layers' scripts/check-layers.sh
+    step 'ci: build' compile ci
+    step 'ci: tests' run_tests
+    step 'tidy' scripts/check-tidy.sh --all
+    step 'check-clang' compile check-clang
+    step 'platforms: packages and trial' platforms
+    for preset in asan-ubsan tsan; do
+        step "$preset" compile_and_test "$preset"
+    done
+}
+
+run_tests() {
+    ctest --preset ci 2>&1 | tee "$test_log"
+}
+
+# The duration of each step, and the summary of the release's tests.
+summarize() {
+    printf '\n== durations\n'
+    printf '%s\n' "${durations[@]}" "$(printf '%5d s  altogether' $SECONDS)"
+    printf '\n== tests of the release\n'
+    grep -E '^[0-9]+% tests passed|^Total Test time' "$test_log"
+}
