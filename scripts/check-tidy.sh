@@ -22,7 +22,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 #   misc-misplaced-const           a constant handle is a constant pointer, as it says
 #   misc-non-private-member-...    plain structures with an operator or a constructor
 #   misc-no-recursion              recursion as deep as a radix or a type allows
-readonly more_checks='clang-analyzer-*,cert-*,misc-*,portability-*,
+readonly more_checks='performance-unnecessary-value-param,clang-analyzer-*,cert-*,misc-*,portability-*,
 -cert-dcl37-c,-cert-dcl51-cpp,-cert-err58-cpp,-cert-msc32-c,-cert-msc51-cpp,
 -misc-const-correctness,-misc-misplaced-const,-misc-non-private-member-variables-in-classes,
 -misc-no-recursion'
