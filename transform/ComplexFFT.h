@@ -24,6 +24,8 @@
 //
 // No routine allocates, checks its arguments, keeps state or writes to the tables.
 
+#include <cstddef>
+
 #include "transform/BitReversal.h"
 #include "transform/Butterflies.h"
 #include "transform/FixedKernels.h"
@@ -86,7 +88,7 @@ void cftmdl1(int n, T* a, const double* w) {
     ORBEL_INDEPENDENT_LANES
     for (auto x : LanesOf(a)) splitFirst(x, 0, m);
     for (int j = 2; j < mh; j += 2) {
-        const Twiddle t = twiddleAt(w + 2 * j);
+        const Twiddle t = twiddleAt(w + std::ptrdiff_t{2} * j);
         const Twiddle mirrored = t.mirrored();
         ORBEL_INDEPENDENT_LANES
         for (auto x : LanesOf(a)) splitFirst(x, j, m, t);
@@ -108,8 +110,8 @@ void cftmdl2(int n, T* a, const double* w) {
     ORBEL_INDEPENDENT_LANES
     for (auto x : LanesOf(a)) splitSecond(x, 0, m, half);
     for (int j = 2; j < mh; j += 2) {
-        const Twiddle t = twiddleAt(w + 2 * j);
-        const Twiddle u = twiddleAt(w + 2 * (m - j));
+        const Twiddle t = twiddleAt(w + std::ptrdiff_t{2} * j);
+        const Twiddle u = twiddleAt(w + std::ptrdiff_t{2} * (m - j));
         ORBEL_INDEPENDENT_LANES
         for (auto x : LanesOf(a)) splitSecond(x, j, m, t, u.mirrored());
         ORBEL_INDEPENDENT_LANES
