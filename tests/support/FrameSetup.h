@@ -42,8 +42,8 @@ std::shared_ptr<headless::World> shapePicture();
 
 headless::FrameRequest requestFor(std::shared_ptr<const headless::World> input, int bits);
 
-// Compares a result with the direct sum. The tolerance is `relative` to the value for float, or to 1
-// if that is larger, and one step for the integer formats, whose values are truncated.
+// Compares a result with the direct sum. The tolerance for float is `relative` times the value, or
+// times 1 for smaller ones; for the integer formats, which are truncated, it is one step.
 void expectPixels(const headless::FrameResult& result, const reference::Scene& scene,
                   double relative = 2e-6);
 // Whether two worlds hold the same bits.
