@@ -1,5 +1,5 @@
 #pragma once
-// A frame for benchmarks of the pipeline: pictures of noise, a depth map and the effect's defaults.
+// A frame for benchmarks of the pipeline: images of noise, a depth map and the effect's defaults.
 
 #include <cstdint>
 #include <string>
@@ -8,7 +8,7 @@
 #include "support/ShapeParameter.h"
 #include "support/StageFixture.h"
 
-// Noise from 0 to `top`, opaque, so that no pixel takes a shorter way than others.
+// Noise from 0 to `top`, opaque, so that no pixel takes a shortcut.
 inline void fillWithNoise(headless::World& world, float top) {
     std::uint32_t state = 1;
     const auto next = [&] {
@@ -35,7 +35,7 @@ inline std::string nameOf(PF_PixelFormat format) {
     return std::to_string(headless::bitsOfFormat(format)) + "bit";
 }
 
-// The pictures and parameters of one frame, on a host of its own: one such object at a time.
+// The images and parameters of one frame, on a host of its own: only one such object at a time.
 struct BenchFrame {
     BenchFrame(int width, int height, PF_PixelFormat format, double radius, int threads)
         : host({.threads = threads}),

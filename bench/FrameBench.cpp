@@ -4,9 +4,9 @@
 //   frame.N.MODE/RADIUS                N depth layers, float, on two threads, edge detection on
 //   frame.parts.N.MODE/RADIUS          the same on one thread, part by part
 //
-// Counters: `MB` is the peak of host memory, pictures excluded. Of the parts, `kernels`, `depth`
-// (with its edges), `store`, `forward`, `multiply`, `inverse` and `unpack` are seconds of the
-// processor; `rest` is the share of the frame that is neither transform nor multiplication,
+// Counters: `MB` is the peak of host memory, images excluded. For the parts, `kernels`, `depth`
+// (with its edges), `store`, `forward`, `multiply`, `inverse` and `unpack` are seconds of processor
+// time; `rest` is the share of the frame that is neither transform nor multiplication,
 // `store_unpack` the share of these two stages.
 
 #include <benchmark/benchmark.h>

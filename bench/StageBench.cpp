@@ -6,7 +6,7 @@
 //   stage.kernels.N             sampling and normalising the generated aperture
 //   stage.shape                 drawing the aperture, 256 x 256
 //
-// N is the number of depth layers. The counter `per_pixel` is the processor's time for one item.
+// N is the number of depth layers. The counter `per_pixel` is the processor time of one item.
 
 #include <benchmark/benchmark.h>
 
@@ -80,7 +80,7 @@ void unpack(benchmark::State& state, PF_PixelFormat format) {
                                             bench.rect, bench.rect, *bench.frame.output.layer()));
 }
 
-// The bank and the block are zero, which takes as long as anything else.
+// The bank and the block are zero, which takes as long as other values.
 template <std::size_t N, int K>
 void multiply(benchmark::State& state) {
     BenchBlock<N> bench(PF_PixelFormat_ARGB128);

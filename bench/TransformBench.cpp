@@ -1,11 +1,12 @@
 // The transforms, by themselves and against FFTW.
 //
 //   transform.row.LANES/B      one row of B samples, in the cache
-//   transform.block.LANES/B    a block of B x B samples, through the host's iterations on one
-//   thread fftw.lanes.LANES/B         FFTW on the same data: lanes interleaved, real and imaginary
-//   apart fftw.apart.LANES/B         FFTW on one contiguous complex block for each lane
+//   transform.block.LANES/B    a block of B x B samples, through the host's iterations, one thread
+//   fftw.lanes.LANES/B         FFTW on the same data: interleaved lanes, separate real and
+//                              imaginary parts
+//   fftw.apart.LANES/B         FFTW on one contiguous complex block for each lane
 //   transform.ratio.LANES/B    transform.block and fftw.apart in turns: the time is ours, the
-//                              counter `ratio` is our median processor time over theirs
+//                              counter `ratio` is our median processor time divided by theirs
 //
 // LANES "6of10" is six live lanes in a cell of ten. FFTW doesn't vectorise over lanes, so `apart`
 // is the layout that suits it.
@@ -25,7 +26,7 @@
 
 namespace {
 
-// An unscaled transform multiplies its data, so they are made anew after this many.
+// An unscaled transform multiplies its data, which are therefore refilled after this many.
 constexpr int kTransformsPerFill = 16;
 
 void fillWithNoise(double* data, std::size_t count) {
@@ -125,7 +126,7 @@ private:
     fftw_plan plan_;
 };
 
-// Times `step` on `data`, with a fresh filling now and then that isn't timed.
+// Times `step` on `data`, which is refilled now and then outside the timing.
 template <class Data, class Step>
 void measure(benchmark::State& state, Data& data, Step step) {
     int done = 0;
@@ -172,7 +173,7 @@ double secondsOf(Data& data) {
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-// In turns, and by processor time, so that whatever else the machine does hits both alike.
+// In turns, and by processor time, so that other load on the machine affects both alike.
 template <class T>
 void ratio(benchmark::State& state) {
     OneThreadHost host;

@@ -30,8 +30,8 @@ else()
     endforeach()
 endif()
 
-# Assertions are part of the behaviour: NDEBUG is never defined, whatever the build type and the
-# flags from outside say. MSVC warns of an option that takes another back, so there the option goes,
+# Assertions are part of the behaviour: NDEBUG is never defined, whatever the build type and
+# external flags say. MSVC warns of an option that cancels another, so there the option is removed,
 # in the scope of this project.
 if(MSVC)
     foreach(type RELEASE RELWITHDEBINFO MINSIZEREL)
@@ -50,7 +50,8 @@ if(ORBEL_SANITIZE)
     target_link_options(orbel_flags INTERFACE -fsanitize=${ORBEL_SANITIZE})
 endif()
 
-# A Windows file carries its run-time libraries, since nobody installs a compiler's beside it.
+# A Windows file links its run-time libraries statically, since no compiler's libraries are
+# installed with it.
 if(MSVC)
     set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 elseif(WIN32)
@@ -63,8 +64,8 @@ endif()
 add_library(orbel_plugin_flags INTERFACE)
 target_link_libraries(orbel_plugin_flags INTERFACE orbel_flags)
 if(MSVC)
-    # From Visual Studio 2022 on this contracts nothing, and a DLL exports only what says so: no more
-    # is needed for what the flags below are for.
+    # From Visual Studio 2022 on this contracts nothing, and a DLL exports only what is declared so:
+    # that covers the purpose of the flags below.
     target_compile_options(orbel_plugin_flags INTERFACE /fp:precise)
 else()
     # A fused multiply-add rounds once where two operations round twice. Without it every lane,
@@ -113,8 +114,8 @@ if(ORBEL_TARGETS_X86_64 AND ORBEL_X86_64_LEVEL)
     target_compile_options(orbel_plugin_flags INTERFACE ${level_options})
 endif()
 
-# Windows aligns a stack to 16 bytes, and g++ moves 32-byte vectors there as if it were 32: the
-# assembler has to write the moves that bear it. MSVC and clang align such a frame by themselves.
+# Windows aligns a stack to 16 bytes, but g++ moves 32-byte vectors there as if it were 32, so the
+# assembler has to write unaligned moves. MSVC and clang align such a frame by themselves.
 if(WIN32 AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND ORBEL_HAS_LEVEL)
     check_cxx_compiler_flag(-Wa,-muse-unaligned-vector-move ORBEL_ASSEMBLER_UNALIGNS_MOVES)
     if(NOT ORBEL_ASSEMBLER_UNALIGNS_MOVES)

@@ -35,7 +35,7 @@ orbel_install_note(LICENSE LICENSE.txt)
 orbel_install_note(NOTICE NOTICE.txt)
 orbel_install_note(docs/third-party.md THIRD-PARTY.txt)
 
-# Installs the headers of a layer and has programs that link the installed layer find them.
+# Installs the headers of a layer and adds them to the include path of programs that link it.
 function(orbel_install_headers layer)
     set(include_dir "${CMAKE_INSTALL_INCLUDEDIR}/orbel")
     get_target_property(headers orbel_${layer} ORBEL_HEADERS)

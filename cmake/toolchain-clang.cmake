@@ -1,5 +1,5 @@
-# clang++: the one that the environment variable ORBEL_CLANG names, or else version 16, with which
-# the code is checked, or whichever the machine has.
+# clang++: the one that the environment variable ORBEL_CLANG names, else version 16, with which the
+# code is checked, else whichever is installed.
 if(DEFINED ENV{ORBEL_CLANG})
     set(names "$ENV{ORBEL_CLANG}")
 else()

@@ -1,5 +1,5 @@
-# Windows x86_64 with Mingw-w64. Of the two compilers that Debian has, only the one for POSIX threads
-# has std::thread; elsewhere there is just one.
+# Windows x86_64 with Mingw-w64. Of the two compilers that Debian has, only the one for POSIX
+# threads has std::thread; elsewhere there is only one.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 find_program(ORBEL_MINGW NAMES x86_64-w64-mingw32-g++-posix x86_64-w64-mingw32-g++ REQUIRED)

@@ -8,7 +8,7 @@ DetectEdge::DetectEdge(const AEO::Vector<Gradient>& gradient, const iRect& rect,
                        AEO::Vector<float>& edge)
     : gradient_(gradient), rect_(rect), edge_(edge) {}
 
-// Each difference is smoothed with 1, 2, 1 across its own direction.
+// Each difference is smoothed with 1, 2, 1 perpendicular to its own direction.
 int DetectEdge::iterate(int, int index, int) {
     const Neighbours n(rect_, static_cast<std::uint32_t>(index));
     const std::size_t here = n.at(n.col, n.row);

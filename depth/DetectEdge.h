@@ -7,9 +7,9 @@
 #include "host/Vector.h"
 #include "pipeline/BlockLayout.h"
 
-// Turns the differences of Sobel into the strength of the depth edge at each pixel: a hard step of
-// height 1 gives 1 on both of its sides, a ramp of s per pixel 2s. Runs after Sobel is through with
-// the whole block. Item i of the iteration is pixel i of the block.
+// Turns the differences of Sobel into the strength of the depth edge at each pixel: 1 on both sides
+// of a hard step of height 1, 2s on a ramp of s per pixel. Runs after Sobel has finished the whole
+// block. Item i of the iteration is pixel i of the block.
 class DetectEdge {
 public:
     using Gradient = Sobel::Gradient;
@@ -17,7 +17,7 @@ public:
     // Keeps its arguments by reference; both vectors have one entry for each pixel of `rect`.
     DetectEdge(const AEO::Vector<Gradient>& gradient, const iRect& rect, AEO::Vector<float>& edge);
 
-    // Fills edge[index]. Always 0.
+    // Fills edge[index]. Always returns 0.
     int iterate(int thread, int index, int count);
 
 private:

@@ -33,7 +33,7 @@ ExtractDepth::ExtractDepth(const RenderInfo& info, const AEO::EffectWorld& map, 
       halfWidth(areaHalfWidth),
       halfHeight(areaHalfHeight) {}
 
-// The map is placed against the frame, so the output's origin counts and the input's does not.
+// The map is placed relative to the frame, so the output's origin matters and the input's doesn't.
 int ExtractDepth::iterate(int, int index, int) {
     const std::int32_t row = index / rect_.width();
     const std::int32_t col = index % rect_.width();
@@ -45,7 +45,8 @@ int ExtractDepth::iterate(int, int index, int) {
     return map_._err;
 }
 
-// Where frame pixel (x, y) lies in the map: stretched over the frame, or centred at its own size.
+// The position of frame pixel (x, y) in the map, which is stretched over the frame, or centred at
+// its own size.
 ExtractDepth::Position ExtractDepth::place(double x, double y) const {
     const double fw = info_.frameRect.right - info_.frameRect.left;
     const double fh = info_.frameRect.bottom - info_.frameRect.top;
@@ -55,7 +56,7 @@ ExtractDepth::Position ExtractDepth::place(double x, double y) const {
     return {x - (fw - mw) * 0.5, y - (fh - mh) * 0.5};
 }
 
-// Outside the map its border goes on. A position that is not a number ends at 0.
+// Outside the map its border is repeated. A NaN position becomes 0.
 ExtractDepth::Position ExtractDepth::clampToMap(Position p) const {
     return {std::min(map_.world.width - halfWidth, std::max(0.0, p.x)),
             std::min(map_.world.height - halfHeight, std::max(0.0, p.y))};

@@ -7,17 +7,17 @@
 #include "pipeline/BlockLayout.h"
 
 // Writes the map's raw channel value under each pixel of a block: neither inverted nor clamped nor
-// compared with the focal distance. Integer maps are scaled to 0..1, float maps come as they are.
-// Pixels beyond the map repeat its border. Item i of the iteration is pixel i of the block.
+// compared with the focal distance. Integer maps are scaled to 0..1, float maps are taken as they
+// are. Pixels beyond the map repeat its border. Item i of the iteration is pixel i of the block.
 class ExtractDepth {
 public:
     // Keeps the references. `rect` is the block in the output world's coordinates, `depth` holds
-    // one value for each of its pixels. `halfWidth` and `halfHeight` are half the extent of one
-    // frame pixel, in pixels of the map.
+    // one value for each of its pixels. `areaHalfWidth` and `areaHalfHeight` are half the extent of
+    // one frame pixel, in pixels of the map.
     ExtractDepth(const RenderInfo& info, const AEO::EffectWorld& map, const iRect& rect,
                  AEO::Vector<float>& depth, double areaHalfWidth, double areaHalfHeight);
 
-    // Fills depth[index]. The first error that the map object has met, 0 for none.
+    // Fills depth[index]. Returns the first error of the map object, 0 for none.
     int iterate(int thread, int index, int count);
 
 private:

@@ -1,7 +1,7 @@
 #pragma once
-// The focal distance of a frame whose user points at the picture instead of typing a distance.
+// The focal distance of a frame whose user points at the image instead of entering a distance.
 //
-// Included by the frame dispatch alone: the function is local to the file that includes this.
+// In the effect only the frame dispatch includes this: the function is local to the including file.
 
 #include <algorithm>
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace FocusPoint {
 
-// The map pixel under frame pixel (x, y), held inside the map.
+// The map pixel under frame pixel (x, y), clamped to the map.
 inline AEO::PointValue mapPosition(const RenderInfo& info, const PF_LayerDef& map, double x,
                                    double y) {
     const double fw = info.frameRect.right - info.frameRect.left;
@@ -45,8 +45,8 @@ inline double channelValue(const AEO::Pixel::f32& pixel, std::int32_t channel) {
     }
 }
 
-// From d0 at t = 0 in a line to d1 at t = 1. Outside, parabolas leave the line without a kink and
-// arrive at the limits of the focal range, -1 and 2, where the slider ends (t = -1 and t = 2).
+// A line from d0 at t = 0 to d1 at t = 1. Outside, parabolas continue it without a kink and reach
+// the limits of the focal range, -1 and 2, where the slider ends (t = -1 and t = 2).
 inline double interpolate(double d0, double d1, double t) {
     const bool rising = d1 >= d0;
     if (0.0 > t) {
@@ -63,7 +63,7 @@ inline double interpolate(double d0, double d1, double t) {
 
 }  // namespace FocusPoint
 
-// The focal distance, in the scale of `Focal Distance`, from the two focus points on `map` and the
+// The focal distance, on the scale of `Focal Distance`, from the two focus points on `map` and the
 // interpolation between them. A sample that fails leaves its error in the map object.
 [[maybe_unused]] static double forcusPointToDistance(const RenderInfo& info,
                                                      const AEO::EffectWorld& map) {

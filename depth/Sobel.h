@@ -15,7 +15,7 @@ public:
     // Keeps its arguments by reference; both vectors have one entry for each pixel of `rect`.
     Sobel(const AEO::Vector<float>& depth, const iRect& rect, AEO::Vector<Gradient>& gradient);
 
-    // Fills gradient[index]. Always 0.
+    // Fills gradient[index]. Always returns 0.
     int iterate(int thread, int index, int count);
 
 private:

@@ -1,5 +1,5 @@
 #pragma once
-// The one function that the plug-in exports. The host drives everything through it.
+// The only function that the plug-in exports. The host calls everything through it.
 
 #include "platform/Commands.h"
 

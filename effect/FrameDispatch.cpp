@@ -15,7 +15,7 @@ std::int32_t layersOf(const RenderInfo& info) {
     return info.depthLayer.reserved0 != nullptr ? info.layerCount : 1;
 }
 
-// Runs the pipeline's instance for `layers`, and the one without depth for any other number.
+// Runs the pipeline's instance for `layers`, or the one for a single layer if there is none.
 template <std::size_t... N>
 int runPipeline(std::index_sequence<N...>, std::int32_t layers, PF_InData* in_data,
                 AEO::InData& context, const RenderInfo& info, const int& format) {

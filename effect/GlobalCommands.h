@@ -3,15 +3,15 @@
 
 #include "platform/Commands.h"
 
-// The id under which the host knows the plug-in; written whenever a GlobalData is made. The only
-// thing in the process's memory that outlives a command.
+// The id under which the host knows the plug-in; written by the constructor of GlobalData. The
+// plug-in's only writable global.
 extern AEGP_PluginID g_PluginID;
 
 // The plug-in's global record. The host keeps it, in a handle of its own, from setup to setdown.
-// Rendering takes nothing from it.
+// Rendering doesn't use it.
 class GlobalData {
 public:
-    // Registers the plug-in with the host. A refusal stays in `error`; throws 516 if the host
+    // Registers the plug-in with the host. A refusal is kept in `error`; throws 516 if the host
     // lacks the suite.
     explicit GlobalData(PF_InData* in_data);
     GlobalData(const GlobalData&) = default;
@@ -22,13 +22,13 @@ public:
     AEGP_PluginID pluginId = 0;
 };
 
-// Writes name, version and description into `return_msg`. Needs nothing of the host.
+// Writes name, version and description into `return_msg`. Doesn't call the host.
 PF_Err About(PF_InData* in_data, PF_OutData* out_data);
 
-// Tells version and flags and leaves a GlobalData in `out_data->global_data`, its handle locked.
-// Returns 4 if the host has no memory for it.
+// Reports version and flags and leaves a GlobalData in `out_data->global_data`, with its handle
+// locked. Returns 4 if the host has no memory for it.
 PF_Err GlobalSetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
                    PF_LayerDef* output);
 
-// Ends the GlobalData of `in_data->global_data` and frees its handle; does nothing without one.
+// Destroys the GlobalData of `in_data->global_data` and frees its handle; does nothing without one.
 PF_Err GlobalSetdown(PF_InData* in_data);

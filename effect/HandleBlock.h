@@ -1,5 +1,5 @@
 #pragma once
-// One object in a locked block of host memory, behind the block's handle word.
+// One object in a locked block of host memory, after the block's handle word.
 
 #include <cstddef>
 #include <new>
@@ -8,7 +8,7 @@
 
 namespace handle_block {
 
-// The object in a locked block, from the block's address.
+// The object in the locked block at address `locked`.
 template <typename T>
 T* object(void* locked) {
     static_assert(alignof(T) <= AEO::kHandleWord, "the object is aligned to the handle word");
@@ -23,7 +23,7 @@ T* create(const PF_UtilCallbacks& utils, const T& value) {
     return payload ? new (payload) T(value) : nullptr;
 }
 
-// Ends the object and frees its block.
+// Destroys the object and frees its block.
 template <typename T>
 void destroy(const PF_UtilCallbacks& utils, T* object) {
     object->~T();

@@ -1,6 +1,6 @@
 #pragma once
 // The index of each parameter: its place in the order in which the host shows the controls. The
-// host's input layer has index 0; groups take indices of their own.
+// host's input layer has index 0; groups have indices of their own.
 
 enum ParameterIndex : int {
     kInputLayer = 0,

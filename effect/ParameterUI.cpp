@@ -13,7 +13,7 @@ Control disabledIf(bool condition) {
     return condition ? Control::kDisabled : Control::kEnabled;
 }
 
-// Sets controls one after the other; from the first failure on, nothing more happens.
+// Sets controls one after the other and stops at the first failure.
 class ControlPanel {
 public:
     ControlPanel(PF_InData& in_data, PF_ParamDef* params[])
@@ -46,7 +46,7 @@ private:
     PF_Err err_ = PF_Err_NONE;
 };
 
-// A layer as the aperture replaces the generated shape, and only a layer has a channel to choose.
+// A custom layer replaces the generated shape, and only a layer has a channel to choose.
 void updateShape(ControlPanel& panel) {
     const bool custom = panel.hasLayer(kCustomBlurShape);
     panel.set({kVertices, kRoundness, kConcentration, kRotation, kDeform}, disabledIf(custom));

@@ -1,11 +1,11 @@
 #pragma once
-// Keeps the state of the controls in step with what they can do.
+// Enables and disables the controls, depending on whether they have an effect.
 
 #include "platform/Commands.h"
 
-// Greys out the controls that have no effect in the present state and frees the others. Touches
-// nothing but the disabled bit in the host's own `params`, and tells the host of each control in
-// turn. Returns 0 or the first failure, behind which no control is touched. User-interface thread.
+// Disables the controls that have no effect in the current state and enables the others. Changes
+// only the disabled bit in the host's own `params`, and reports each control to the host in turn.
+// Returns 0 or the first error, after which no control is changed. User-interface thread.
 PF_Err UpdataParamsUI(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
                       PF_LayerDef* output);
 

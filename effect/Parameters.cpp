@@ -13,7 +13,7 @@ struct Range {
     double max;
 };
 
-// The choices of a popup with their number, and the one chosen at first, counted from 1.
+// The choices of a popup with their number, and the default, counted from 1.
 struct Choices {
     const char* texts;
     A_short count;
@@ -30,12 +30,12 @@ constexpr PF_Fixed fixed(double value) {
 }
 
 // Appends controls to the host's list, one call each. `id` is the number under which projects store
-// a control: it never changes, and ids that are not in use are never used again.
+// a control: it never changes and is never reused.
 class ParameterList {
 public:
     explicit ParameterList(PF_InData& in_data) : in_data_(in_data) {}
 
-    // The bitwise OR of the host's answers so far.
+    // The bitwise OR of the host's results so far.
     PF_Err result() const { return results_; }
 
     void slider(std::int32_t id, const char* label, PF_ParamValue min, PF_ParamValue max,
@@ -92,7 +92,7 @@ public:
         add(def);
     }
 
-    // A point at the same percentage of the layer's width and height; it may leave the frame.
+    // A point at the same percentage of the layer's width and height; it may lie outside the frame.
     void point(std::int32_t id, const char* label, double percent) {
         PF_ParamDef def = begin(id, label, PF_Param_POINT, 0);
         PF_PointDef& p = def.u.td;
@@ -112,7 +112,7 @@ public:
     }
 
 private:
-    // A cleared definition with what all types share; no label leaves the name empty.
+    // A zeroed definition with what all types share; without a label the name stays empty.
     PF_ParamDef begin(std::int32_t id, const char* label, PF_ParamType type,
                       PF_ParamFlags flags) const {
         PF_ParamDef def;

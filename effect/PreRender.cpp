@@ -14,7 +14,7 @@ namespace {
 struct Spread {
     double factorX;  // downsample
     double factorY;
-    std::int32_t reach;  // pixels of this render, on both axes; never short of the radius
+    std::int32_t reach;  // pixels of this render, on both axes: the control's radius, rounded up
     bool repeatEdge;     // the blur stays inside the layer
 };
 
@@ -22,7 +22,7 @@ std::int32_t roundedUp(double value) {
     return static_cast<std::int32_t>(std::ceil(value));
 }
 
-// The horizontal factor gives the reach of both axes, as it gives the blur's radius.
+// The horizontal factor determines the reach of both axes, as it does the blur's radius.
 Spread readSpread(PF_InData* in_data, int& err) {
     const double radius = AEO::Parameter::Fixed(in_data, kBlurRadius, err);
     const bool repeatEdge = AEO::Parameter::CheckBox(in_data, kEdgeBehavior, err) != 0;
@@ -31,7 +31,7 @@ Spread readSpread(PF_InData* in_data, int& err) {
             repeatEdge};
 }
 
-// The rectangle with the reach on every side; an empty one stays as it is.
+// The rectangle, grown by the reach on every side; an empty one stays as it is.
 PF_LRect grown(const PF_LRect& rect, std::int32_t reach) {
     if (rect.left >= rect.right || rect.top >= rect.bottom) return rect;
     return {rect.left - reach, rect.top - reach, rect.right + reach, rect.bottom + reach};
@@ -42,7 +42,7 @@ PF_LRect intersection(const PF_LRect& a, const PF_LRect& b) {
             std::min(a.bottom, b.bottom)};
 }
 
-// The host's request, with the pixels around it that spread into it.
+// The host's request, grown by the pixels around it that spread into it.
 PF_RenderRequest inputRequest(const PF_InData& in_data, const PF_RenderRequest& wanted,
                               const Spread& spread) {
     PF_RenderRequest request = wanted;

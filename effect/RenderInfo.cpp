@@ -14,7 +14,7 @@ constexpr double kProfileReach = 0.9999;
 // Keeps the gain of the edge suppression finite at 1.
 constexpr double kEdgeLeakReach = 0.99;
 
-// The host's ratio as a whole number: 4/3 gives 1, 10/11 gives 0.
+// The host's ratio, truncated to a whole number: 4/3 becomes 1, 10/11 becomes 0.
 double truncatedRatio(const PF_RationalScale& ratio) {
     return static_cast<double>(static_cast<std::uint32_t>(ratio.num) / ratio.den);
 }
@@ -37,7 +37,7 @@ private:
     int err_ = PF_Err_NONE;
 };
 
-// The half pixel is added in parameter units; the vertical factor plays no part.
+// The half pixel is added in parameter units; the vertical factor is ignored.
 double renderRadius(ParameterReader& read, const PF_InData& in_data) {
     return (read.fixed(kBlurRadius) + 0.5) * AEO::fromRatio(in_data.downsample_x);
 }
@@ -74,14 +74,14 @@ void readDepthCurves(ParameterReader& read, RenderInfo& info) {
 
 }  // namespace
 
-// The host sees the order of the reads.
+// The order of the reads is visible to the host.
 int RenderInfo::extractParameters(PF_InData* in_data) {
     ParameterReader read(in_data);
     in_data = in_data;
     radius = renderRadius(read, *in_data);
     readAperture(read, *this);
 
-    // Stays checked out until all is read.
+    // Stays checked out until all parameters are read.
     AEO::Parameter shape(in_data, kCustomBlurShape);
     const bool customShape = shape.layer()->reserved0 != nullptr;
     customChannel = customShape ? read.popup(kCustomLayerChannel) : kChannelAlpha;

@@ -25,17 +25,18 @@ inline constexpr std::int32_t kChannelAlpha = 4;
 inline constexpr std::int32_t kChannelAverage = 5;
 
 // One frame's parameters. Lives on the stack of one smart-render command and is read-only for the
-// stages. The constructor sets the depth layer alone; every other field is written before it is
-// read. Pointers are not owned.
+// stages. The constructor sets only `depthLayer` and `depthWorld`; every other field is written
+// before it is read. Pointers are not owned.
 struct RenderInfo {
-    // `depth` is the record of the depth layer, zero for none; `context` has to outlive this.
+    // `depth` is the record of the composition layer with the depth map, zero for none; `context`
+    // has to outlive this.
     RenderInfo(AEO::InData& context, const PF_LayerDef& depth)
         : depthLayer(depth), depthWorld(context, depthLayer) {}
     RenderInfo(const RenderInfo&) = delete;
     RenderInfo& operator=(const RenderInfo&) = delete;
 
     // Reads the parameters at the command's time, in a fixed order, and turns them into render
-    // units. Returns the first error of the reads; the reads behind a failed one still run.
+    // units. Returns the first error of the reads; the reads after a failed one still run.
     int extractParameters(PF_InData* in_data);
 
     double radius;  // pixels of this render: downsample applied, half a pixel added
@@ -53,7 +54,7 @@ struct RenderInfo {
     std::int32_t originDeltaY;
     PF_LayerDef* output;
     PF_LayerDef* input;
-    PF_LayerDef depthLayer;  // first word 0 when no depth layer is chosen
+    PF_LayerDef depthLayer;  // first word 0 when no depth map is chosen
     AEO::EffectWorld depthWorld;
     double pixelAspect;  // a whole number: the host's ratio, truncated
     std::int32_t layerCount;

@@ -1,10 +1,10 @@
 #pragma once
-// The commands about an effect instance's own data. An instance has none: everything that a frame
+// The commands for an effect instance's own data. An instance has none: everything that a frame
 // needs comes from the parameters, so the handlers keep the host's handle empty. Each returns 0.
 
 #include "platform/Commands.h"
 
-// Drop whatever handle the host offers, a flat form from a saved project included.
+// Free whatever handle the host offers, including a flat form from a saved project.
 PF_Err SequenceSetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
                      PF_LayerDef* output);
 PF_Err SequenceResetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],

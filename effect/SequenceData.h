@@ -1,6 +1,6 @@
 #pragma once
 // The two forms of an effect instance's data. An instance keeps no state today, so both are empty
-// but for a reserved number.
+// except for a reserved number.
 
 #include "platform/Commands.h"
 
@@ -10,13 +10,13 @@ struct SerializedSequenceData {
     std::uint64_t flatMark;  // 0, as the host cleared it
     std::int32_t value;      // 0
 
-    // Whether the block behind `handle` is a flat form.
+    // Whether the block of `handle` is a flat form.
     static bool isSerializedSequenceData(PF_InData* in_data, PF_Handle handle);
 };
 static_assert(sizeof(SerializedSequenceData) == 16);
 static_assert(offsetof(SerializedSequenceData, value) == 8);
 
-// The live form. In a handle it stands behind the handle word.
+// The live form. In a handle it follows the handle word.
 class SequenceData {
 public:
     SequenceData() = default;
@@ -26,7 +26,7 @@ public:
     SequenceData& operator=(const SequenceData&) = delete;
     virtual ~SequenceData();
 
-    // A new flat form, unlocked and owned by the caller; null if the host gives no memory.
+    // A new flat form, unlocked and owned by the caller; null if the host has no memory.
     PF_Handle serialize(PF_InData* in_data) const;
 
     std::int32_t value = 0;  // reserved

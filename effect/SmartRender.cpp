@@ -12,7 +12,7 @@
 
 namespace {
 
-// The pixels of the frame; the host's, until the command ends.
+// The worlds of the frame, which belong to the host and are valid until the command ends.
 struct FrameWorlds {
     PF_LayerDef* input = nullptr;
     PF_LayerDef* output = nullptr;
@@ -22,13 +22,13 @@ struct FrameWorlds {
 
 int checkoutWorlds(const PF_InData& in_data, const PF_SmartRenderCallbacks& host,
                    FrameWorlds& worlds) {
-    constexpr std::int32_t kCheckoutId = 0;  // the one that PreRender announced
+    constexpr std::int32_t kCheckoutId = 0;  // the one that PreRender used
     const int err = host.checkout_layer_pixels(in_data.effect_ref, kCheckoutId, &worlds.input);
     if (err != PF_Err_NONE) return err;
     return host.checkout_output(in_data.effect_ref, &worlds.output);
 }
 
-// Holds the pre-render record for the rest of the command and frees it then.
+// Owns the pre-render record for the rest of the command, then frees it.
 class RecordHolder {
 public:
     RecordHolder(const PF_InData& in_data, const void* data)
@@ -65,7 +65,7 @@ void keepFirst(int& err, int next) {
     if (err == PF_Err_NONE) err = next;
 }
 
-// The format of the output; 8 bits a channel if the host can't tell.
+// The format of the output; 8 bits per channel if the host doesn't report one.
 PF_PixelFormat readFormat(AEO::SuiteHolder<PF_WorldSuite2>& worldSuite, const PF_LayerDef* output,
                           int& err) {
     PF_PixelFormat format = PF_PixelFormat_ARGB32;
@@ -102,7 +102,7 @@ int renderOrCopy(const Frame& frame, RenderInfo& info, PF_PixelFormat format) {
                                       nullptr);
 }
 
-// Holds what a frame needs of the host besides its worlds; gives it back in reverse order.
+// Acquires what a frame needs from the host besides its worlds, and releases it in reverse order.
 int renderWorlds(const Frame& frame) {
     int err = frame.record != nullptr ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
     AEO::SuiteHolder<PF_WorldSuite2> worldSuite(frame.in_data->pica_basicP);

@@ -16,7 +16,7 @@ InData::InData(PF_InData* hostRecord)
 
 void ObjectBase::assertNoErrorStands() const {
     if (_err == PF_Err_NONE || _err == PF_Interrupt_CANCEL) return;
-    // The invariant belongs to the end of the base object, and is reported under that name.
+    // The invariant is the base destructor's, so it is reported under that name.
     assertionFailed({"~ObjectBase", "AEO_Base", 49},
                     "_err == PF_Err_NONE || _err == PF_Interrupt_CANCEL");
 }

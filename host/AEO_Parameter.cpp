@@ -13,7 +13,7 @@ A_Time commandTime(const PF_InData* in_data) {
     return {in_data->current_time, in_data->time_scale};
 }
 
-// Reads one value of parameter `index` at `time` through the accessor and moves a first error on.
+// Reads one value of parameter `index` at `time` through the accessor; `err` keeps a first error.
 template <typename Value>
 Value readOnce(PF_InData* in_data, int index, const A_Time& time, int& err,
                Value (Parameter::*accessor)(const A_Time&)) {

@@ -8,7 +8,7 @@
 
 namespace AEO {
 
-// A position as a point parameter holds it, in pixels of the current downsample.
+// The value of a point parameter, in pixels of the current downsample.
 struct PointValue {
     double x;
     double y;
@@ -17,10 +17,10 @@ struct PointValue {
 // One parameter, checked out by the first access and checked in by the destructor. Belongs to one
 // handler on one thread.
 //
-// Accessors assert that the parameter has their type, in every build, and read the value at the
-// command's time or at the time given. Each access checks the parameter out anew, the first one of
-// an object twice: for its type and for its value. An error of the host stays in `_err` and stops
-// further host calls of this object; the destructor asserts that it is 0 or a cancel.
+// Accessors assert, in every build, that the parameter has their type, and read the value at the
+// command's time or at the given time. Each access checks the parameter out again, the first one of
+// an object twice: for its type and for its value. An error of the host stays in `_err` and
+// prevents further host calls of this object; the destructor asserts that it is 0 or a cancel.
 class Parameter : public ObjectBase {
 public:
     // Values of getParamType() that have an accessor.
@@ -36,17 +36,17 @@ public:
         kFloatSlider = PF_Param_FLOAT_SLIDER
     };
 
-    // Names parameter `index`, without a call to the host.
+    // Refers to parameter `index`, without a call to the host.
     Parameter(PF_InData* hostRecord, int index);
     Parameter(InData& context, int index);
     ~Parameter() override;
 
-    // Gives the parameter back, but the object goes on counting as held, and its destructor checks
+    // Checks the parameter in, but the object still counts as holding it, and its destructor checks
     // in once more.
     void _checkin_param();
 
-    // Moves the check-out to `time`, or to the command's time, and gives the host's copy of the
-    // parameter, which this object owns.
+    // Checks the parameter out at `time`, or at the command's time, after a check-in of what was
+    // held. Returns this object's copy of the parameter, as the host last filled it.
     PF_ParamDef* param(const A_Time& time);
     PF_ParamDef* param();
 
@@ -70,15 +70,15 @@ public:
     PF_Pixel color(const A_Time& time);
     PointValue point();
     PointValue point(const A_Time& time);
-    // Counts from 1.
+    // The choice, counted from 1.
     int popup();
     int popup(const A_Time& time);
     double floatSlider();
     double floatSlider(const A_Time& time);
 
-    // Read one value of parameter `index` and check it in again. The first error of several reads
-    // stays in `err`: it takes a new one only while it is 0. If it holds one already, a failing
-    // read ends in the destructor's assertion.
+    // Read one value of parameter `index` and check it in. `err` keeps the first error of several
+    // reads. If it already holds one, a read that fails, other than by a cancel, ends in the
+    // destructor's assertion.
     static int Slider(PF_InData* in_data, int index, int& err);
     static int Slider(PF_InData* in_data, int index, const A_Time& time, int& err);
     static double Fixed(PF_InData* in_data, int index, int& err);
@@ -99,7 +99,7 @@ public:
 private:
     void assertType(Type expected, const char* accessor, int line, const char* text);
 
-    PF_ParamDef def_{};  // `param_type` -1 while nothing is checked out
+    PF_ParamDef def_{};  // `param_type` is -1 until the first check-out
     std::int32_t index_;
 };
 

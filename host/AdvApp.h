@@ -3,7 +3,7 @@
 
 #include "platform/Suites.h"
 
-// Each call acquires the panel's suite for itself, forwards its arguments and gives the host's
+// Each call acquires the panel's suite for itself, forwards its arguments and returns the host's
 // result. The host has to offer the suite.
 namespace AEO::AdvApp {
 

@@ -1,10 +1,11 @@
 #pragma once
-// Assertions that stay in every build. Each names its place itself, so that a report reads the same
-// whatever file and line the code has moved to.
+// Assertions that are active in every build. Each reports a function and a file by fixed names,
+// wherever the code has moved to. The line is that of the source in the accessors of Parameter, and
+// a fixed number in ObjectBase.
 
 namespace AEO {
 
-// Where an assertion stands: `file` is the source's name without a suffix.
+// The place that an assertion reports; `file` is a source's name without the suffix.
 struct AssertionPlace {
     const char* function;
     const char* file;

@@ -82,8 +82,8 @@ Pixel::f32 EffectWorld::area_sample(double x, double y, double radiusX, double r
     }
 }
 
-// The host's default sampling of this world. Its record's `src` is not const, though sampling only
-// reads it.
+// The host's default sampling parameters for this world. Their `src` isn't const, although sampling
+// only reads it.
 PF_SampPB EffectWorld::pointParams() const {
     PF_SampPB params{};
     params.src = const_cast<PF_LayerDef*>(&world);

@@ -1,8 +1,8 @@
 #pragma once
-// Blocks of host memory that know their own handle.
+// Locked blocks of host memory that hold their own handle.
 //
-// The block is locked for its whole life. Its first word holds the handle, and the payload stands
-// directly behind it, 8-byte aligned and no better: whoever has the payload finds the handle again.
+// A block is locked for its whole lifetime. Its first word holds the handle and the payload follows
+// directly, aligned to 8 bytes and no more, so the handle can be found from the payload.
 
 #include <cstddef>
 #include <cstring>
@@ -14,9 +14,9 @@ namespace AEO {
 inline constexpr std::size_t kHandleWord = sizeof(PF_Handle);
 static_assert(kHandleWord == 8);
 
-// The payload of a new block of at least `bytes` bytes, which the caller owns and fills; null if
-// memory is short. A host that gives less than it was asked for, or can't lock what it gave, is out
-// of memory, too.
+// Returns the payload of a new block of at least `bytes` bytes, which the caller owns and fills, or
+// null if memory is short. A block that is smaller than requested or can't be locked counts as a
+// shortage, too.
 inline std::byte* newLockedBlock(const PF_UtilCallbacks& utils, std::size_t bytes) {
     const std::size_t needed = kHandleWord + bytes;
     const PF_Handle handle = utils.host_new_handle(needed);

@@ -10,7 +10,7 @@ constexpr float kU8Max = 255.0f;
 constexpr float kU16Max = 32768.0f;
 constexpr float kU16Step = 3.0517578125e-05f;  // 2^-15
 
-// Scales a channel to 0..max and rounds it. Written so that a NaN takes the lower limit.
+// Scales a channel to 0..max, rounds and clamps it. The comparisons turn a NaN into 0.
 template <typename Channel>
 Channel quantize(float value, float max) {
     const float scaled = value * max + 0.5f;

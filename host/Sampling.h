@@ -7,8 +7,8 @@
 namespace AEO {
 
 // Sampling calls for pixels of type `PixelType`, through the suite in the context's `holder`. The
-// suite is acquired here if the context couldn't get it; after that the calls may come from many
-// threads at once. Positions are 16.16; each call gives the host's result, and `pixel` is filled
+// suite is acquired here if the context couldn't get it; once it is held, calls may come from many
+// threads at once. Positions are 16.16; each call returns the host's result, and `pixel` is filled
 // only if that is 0.
 template <typename PixelType, typename Table, SuiteHolder<Table> InData::*holder>
 struct SamplingT {

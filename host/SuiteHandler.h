@@ -1,5 +1,5 @@
 #pragma once
-// Suites that are loaded on first use.
+// Suites that are acquired on first use.
 
 #include <atomic>
 
@@ -7,11 +7,11 @@
 
 namespace AEO {
 
-// One suite that is acquired by the first `get` and given back by the destructor.
+// One suite that is acquired by the first `get` and released by the destructor.
 //
-// Worker threads may come to the first `get` together. Each that finds the cache empty acquires the
-// suite; the one whose table enters the cache keeps its acquisition for the destructor and the
-// others give theirs back, so the host's count comes out even without a lock.
+// Several worker threads may make the first `get` at the same time. Each that finds the cache empty
+// acquires the suite. The one that stores its table keeps its acquisition for the destructor and
+// the others release theirs, so the host's count is right without a lock.
 template <typename Table>
 class LazySuite {
 public:
@@ -22,7 +22,7 @@ public:
     LazySuite(const LazySuite&) = delete;
     LazySuite& operator=(const LazySuite&) = delete;
 
-    // The suite's table, or null if the host can't give it.
+    // Returns the suite's table, or null if the host doesn't offer it.
     const Table* get() {
         const Table* table = cached_.load(std::memory_order_acquire);
         return table ? table : acquire();
@@ -51,9 +51,9 @@ private:
 
 }  // namespace AEO
 
-// Gives the host's suites, each in its one version, loading them on first use. A stack object of a
-// command; the destructor gives all that were loaded back. The accessors may be called on any
-// thread and never give null: a missing suite throws the integer 516.
+// The host's suites, each in one version, acquired on first use and released by the destructor.
+// Lives on the stack of a command. The accessors may be called on any thread and never return null:
+// a missing suite throws the int 516.
 class AEGP_SuiteHandler {
 public:
     explicit AEGP_SuiteHandler(SPBasicSuite* basic);
@@ -72,7 +72,7 @@ private:
         return table;
     }
 
-    // Throws PF_Err_BAD_CALLBACK_PARAM, the code that the entry point then gives to the host.
+    // Throws PF_Err_BAD_CALLBACK_PARAM, the code that the entry point then returns to the host.
     [[noreturn]] void MissingSuiteError() const;
 
     AEO::LazySuite<PF_Sampling8Suite1> sampling8_;

@@ -52,7 +52,7 @@ struct SuiteIdentity<AEGP_UtilitySuite11> {
     static constexpr std::int32_t kVersion = kAEGPUtilitySuiteVersion11;
 };
 
-// Holds at most one acquisition of a suite and gives it back at the end of its scope.
+// Holds at most one acquisition of a suite and releases it at the end of its scope.
 template <typename Table>
 struct SuiteHolder {
     using Identity = SuiteIdentity<Table>;
@@ -66,8 +66,8 @@ struct SuiteHolder {
     SuiteHolder(const SuiteHolder&) = delete;
     SuiteHolder& operator=(const SuiteHolder&) = delete;
 
-    // Acquires the suite unless it is held already. On failure `suite` stays null and `err` tells,
-    // whatever the host wrote beside the code.
+    // Acquires the suite unless it is held already. On failure `suite` stays null, whatever the
+    // host stored, and `err` holds the code.
     void acquire() {
         if (suite) return;
         const void* table = nullptr;
@@ -75,7 +75,7 @@ struct SuiteHolder {
         suite = err == PF_Err_NONE ? static_cast<const Table*>(table) : nullptr;
     }
 
-    // Gives the suite back if it is held.
+    // Releases the suite if it is held.
     void release() {
         if (!suite) return;
         basic->ReleaseSuite(Identity::kName, Identity::kVersion);

@@ -13,17 +13,17 @@
 
 namespace AEO {
 
-// An array whose elements lie in one host handle, which stays locked as long as the block lives.
-// The first 8 bytes of the locked memory hold the handle itself, and element 0 stands directly
-// behind them, so elements are 8-byte aligned and no better.
+// An array whose elements are in one host handle, which stays locked as long as the block lives.
+// The first 8 bytes of the locked memory hold the handle itself and element 0 follows directly, so
+// elements are aligned to 8 bytes and no more.
 //
-// Capacity is exactly what was asked for. A failed allocation is silent: the caller compares
-// `data()` with null, or `capacity()` with what it asked for. With a context whose `in_data` is
-// null the vector leaves the host alone and holds nothing.
+// Capacity is exactly what was requested. A failed allocation isn't reported: the caller compares
+// `data()` with null, or `capacity()` with what it requested. With a context whose `in_data` is
+// null the vector doesn't call the host and allocates nothing.
 //
-// New elements are zero bytes, and an old block's elements are copied, so T has to be a type for
-// which that is enough. `Allocator` plays no part: memory always comes from the host.
-// For use on the command's thread; items of an iteration only reach elements.
+// New elements are zero bytes and a growing array is copied, so T has to be a type for which that
+// is enough. `Allocator` is unused: memory always comes from the host. For use on the command's
+// thread; items of an iteration only access elements.
 template <typename T, typename Allocator = std::allocator<T>>
 class Vector {
     static_assert(std::is_trivially_copyable_v<T>, "elements are moved and freed as bytes");
@@ -39,8 +39,8 @@ public:
     Vector(const Vector&) = delete;
     Vector& operator=(const Vector&) = delete;
 
-    // Makes room for exactly `n` elements unless there is room already; never shrinks. A growing
-    // block moves. On failure the vector stays as it was.
+    // Allocates room for exactly `n` elements unless there is enough; never shrinks. Growing moves
+    // the elements. On failure the vector stays as it was.
     void reserve(std::size_t n);
 
     // Sets the number of elements. Added ones are zero bytes; a smaller `n` touches no memory. If
@@ -56,7 +56,7 @@ public:
     const T& operator[](std::size_t i) const { return data_[i]; }
 
 private:
-    // The most elements whose block size can be told to the host.
+    // The most elements whose size in bytes, with the handle word, can be represented.
     static constexpr std::size_t kMaxElements =
         (std::numeric_limits<std::size_t>::max() - kHandleWord) / sizeof(T);
 

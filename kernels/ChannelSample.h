@@ -1,5 +1,5 @@
 #pragma once
-// What a kernel sample needs of each pixel type: its sampling suite and its channels.
+// What sampling a kernel needs of each pixel type: its sampling suite and its channels.
 
 #include <cstdint>
 
@@ -7,8 +7,8 @@
 #include "host/SuiteHandler.h"
 #include "platform/Worlds.h"
 
-// Reads the box of `params` around the 16.16 position (x, y) with the suite of the pixel's type and
-// returns the host's status. Throws 516 when the host lacks the suite.
+// Samples the box of `params` around the 16.16 position (x, y) with the suite of the pixel's type
+// and returns the host's status. Throws 516 when the host lacks the suite.
 inline PF_Err areaSample(AEGP_SuiteHandler& suites, PF_ProgPtr effect, PF_Fixed x, PF_Fixed y,
                          const PF_SampPB& params, PF_Pixel& pixel) {
     return suites.PFSampling8Suite1()->area_sample(effect, x, y, &params, &pixel);
@@ -24,8 +24,8 @@ inline PF_Err areaSample(AEGP_SuiteHandler& suites, PF_ProgPtr effect, PF_Fixed 
     return suites.PFSamplingFloatSuite1()->area_sample(effect, x, y, &params, &pixel);
 }
 
-// The pixel's weight by `Custom Layer Channel`, in the scale of its own type: kernels are
-// normalised later. For the same reason the average is a plain sum (of integers, or of floats).
+// The pixel's weight by `Custom Layer Channel`, on the scale of its own type, since kernels are
+// normalised later. For the same reason the average is a plain sum (of integers or of floats).
 template <class Pixel>
 double channelWeight(const Pixel& pixel, std::int32_t channel) {
     switch (channel) {

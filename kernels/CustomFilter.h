@@ -1,5 +1,5 @@
 #pragma once
-// Samples a picture of the aperture into the kernels of all depth layers.
+// Samples the image of the aperture into the kernels of all depth layers.
 
 #include <algorithm>
 #include <cstddef>
@@ -13,7 +13,7 @@
 #include "kernels/ChannelSample.h"
 #include "kernels/Filter.h"
 
-// The picture and the way to its sampling suite; neither is owned.
+// The image, and the handler that supplies its sampling suite; neither is owned.
 struct CustomFilterInfo {
     AEGP_SuiteHandler* suites;
     PF_LayerDef* world;
@@ -22,10 +22,10 @@ struct CustomFilterInfo {
 template <class Pixel, class Bank>
 class CustomFilter;
 
-// Fills the bank: the kernel of lane l is the picture, shrunk so that its longer side spans the
-// diameter of that layer's blur, and stored point-mirrored (the multiplication turns it back). Item
-// i of the iteration is block position i, of all lanes. `Pixel` is the picture's own pixel type.
-// The threads' totals are host memory, given back on destruction.
+// Fills the bank: the kernel of lane l is the image, scaled so that its longer side spans the
+// diameter of that layer's blur, and stored point-mirrored, which the multiplication undoes. Item i
+// of the iteration is block position i of all lanes. `Pixel` is the image's own pixel type. The
+// threads' totals are in host memory, freed on destruction.
 template <class Pixel, std::size_t N>
 class CustomFilter<Pixel, Filter<N>> {
 public:
@@ -37,12 +37,13 @@ public:
     // call. `thread` is below the host's thread count. Throws 516 when the host lacks the suite.
     int iterate(int thread, int index, int count);
 
-    // Turns each kernel that sampled nothing into the unit impulse, which passes its layer's pixels
-    // unblurred. To be run once, after the iteration.
+    // Replaces each kernel whose total is 0 with the unit impulse, which passes its layer's pixels
+    // unblurred. To be called once, after the iteration.
     void resetZeroFilter();
 
-    // The factor that gives kernel `layer` a sum of 1 / (B * B), which cancels the gain of the
-    // forward and inverse transform; 1 for a total that is not positive. After resetZeroFilter().
+    // The factor that scales kernel `layer` to the sum 1 / (B * B), which cancels the gain of the
+    // forward and the inverse transform; 1 for a total that isn't positive. To be called after
+    // resetZeroFilter().
     double getNormalizeFactor(std::size_t layer) const;
 
 private:
@@ -60,12 +61,12 @@ private:
 
     PF_InData* inData_;
     const RenderInfo* info_;
-    double scale;         // picture pixels per kernel pixel for a factor of 1
+    double scale;         // image pixels per kernel pixel for a factor of 1
     PF_SampPB sampling_;  // the box of one kernel pixel for a factor of 1
     Filter<N>* filter_;
     AEO::Vector<ET::vecT<double, N>> sums;  // each thread's totals of the kernels
     CustomFilterInfo* custom_;
-    PF_Err status_ = PF_Err_NONE;  // what iterate() answers if there are no totals to add to
+    PF_Err status_ = PF_Err_NONE;  // what iterate() returns if there are no totals to add to
 };
 
 template <class Pixel, std::size_t N>
@@ -120,7 +121,8 @@ double CustomFilter<Pixel, Filter<N>>::getNormalizeFactor(std::size_t layer) con
 }
 
 // Half a kernel pixel to either side. The horizontal radius divides by the pixel aspect where the
-// position multiplies by it; an aspect of 0 makes it infinite, and it ends at the largest radius.
+// position multiplies by it; an aspect of 0 makes it infinite, which is clamped to the largest
+// radius.
 template <class Pixel, std::size_t N>
 PF_SampPB CustomFilter<Pixel, Filter<N>>::makeSampling(double scale, double pixelAspect,
                                                        PF_LayerDef* picture) {
@@ -147,8 +149,8 @@ auto CustomFilter<Pixel, Filter<N>>::offsetAt(int index) const -> Offset {
             static_cast<double>(row < half ? -row : size - row)};
 }
 
-// Reads the picture at the mirrored place of `offset`, for a layer with `factor` of the radius.
-// Positions of sharp layers reach far beyond 16.16; they stay far outside the picture.
+// Samples the image at the mirrored position of `offset`, for a layer with `factor` of the radius.
+// Positions of sharp layers exceed 16.16 by far; clamped, they are still far outside the image.
 template <class Pixel, std::size_t N>
 PF_Err CustomFilter<Pixel, Filter<N>>::sample(const Offset& offset, double factor,
                                               Pixel& pixel) const {

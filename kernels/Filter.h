@@ -23,15 +23,15 @@ inline double getNFactor<1>(std::size_t) {
 
 // N kernels in one B x B block of complex samples, kernel l in lane l of every element: one
 // transform then serves all of them. The sample of block position (col, row) has its real part at
-// element 2 * (row * B + col) and its imaginary part behind it. The origin is element 0, and
-// positions from B / 2 on stand for negative offsets. Lane 0 is the most blurred.
+// element 2 * (row * B + col) and its imaginary part at the next one. The origin is element 0, and
+// positions from B / 2 on are negative offsets. Lane 0 is the most blurred.
 template <std::size_t N>
 class Filter {
 public:
     using Element = ET::vecT<double, N>;
 
     // The block edge B for a blur radius in pixels: a power of two from 64 to 8192. It exceeds four
-    // times any radius below 1024, so that the kernel leaves half of the block to the tile.
+    // times any radius below 2048, so that the kernel leaves half of the block to the tile.
     static std::size_t GetFilterSize(double radius);
 
     // A bank of zeros for blocks of `blockSize` x `blockSize`. When the host has no memory for it,

@@ -11,7 +11,7 @@ constexpr double kHalfPi = 1.5707963267948966;
 constexpr double kTwoPi = 6.283185307179586;
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 
-// Keeps the two edges of the weight apart, so that their difference can divide.
+// Keeps the two edges of the weight apart, so that their difference is a valid divisor.
 constexpr double kEdgeGap = 1e-10;
 
 // Half the width of the antialiased band around the rim, in pixels of the image.
@@ -41,11 +41,11 @@ void GenFilter::setShape() {
     cosHalfSector = std::cos(sectorAngle * 0.5);
     rotationRad = info_.rotation * kRadiansPerDegree;
     roundMix = 1.0 - std::tan((1.0 - info_.roundness) * kPi * 0.25);
-    // The sides of a star bend equally far inward whatever the number of vertices.
+    // The sides of a star bend inward equally far whatever the number of vertices.
     if (roundMix < 0.0) roundMix /= 1.0 - cosHalfSector;
 }
 
-// Up to a concentration of one half the edges move, from there on the power grows.
+// Up to a concentration of one half the edges move; above, the power grows.
 void GenFilter::setWeight() {
     const double c = info_.concentration;
     if (c >= 0.0) {
@@ -58,7 +58,7 @@ void GenFilter::setWeight() {
     weightPower = std::max(std::tan(std::abs(c) * kHalfPi), 1.0);
 }
 
-// Turns by -rotation, then squeezes each axis.
+// Rotates by -rotation, then divides each axis by its deformation.
 void GenFilter::setMatrix() {
     const double s = std::sin(rotationRad);
     const double k = std::cos(rotationRad);
@@ -106,8 +106,8 @@ int GenFilter::iterate(int, int index, int) {
     return 0;
 }
 
-// The costly measure is kept off the pixels outside the circle, which no outline leaves. The point
-// is mirrored: the first vertex points to the left, and turns clockwise with growing rotation.
+// Skips the costly measure outside the circle, since no outline extends beyond it. The point is
+// mirrored: the first vertex points to the left, and turns clockwise as the rotation grows.
 double GenFilter::pixelWeight(double dx, double dy, double radius) const {
     if (!(dx * dx + dy * dy < (radius + 1.0) * (radius + 1.0))) return 0.0;
     const double r = estimateShapeRadius(-dx, -dy);

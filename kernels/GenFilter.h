@@ -7,24 +7,24 @@
 #include "host/EffectWorld.h"
 
 // A regular polygon that can be rounded towards a circle or bent inward to a star, squeezed along
-// one axis, turned, and weighted from the centre to the rim. It fills the image whatever the blur
+// one axis, rotated, and weighted from the centre to the rim. It fills the image whatever the blur
 // radius: the centre is pixel (width / 2, height / 2), and the circle through the vertices has a
 // radius of half the width. Item i of the iteration is pixel i of the image, row by row.
 class GenFilter {
 public:
-    // `shape` is a square float image, of which every pixel gets written. Keeps `info` and `shape`
-    // by reference.
+    // `shape` is a square float image; every pixel of it is written. Keeps `info` and `shape` by
+    // reference.
     GenFilter(AEO::InData& context, PF_InData* in_data, const RenderInfo& info,
               AEO::EffectWorld& shape);
 
-    // The aperture's radial measure of a point, in the unit of x and y, which count from the
+    // The aperture's radial measure of a point, in the unit of x and y, which are relative to the
     // centre: it equals the rim radius on the outline and is never below the point's distance.
     double estimateShapeRadius(double x, double y) const;
 
     // The weight, 0 to 1, of a point with radial measure `r` when the rim is at `rimRadius`.
     double estimateWeightFunc(double r, double rimRadius) const;
 
-    // Computes pixel `index`: the weight in alpha, zero in the colours. Always 0.
+    // Computes pixel `index`: the weight in alpha, zero in the colours. Always returns 0.
     int iterate(int thread, int index, int count);
 
 private:
@@ -38,7 +38,7 @@ private:
     double sectorAngle;  // between two vertices, radians
     double cosHalfSector;
     double rotationRad;
-    double roundMix;     // 1 takes the circle's measure, 0 the polygon's, below 0 a star's
+    double roundMix;     // 1 is the circle's measure, 0 the polygon's, below 0 a star's
     double weightEdge0;  // share of the rim where the weight is 0
     double weightEdge1;  // share of the rim where the weight reaches 1
     double weightPower;

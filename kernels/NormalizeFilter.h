@@ -1,12 +1,12 @@
 #pragma once
-// Scales each kernel of a bank to unit gain.
+// Scales each kernel of a bank to the sum 1 / (B x B), by the factors that CustomFilter computes.
 
 #include <cstddef>
 
 #include "host/AEO_Base.h"
 
-// Multiplies the real parts of the bank, lane by lane, with one factor a layer; the imaginary parts
-// are zero anyway. Item i of the iteration is block position i. `Bank` is a Filter<N>.
+// Multiplies the real parts of the bank, lane by lane, by one factor per layer; the imaginary parts
+// are zero. Item i of the iteration is block position i. `Bank` is a Filter<N>.
 template <class Bank>
 class NormalizeFilter {
 public:
@@ -16,7 +16,7 @@ public:
     NormalizeFilter(AEO::InData& context, Bank& filter, const Factors& factors)
         : context_(context), filter_(filter), factors_(factors) {}
 
-    // Scales position `index`. Always 0.
+    // Scales position `index`. Always returns 0.
     int iterate(int, int index, int) {
         typename Bank::Element& real = filter_[2 * static_cast<std::size_t>(index)];
         for (std::size_t l = 0; l < Factors::kLanes; ++l) real[l] *= factors_[l];

@@ -8,9 +8,9 @@
 
 #include "pipeline/BlockLayout.h"
 
-// Tiles cover a frame row by row, left to right, without overlap. Each stands in the middle of a
-// square block, and what the transform wraps around stays in the apron between the two. The last
-// tile of a row or column is narrower and its apron wider; the block size never changes.
+// Tiles cover a frame row by row, left to right, without overlap. Each is centred in a square
+// block, and the wrap-around of the transform stays in the apron between the two. The last tile of
+// a row or column is narrower and its apron wider; the block size never changes.
 class BlockGeometry {
 public:
     // `radius` is the reach of the kernel in pixels, below a quarter of `blockSize`, so that the

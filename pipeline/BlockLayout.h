@@ -8,9 +8,9 @@
 //   N = 1                            red, green, blue, alpha
 //   N >= 2, after the store stage,
 //           Normal                   red, green, blue, alpha, then the weight of each layer; rest 0
-//           Split                    five channels a layer: red, green, blue, alpha, weight
-//   N >= 2, from the multiply on     five channels a layer, in both modes
-// Colours are premultiplied and expanded by the exposure curve.
+//           Split                    five channels per layer: red, green, blue, alpha, weight
+//   N >= 2, from the multiply on     five channels per layer, in both modes
+// Colours are multiplied by alpha, after expansion by the exposure curve.
 
 #include <cstddef>
 #include <cstdint>
@@ -39,6 +39,6 @@ struct BlockLayout {
 
     // What the block buffer stores.
     using Element = ET::vecT<double, kChannels>;
-    // What the kernel bank stores, one lane a layer.
+    // What the kernel bank stores, one lane per layer.
     using KernelElement = ET::vecT<double, N>;
 };

@@ -1,5 +1,5 @@
 #pragma once
-// What happens to one block: store, forward transform, multiply, inverse transform, unpack.
+// The stages of one block: store, forward transform, multiply, inverse transform, unpack.
 
 #include "depth/DetectEdge.h"
 #include "depth/ExtractDepth.h"
@@ -10,8 +10,8 @@
 #include "pipeline/UnpackBuffer.h"
 #include "transform/FFT2D.h"
 
-// What the store stage knows of the depth map under one block, a value for each pixel of the block.
-// Without a depth map both are empty, and without edge suppression `edge` is.
+// What the store stage needs of the depth map under one block: a value for each pixel of the block.
+// Both are empty without a depth map, and `edge` is without edge suppression.
 struct BlockDepth {
     explicit BlockDepth(AEO::InData& context) : depth(context), edge(context) {}
 
@@ -42,7 +42,7 @@ public:
           weights_(weights),
           block_(block) {}
 
-    // All stages for one tile and the block around it. The first error ends them; nothing is
+    // Runs all stages for one tile and the block around it. Stops at the first error; nothing is
     // written unless all stages before unpack succeed.
     int run(const iRect& tile, const iRect& rect) {
         int err = fill(rect);
@@ -68,7 +68,7 @@ private:
     int extractDepth(const iRect& rect, AEO::Vector<float>& depth);
     int detectEdges(const iRect& rect, BlockDepth& map);
 
-    // Resizes one of the block's small vectors; 4 when the host has no memory for it.
+    // Resizes one of the block's small vectors; returns 4 when the host has no memory for it.
     template <class T>
     int allocate(AEO::Vector<T>& vector) {
         vector.resize(filter_.size * filter_.size);
@@ -96,7 +96,7 @@ private:
     AEO::Vector<Element>& block_;
 };
 
-// The depth values go as soon as the block is stored.
+// The depth values are freed as soon as the block is stored.
 template <std::size_t N>
 int BlockStages<N>::fill(const iRect& rect) {
     BlockDepth map(context_);
@@ -149,7 +149,7 @@ int BlockStages<N>::store(const iRect& rect, const BlockDepth& map) {
     });
 }
 
-// Normal needs the colours and weights alone and transforms a narrower view of the block.
+// Normal needs only the colours and weights, so it transforms a narrower view of the block.
 template <std::size_t N>
 int BlockStages<N>::forward() {
     if (info_.compositeMode == kCompositeNormal) {

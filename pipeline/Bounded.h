@@ -1,5 +1,5 @@
 #pragma once
-// Clamping in which a value that is not a number ends at the lower bound.
+// Clamping that turns a NaN into the lower bound.
 
 // `value`, at least `low` and at most `high`. The lower bound is tested first, by a comparison that
 // a NaN fails, so that a NaN never reaches a conversion to an integer.

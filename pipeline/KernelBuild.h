@@ -1,5 +1,5 @@
 #pragma once
-// Builds the kernel bank of a frame: chooses the picture of the aperture, samples it, normalises.
+// Builds the kernel bank of a frame: chooses the image of the aperture, samples it, normalises.
 
 #include <algorithm>
 #include <cstdint>
@@ -12,20 +12,20 @@
 #include "kernels/GenFilter.h"
 #include "kernels/NormalizeFilter.h"
 
-// Fills `filter`, which comes zeroed; everything is kept by reference. `worlds` is the host's world
-// suite, null when the host lacks it.
+// Fills `filter`, which is zero at first; everything is kept by reference. `worlds` is the host's
+// world suite, null when the host lacks it.
 template <std::size_t N>
 class KernelBuild {
 public:
     KernelBuild(PF_InData* in_data, AEO::InData& context, const RenderInfo& info,
                 const PF_WorldSuite2* worlds, Filter<N>& filter)
         : in_data_(in_data), context_(context), info_(info), worlds_(worlds), filter_(filter) {
-        // A bank that no picture fills is zero and stays so, whatever finite factor it meets.
+        // A bank that no image fills stays zero with any finite factor.
         for (std::size_t l = 0; l < N; ++l) factors_[l] = 1.0;
     }
 
-    // Reads `Custom Blur Shape`, which stays checked out to the end, and fills and normalises the
-    // kernels. Returns the first error of the host, or 4 when memory for the work is short.
+    // Reads `Custom Blur Shape`, which stays checked out until the end, and fills and normalises
+    // the kernels. Returns the first error of the host, or 4 when memory for the work is short.
     int run();
 
 private:
@@ -59,7 +59,7 @@ int KernelBuild<N>::run() {
     return AEO::Iterator::IterationT(context_, normalize, blockArea());
 }
 
-// The layer's pixel format is its own, whatever the frame's. An unknown format leaves the bank
+// The layer has a pixel format of its own, whatever the frame's. An unknown format leaves the bank
 // zero, and the frame comes out empty.
 template <std::size_t N>
 int KernelBuild<N>::sampleLayer(PF_LayerDef& layer) {

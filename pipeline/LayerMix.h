@@ -15,7 +15,7 @@ struct DepthReturn {
     double operator[](std::size_t layer) const { return weights[layer]; }
 };
 
-// Curves for the weight between two layer centres: odd functions that take [-1, 1] to itself.
+// Curves for the weight between two layer centres: odd functions that map [-1, 1] to itself.
 class MixFunc {
 public:
     static double _MixLinear(double x) { return x; }

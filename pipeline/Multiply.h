@@ -9,8 +9,9 @@
 #include "pipeline/BlockLayout.h"
 
 // K is the composite mode. With Normal (1) the frame's four colour channels and the weight map of
-// each layer fan out into five channels a layer; with Split (2) each channel meets its own layer's
-// kernel. With one layer both are the same. Item i of the iteration is position i of the block.
+// each layer fan out into five channels per layer; with Split (2) each channel is multiplied by its
+// own layer's kernel. With one layer both are the same. Item i of the iteration is position i of
+// the block.
 template <std::size_t N, int K>
 class Multiply {
 public:
@@ -20,15 +21,15 @@ public:
     Multiply(const iRect& rect, const Filter<N>& filter, AEO::Vector<Element>& block)
         : rect_(rect), filter_(filter), block_(block) {}
 
-    // Multiplies position `index`. Always 0.
+    // Multiplies position `index`. Always returns 0.
     int iterate(int thread, int index, int count);
 
 private:
     using Kernel = typename BlockLayout<N>::KernelElement;
     static constexpr std::size_t kColours = BlockLayout<N>::kColours;
 
-    // Makes the `width` channels from `target` on the product of the kernel value kr + i * ki with
-    // the channels from `source` on, which are the same ones or lie apart.
+    // Sets the `width` channels from `target` on to the product of the kernel value kr + i * ki and
+    // the channels from `source` on, which are the same ones or disjoint.
     template <std::size_t width>
     static void product(double kr, double ki, Element& real, Element& imag, std::size_t source,
                         std::size_t target) {
@@ -70,9 +71,9 @@ int Multiply<N, K>::iterate(int, int item, int) {
 }
 
 // The position of the opposite frequency. The kernels are real in space, so this reads the
-// conjugate of their spectrum and turns them through their origin: the builder stores the aperture
-// turned, and a point of light spreads into the aperture upright. Block and bank lie transposed
-// alike, so the position needs no swap of its axes.
+// conjugate of their spectrum and mirrors them through their origin: the builder stores the
+// aperture mirrored, and a point of light spreads into the upright aperture. Block and bank are
+// both transposed, so the axes need no swap.
 template <std::size_t N, int K>
 std::size_t Multiply<N, K>::mirrored(std::size_t index) const {
     const auto width = static_cast<std::uint32_t>(rect_.width());
@@ -92,8 +93,8 @@ void Multiply<N, K>::split(const Kernel& kr, const Kernel& ki, Element& real, El
     }
 }
 
-// The layers go from the last down, each weight before its colours: no source is overwritten before
-// its last use. The weight map takes the kernel of the next blurrier layer, so that a layer's mask
+// From the last layer down, each weight before its colours: no source is overwritten before its
+// last use. The weight map uses the kernel of the next blurrier layer, so that a layer's mask
 // reaches as far as that layer's blur.
 template <std::size_t N, int K>
 void Multiply<N, K>::normal(const Kernel& kr, const Kernel& ki, Element& real, Element& imag) {

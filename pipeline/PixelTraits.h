@@ -1,5 +1,5 @@
 #pragma once
-// The three pixel types of the host as doubles on the scale 0 to 1, and their places in a layer.
+// The three pixel types of the host as doubles on the scale 0 to 1, and their positions in a world.
 
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +9,7 @@
 #include "pipeline/Bounded.h"
 #include "platform/Worlds.h"
 
-// The channel value that stands for 1.0. Float channels have the scale of the doubles themselves.
+// The channel value of 1.0. Float channels have the scale of the doubles themselves.
 template <class Pixel>
 constexpr double pixelNorm();
 template <>
@@ -34,7 +34,7 @@ double channelToDouble(decltype(Pixel::alpha) value) {
 }
 
 // A double as a channel value. Integer channels are clamped and truncated, and a NaN becomes 0;
-// float channels are narrowed only.
+// float channels are only narrowed.
 template <class Pixel>
 decltype(Pixel::alpha) channelFromDouble(double value) {
     using Channel = decltype(Pixel::alpha);
@@ -46,7 +46,7 @@ decltype(Pixel::alpha) channelFromDouble(double value) {
     }
 }
 
-// Pixel (x, y) of a layer, which has to lie inside. Rows are `rowbytes` apart; their product with y
+// Pixel (x, y) of a world, which has to be inside. Rows are `rowbytes` apart; their product with y
 // may exceed 32 bits.
 template <class Pixel>
 const Pixel& pixelAt(const PF_LayerDef& layer, std::int32_t x, std::int32_t y) {

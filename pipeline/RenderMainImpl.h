@@ -1,5 +1,5 @@
 #pragma once
-// The render driver's definition, for the files that make its instances.
+// The render driver's definition, for the files that instantiate it.
 
 #include "host/Iterator.h"
 #include "host/SuiteHolder.h"
@@ -12,8 +12,9 @@
 #include "pipeline/RenderMain.h"
 #include "transform/FFT2D.h"
 
-// Runs the stages tile after tile and reports to the host: 1 of T + 1 before the first of T tiles,
-// then one more after each. Ends at the first error, a cancel by the progress callback included.
+// Runs the stages tile after tile and reports progress to the host: 1 of T + 1 before the first of
+// T tiles, then one more after each. Ends at the first error, a cancel by the progress callback
+// included.
 template <std::size_t N>
 int renderBlocks(PF_InData* in_data, const BlockGeometry& geometry, BlockStages<N>& stages) {
     const auto progress = [&](std::int32_t done) {
@@ -31,7 +32,7 @@ int renderBlocks(PF_InData* in_data, const BlockGeometry& geometry, BlockStages<
 template <std::size_t N>
 int RenderMainT(PF_InData* in_data, AEO::InData& context, PF_LayerDef* input, PF_LayerDef* output,
                 const RenderInfo& info, const int& pixelFormat) {
-    // Each of these gives back what it holds, in the opposite order, on every way out.
+    // These release what they hold, in reverse order, on every exit.
     AEO::SuiteHolder<PF_WorldSuite2> worlds(in_data->pica_basicP);
     worlds.acquire();
     const std::size_t size = Filter<N>::GetFilterSize(info.radius);
@@ -43,7 +44,7 @@ int RenderMainT(PF_InData* in_data, AEO::InData& context, PF_LayerDef* input, PF
 
     int err = PF_Err_NONE;
     const int threads = AEO::Iterator::GetNumThreads(*in_data->pica_basicP, err);
-    if (err) return err;  // and the count means nothing
+    if (err) return err;  // the count is meaningless then
     FFTWeights weights(context, static_cast<std::size_t>(threads), size);
     if (!weights.ip.data() || !weights.w.data()) return PF_Err_OUT_OF_MEMORY;
 

@@ -13,14 +13,14 @@
 #include "pipeline/PixelTraits.h"
 
 // Fills one block of B x B pixels. Item i of the iteration is pixel i of the block rectangle, which
-// may lie outside the input; it writes the pixel's real and imaginary element and nothing else.
+// may be outside the input; it writes only the pixel's real and imaginary element.
 template <class Pixel, std::size_t N>
 class StoreBuffer {
 public:
     using Element = typename BlockLayout<N>::Element;
 
-    // Keeps its arguments by reference and allocates nothing. `depth` and `edge` hold one value a
-    // pixel of the block; with N = 1 both are empty, and without edge suppression `edge` is.
+    // Keeps its arguments by reference and allocates nothing. `depth` and `edge` hold one value per
+    // pixel of the block; both are empty with N = 1, and `edge` is without edge suppression.
     StoreBuffer(const RenderInfo& info, const PF_LayerDef& input, const AEO::Vector<float>& depth,
                 const AEO::Vector<float>& edge, const iRect& rect, AEO::Vector<Element>& block)
         : input_(input),
@@ -33,11 +33,11 @@ public:
         for (std::size_t c = 0; c < BlockLayout<N>::kChannels; ++c) zero_[c] = 0.0;
     }
 
-    // Stores pixel `index` of the block. Always 0.
+    // Stores pixel `index` of the block. Always returns 0.
     int iterate(int thread, int index, int count);
 
-    // Gives pixel `index` its weight in each layer, by its distance from the plane of focus. The
-    // distance has no sign: in front of the plane and behind it are alike. Always 0.
+    // Computes the weight of pixel `index` in each layer from its distance to the plane of focus.
+    // The distance has no sign: in front of the plane and behind it are alike. Always returns 0.
     int depthIterate(int index, DepthReturn<N>& out);
 
 private:
@@ -48,11 +48,12 @@ private:
         double alpha;
     };
 
-    // Where a depth value stands on the layers, whose centres lie at 0.5, 1.5, ... N - 0.5.
+    // The position of a depth value among the layers, whose centres are at 0.5, 1.5, ... N - 0.5.
     double layerPosition(double depth) const;
 
-    // The premultiplied and expanded colour of the input under block pixel `index`. A call would
-    // pass it through memory, a seventh of the stage's time without depth layers.
+    // The expanded colour of the input under block pixel `index`, multiplied by alpha. Inline,
+    // since a call would pass it through memory, a seventh of the stage's time without depth
+    // layers.
     ORBEL_LANE_INLINE Colour sourceColour(std::size_t index) const;
     ORBEL_LANE_INLINE Colour expanded(const Pixel& pixel, double exposure) const;
     double localExposure(std::size_t index) const;
@@ -74,7 +75,7 @@ private:
 template <class Pixel, std::size_t N>
 int StoreBuffer<Pixel, N>::iterate(int, int item, int) {
     const auto index = static_cast<std::size_t>(item);
-    // The imaginary half is written here for every pixel, so nobody has to clear the block.
+    // The imaginary half is written here for every pixel, so the block need not be cleared.
     block_[2 * index + 1] = zero_;
     Element& real = block_[2 * index];
     const Colour colour = sourceColour(index);
@@ -82,8 +83,8 @@ int StoreBuffer<Pixel, N>::iterate(int, int item, int) {
         writeWhole(real, colour);
         return PF_Err_NONE;
     } else {
-        // Outside the input the colour is nothing, but the weights are there all the same: what
-        // lies outside counts as transparent, and the frame's edge fades.
+        // Outside the input the colour is zero but the weights aren't: the outside counts as
+        // transparent, and the frame's edge fades.
         DepthReturn<N> weights;
         const int err = depthIterate(item, weights);
         if (info_.compositeMode == kCompositeSplit) {
@@ -126,8 +127,8 @@ double StoreBuffer<Pixel, N>::layerPosition(double depth) const {
     // 0 on the plane of focus, 1 at the farther end of the range.
     const double distance = std::fabs(t - (1.0 - f)) / std::max(f, 1.0 - f);
     const double nearness = 1.0 - distance;
-    // The default profile's slope is 1 but for the last digit of a tangent, which moves no result
-    // by more than its own rounding. The power would be a fifth of the stage's time.
+    // The default profile's slope is 1 except for the last digit of a tangent, which changes no
+    // result by more than its own rounding. The power would take a fifth of the stage's time.
     const bool even = std::fabs(info_.profileSlope - 1.0) < 1e-15;
     return static_cast<double>(N) * (even ? nearness : std::pow(nearness, info_.profileSlope));
 }
@@ -138,7 +139,7 @@ typename StoreBuffer<Pixel, N>::Colour StoreBuffer<Pixel, N>::sourceColour(
     const auto width = static_cast<std::uint32_t>(rect_.width());
     const auto row = static_cast<std::int32_t>(static_cast<std::uint32_t>(index) / width);
     const auto col = static_cast<std::int32_t>(static_cast<std::uint32_t>(index) % width);
-    // The block lies in the output world; both worlds have their place in the layer.
+    // The block is in coordinates of the output world; the origins place both worlds in the layer.
     std::int32_t x = col + rect_.left + info_.output->origin_x - info_.input->origin_x;
     std::int32_t y = row + rect_.top + info_.output->origin_y - info_.input->origin_y;
     if (info_.repeatEdge) {
@@ -160,8 +161,8 @@ typename StoreBuffer<Pixel, N>::Colour StoreBuffer<Pixel, N>::expanded(const Pix
             light(channelToDouble<Pixel>(pixel.blue)), alpha};
 }
 
-// On a depth edge the expansion goes, so that a highlight on the outline of a sharp object cannot
-// bloom across it. The unpack stage compresses by the whole exposure even so: with an exposure
+// The expansion is reduced on a depth edge, so that a highlight on the outline of a sharp object
+// can't bloom across it. The unpack stage still compresses by the full exposure: with an exposure
 // above zero such a pixel comes out a little darker.
 template <class Pixel, std::size_t N>
 double StoreBuffer<Pixel, N>::localExposure(std::size_t index) const {

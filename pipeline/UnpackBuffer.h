@@ -18,8 +18,8 @@ class UnpackBuffer {
 public:
     using Element = typename BlockLayout<N>::Element;
 
-    // Copies the rectangles and keeps the rest by reference. `tile` lies inside `block`; both are
-    // in the output's coordinates. `buffer` holds the block after the inverse transform.
+    // Copies the rectangles and keeps the rest by reference. `tile` is inside `block`; both are in
+    // the output's coordinates. `buffer` holds the block after the inverse transform.
     UnpackBuffer(const RenderInfo& info, const Filter<N>& filter,
                  const AEO::Vector<Element>& buffer, const iRect& tile, const iRect& block,
                  PF_LayerDef& output)
@@ -30,7 +30,7 @@ public:
           buffer_(buffer),
           output_(output) {}
 
-    // Writes pixel `index` of the tile. Always 0.
+    // Writes pixel `index` of the tile. Always returns 0.
     int iterate(int thread, int index, int count);
 
 private:
@@ -82,7 +82,7 @@ int UnpackBuffer<Pixel, N>::iterate(int, int item, int) {
     return PF_Err_NONE;
 }
 
-// The real element of a pixel; the imaginary one holds nothing but rounding noise.
+// The real element of a pixel; the imaginary one holds only rounding noise.
 template <class Pixel, std::size_t N>
 const typename UnpackBuffer<Pixel, N>::Element& UnpackBuffer<Pixel, N>::elementAt(
     std::int32_t x, std::int32_t y) const {
@@ -109,7 +109,7 @@ typename UnpackBuffer<Pixel, N>::Merged UnpackBuffer<Pixel, N>::gathered(const E
     return sum;
 }
 
-// Split: layer i holds its own light alone, spread by kernel i, and the light of all layers adds.
+// Split: layer i holds only its own light, spread by kernel i, and the light of all layers adds up.
 template <class Pixel, std::size_t N>
 typename UnpackBuffer<Pixel, N>::Merged UnpackBuffer<Pixel, N>::scattered(const Element& channels) {
     Merged sum;
@@ -120,7 +120,7 @@ typename UnpackBuffer<Pixel, N>::Merged UnpackBuffer<Pixel, N>::scattered(const 
     return sum;
 }
 
-// Where alpha is not above zero the colours are near zero as they stand and stay.
+// Where alpha isn't above zero, the colours are near zero and stay as they are.
 template <class Pixel, std::size_t N>
 void UnpackBuffer<Pixel, N>::unpremultiply(Merged& merged) {
     Colour& colour = merged.colour;

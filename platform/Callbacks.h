@@ -1,20 +1,20 @@
 #pragma once
 // The callback tables that come with every command (`in_data->inter` and `*in_data->utils`).
 //
-// Entries that the effect has no use for are untyped pointers, so that a call through one of them
-// does not compile.
+// Entries that the effect doesn't use are untyped pointers, so that a call through one of them
+// doesn't compile.
 
 #include "platform/Parameters.h"
 
 extern "C" {
 
-// Parameter and progress callbacks. All give a status code.
+// Parameter and progress callbacks. All return a status code.
 struct PF_InteractCallbacks {
     // Fills `*param` with the value of parameter `index` at what_time / time_scale. Each successful
-    // call is to be matched by one checkin_param.
+    // call has to be matched by one checkin_param.
     PF_Err (*checkout_param)(PF_ProgPtr effect_ref, PF_ParamIndex index, std::int32_t what_time,
                              std::int32_t time_step, std::uint32_t time_scale, PF_ParamDef* param);
-    // Gives a checked-out parameter back, and with it the pixels of a layer.
+    // Checks the parameter in, and with it the pixels of a layer.
     PF_Err (*checkin_param)(PF_ProgPtr effect_ref, PF_ParamDef* param);
     // Adds a parameter during PF_Cmd_PARAMS_SETUP; index -1 appends. The definition is copied.
     PF_Err (*add_param)(PF_ProgPtr effect_ref, PF_ParamIndex index, PF_ParamDef* def);
@@ -41,7 +41,7 @@ ORBEL_LAYOUT_OFFSET(PF_InteractCallbacks, reserved, 96);
 // The C library as the host offers it.
 struct PF_ANSICallbacks {
     void* mathematics[15];
-    // Formats into `buffer`, which has to be large enough; gives the number of characters.
+    // Formats into `buffer`, which has to be large enough; returns the number of characters.
     int (*sprintf)(A_char* buffer, const A_char* format, ...);
     // Copies `source` with its terminator.
     A_char* (*strcpy)(A_char* destination, const A_char* source);
@@ -80,9 +80,9 @@ struct PF_UtilCallbacks {
     void* iterate_lut;
     void* transfer_rect;
     void* transform_world;
-    // A new block of `size` bytes, owned by the caller; null when memory is short.
+    // Returns a new block of `size` bytes, owned by the caller, or null when memory is short.
     PF_Handle (*host_new_handle)(A_HandleSize size);
-    // Pins the block and gives its address, which stays valid until the unlock.
+    // Pins the block and returns its address, which stays valid until the unlock.
     void* (*host_lock_handle)(PF_Handle handle);
     // Unpins the block.
     void (*host_unlock_handle)(PF_Handle handle);
@@ -93,7 +93,7 @@ struct PF_UtilCallbacks {
     PF_ANSICallbacks ansi;
     void* colorCB[8];
     void* get_platform_data;
-    // The size that the host really gave, in bytes.
+    // Returns the actual size of the block in bytes.
     A_HandleSize (*host_get_handle_size)(PF_Handle handle);
     void* iterate_origin_non_clip_src;
     void* iterate_generic;

@@ -4,7 +4,7 @@
 #include "platform/Callbacks.h"
 #include "platform/Suites.h"
 
-// Commands. Those that the effect leaves unanswered are named for tracing only.
+// Commands. Those without a handler in the effect are named only for tracing.
 inline constexpr PF_Cmd PF_Cmd_ABOUT = 0;
 inline constexpr PF_Cmd PF_Cmd_GLOBAL_SETUP = 1;
 inline constexpr PF_Cmd PF_Cmd_UNUSED_0 = 2;
@@ -34,7 +34,7 @@ inline constexpr PF_Cmd PF_Cmd_RESERVED1 = 25;
 inline constexpr PF_Cmd PF_Cmd_RESERVED2 = 26;
 inline constexpr PF_Cmd PF_Cmd_NUM_CMDS = 27;
 
-// What the effect tells of itself in PF_Cmd_GLOBAL_SETUP.
+// Flags by which an effect describes itself in PF_Cmd_GLOBAL_SETUP.
 inline constexpr PF_OutFlags PF_OutFlag_KEEP_RESOURCE_OPEN = 1 << 0;
 inline constexpr PF_OutFlags PF_OutFlag_DISPLAY_ERROR_MESSAGE = 1 << 8;
 inline constexpr PF_OutFlags PF_OutFlag_DEEP_COLOR_AWARE = 1 << 25;
@@ -71,7 +71,8 @@ ORBEL_LAYOUT_SIZE(PF_SoundWorld, 32);
 ORBEL_LAYOUT_OFFSET(PF_SoundWorld, num_samples, 16);
 ORBEL_LAYOUT_OFFSET(PF_SoundWorld, dataP, 24);
 
-// What the host tells with a command. Valid for the command only; the effect writes none of it.
+// What the host passes with a command. Valid only during the command; the effect doesn't write to
+// it.
 struct PF_InData {
     PF_InteractCallbacks inter;
     PF_UtilCallbacks* utils;
@@ -151,7 +152,7 @@ ORBEL_LAYOUT_OFFSET(PF_InData, pre_effect_source_origin_x, 392);
 ORBEL_LAYOUT_OFFSET(PF_InData, pre_effect_source_origin_y, 396);
 ORBEL_LAYOUT_OFFSET(PF_InData, shutter_phase, 400);
 
-// What the effect answers. The host owns the record; handles put into it become the host's.
+// What the effect returns. The host owns the record; handles stored in it become the host's.
 struct PF_OutData {
     A_u_long my_version;
     A_char name[32];

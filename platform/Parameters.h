@@ -84,7 +84,7 @@ ORBEL_LAYOUT_OFFSET(PF_AngleDef, dephault, 4);
 ORBEL_LAYOUT_OFFSET(PF_AngleDef, valid_min, 8);
 ORBEL_LAYOUT_OFFSET(PF_AngleDef, valid_max, 12);
 
-// A box; `u.nameptr` is the text beside it, owned by the plug-in.
+// A check box; `u.nameptr` is the text next to it, owned by the plug-in.
 struct PF_CheckBoxDef {
     PF_ParamValue value;
     PF_Boolean dephault;
@@ -109,7 +109,7 @@ ORBEL_LAYOUT_SIZE(PF_ColorDef, 8);
 ORBEL_LAYOUT_OFFSET(PF_ColorDef, value, 0);
 ORBEL_LAYOUT_OFFSET(PF_ColorDef, dephault, 4);
 
-// A point in the picture. Values are 16.16 pixels at the current downsample, defaults 16.16
+// A point in the image. Values are 16.16 pixels at the current downsample, defaults are 16.16
 // percentages of the layer.
 struct PF_PointDef {
     PF_Fixed x_value;
@@ -127,7 +127,7 @@ ORBEL_LAYOUT_OFFSET(PF_PointDef, restrict_bounds, 11);
 ORBEL_LAYOUT_OFFSET(PF_PointDef, x_dephault, 12);
 ORBEL_LAYOUT_OFFSET(PF_PointDef, y_dephault, 16);
 
-// A list of choices. Values count from 1; `u.namesptr` holds the texts with '|' between them and is
+// A list of choices. Values count from 1; `u.namesptr` holds the texts, separated by '|', and is
 // owned by the plug-in.
 struct PF_PopupDef {
     PF_ParamValue value;
@@ -175,7 +175,7 @@ ORBEL_LAYOUT_OFFSET(PF_FloatSliderDef, curve_tolerance, 76);
 ORBEL_LAYOUT_OFFSET(PF_FloatSliderDef, useExponent, 80);
 ORBEL_LAYOUT_OFFSET(PF_FloatSliderDef, exponent, 84);
 
-// The type-dependent part of a definition; `param_type` says which member is live.
+// The type-dependent part of a definition; `param_type` selects the active member.
 union PF_ParamDefUnion {
     PF_LayerDef ld;
     PF_SliderDef sd;

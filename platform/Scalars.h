@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// Hold a layout to the numbers of the binary interface: a wrong one does not compile.
+// Check a layout against the binary interface: a wrong one doesn't compile.
 #define ORBEL_LAYOUT_SIZE(Type, size) static_assert(sizeof(Type) == (size), "size of " #Type)
 #define ORBEL_LAYOUT_OFFSET(Type, field, offset) \
     static_assert(offsetof(Type, field) == (offset), "offset of " #Type "::" #field)
@@ -47,9 +47,9 @@ using PF_SampleEdgeBehav = std::uint32_t;
 using PF_ValueDisplayFlags = std::int16_t;
 using PF_WorldFlags = std::int32_t;
 
-// A relocatable block of host memory; its contents are reached by locking it.
+// A relocatable block of host memory, which is locked to access its contents.
 using PF_Handle = void**;
-// The host's name for the effect instance at hand (`effect_ref`).
+// Identifies the effect instance to the host (`effect_ref`).
 using PF_ProgPtr = void*;
 
 // Status codes.
@@ -103,7 +103,7 @@ ORBEL_LAYOUT_SIZE(A_Time, 8);
 ORBEL_LAYOUT_OFFSET(A_Time, value, 0);
 ORBEL_LAYOUT_OFFSET(A_Time, scale, 4);
 
-// A pixel of 8 bits a channel, 0 to 255, straight alpha.
+// A pixel of 8 bits per channel, 0 to 255, straight alpha.
 struct PF_Pixel {
     A_u_char alpha;
     A_u_char red;
@@ -116,7 +116,7 @@ ORBEL_LAYOUT_OFFSET(PF_Pixel, red, 1);
 ORBEL_LAYOUT_OFFSET(PF_Pixel, green, 2);
 ORBEL_LAYOUT_OFFSET(PF_Pixel, blue, 3);
 
-// A pixel of 16 bits a channel, 0 to 32768, straight alpha.
+// A pixel of 16 bits per channel, 0 to 32768, straight alpha.
 struct PF_Pixel16 {
     std::uint16_t alpha;
     std::uint16_t red;
@@ -143,7 +143,7 @@ ORBEL_LAYOUT_OFFSET(PF_PixelFloat, green, 8);
 ORBEL_LAYOUT_OFFSET(PF_PixelFloat, blue, 12);
 
 // Pixel formats, as the host reports them for a world.
-inline constexpr PF_PixelFormat PF_PixelFormat_ARGB32 = 0x62677261;   // "argb", 8 bits a channel
+inline constexpr PF_PixelFormat PF_PixelFormat_ARGB32 = 0x62677261;   // "argb", 8 bits per channel
 inline constexpr PF_PixelFormat PF_PixelFormat_ARGB64 = 0x36316561;   // "ae16"
 inline constexpr PF_PixelFormat PF_PixelFormat_ARGB128 = 0x32336561;  // "ae32", float
 inline constexpr PF_PixelFormat PF_PixelFormat_INVALID = 0x66646162;  // "badf"

@@ -19,8 +19,8 @@ ORBEL_LAYOUT_OFFSET(PF_RenderRequest, channel_mask, 20);
 ORBEL_LAYOUT_OFFSET(PF_RenderRequest, preserve_rgb_of_zero_alpha, 24);
 ORBEL_LAYOUT_OFFSET(PF_RenderRequest, reserved, 28);
 
-// What a layer can give: `result_rect` is the request within the layer, `max_result_rect` the whole
-// layer, `ref_width` and `ref_height` its size at full resolution.
+// What a layer can supply: `result_rect` is the request within the layer, `max_result_rect` the
+// whole layer, `ref_width` and `ref_height` its size at full resolution.
 struct PF_CheckoutResult {
     PF_LRect result_rect;
     PF_LRect max_result_rect;
@@ -56,8 +56,8 @@ ORBEL_LAYOUT_OFFSET(PF_PreRenderInput, device_index, 60);
 
 extern "C" {
 
-// What the effect will give. `pre_render_data` comes back in PF_SmartRenderInput; with a null
-// delete function its release is the effect's own matter.
+// What the effect will render. `pre_render_data` is passed back in PF_SmartRenderInput; without a
+// delete function the effect frees it itself.
 struct PF_PreRenderOutput {
     PF_LRect result_rect;
     PF_LRect max_result_rect;
@@ -77,8 +77,8 @@ ORBEL_LAYOUT_OFFSET(PF_PreRenderOutput, pre_render_data, 40);
 ORBEL_LAYOUT_OFFSET(PF_PreRenderOutput, delete_pre_render_data_func, 48);
 
 struct PF_PreRenderCallbacks {
-    // Announces the need for the pixels of layer parameter `index` under `checkout_id`, and fills
-    // `*result` with what the layer can give.
+    // Requests the pixels of layer parameter `index` under `checkout_id`, and fills `*result` with
+    // what the layer can supply.
     PF_Err (*checkout_layer)(PF_ProgPtr effect_ref, PF_ParamIndex index, std::int32_t checkout_id,
                              const PF_RenderRequest* request, std::int32_t what_time,
                              std::int32_t time_step, std::uint32_t time_scale,
@@ -120,13 +120,13 @@ ORBEL_LAYOUT_OFFSET(PF_SmartRenderInput, device_index, 68);
 extern "C" {
 
 struct PF_SmartRenderCallbacks {
-    // Gives the pixels announced under `checkout_id`. The world is the host's, until the check-in
-    // or the end of the command.
+    // Returns the pixels requested under `checkout_id`. The world belongs to the host and is valid
+    // until the check-in or the end of the command.
     PF_Err (*checkout_layer_pixels)(PF_ProgPtr effect_ref, std::int32_t checkout_id,
                                     PF_EffectWorld** world);
-    // Gives those pixels back before the command ends.
+    // Releases those pixels before the command ends.
     PF_Err (*checkin_layer_pixels)(PF_ProgPtr effect_ref, std::int32_t checkout_id);
-    // Gives the world to render into; it covers the result rectangle of the pre-render.
+    // Returns the world to render into, which covers the result rectangle of the pre-render.
     PF_Err (*checkout_output)(PF_ProgPtr effect_ref, PF_EffectWorld** world);
 };
 ORBEL_LAYOUT_SIZE(PF_SmartRenderCallbacks, 24);

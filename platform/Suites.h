@@ -1,8 +1,8 @@
 #pragma once
 // Function suites, which the host hands out by name and version.
 //
-// The order of the entries is the interface. Entries that the effect has no use for are untyped
-// pointers, so that a call through one of them does not compile.
+// The order of the entries is the interface. Entries that the effect doesn't use are untyped
+// pointers, so that a call through one of them doesn't compile.
 
 #include "platform/Worlds.h"
 
@@ -12,7 +12,7 @@ extern "C" {
 struct SPBasicSuite {
     // Puts the table of suite `name`, `version` into `*suite` and counts one acquisition.
     SPErr (*AcquireSuite)(const char* name, std::int32_t version, const void** suite);
-    // Takes one acquisition back.
+    // Releases one acquisition.
     SPErr (*ReleaseSuite)(const char* name, std::int32_t version);
     void* IsEqual;
     void* AllocateBlock;
@@ -40,9 +40,9 @@ extern "C" {
 
 // Samples `params->src` at the 16.16 position (x, y); pixel i has its centre at coordinate i, and
 // outside the source alpha is zero. May be called on many threads at once.
-// `subpixel_sample` gives the alpha-weighted bilinear value. `area_sample` gives the alpha-weighted
-// mean of the colours and the plain mean of the alpha over the box that reaches x_radius and
-// y_radius (16.16, at most 128 pixels) to either side; zero where the box has no alpha.
+// `subpixel_sample` returns the alpha-weighted bilinear value. `area_sample` returns the
+// alpha-weighted mean of the colours and the plain mean of alpha over the box that extends x_radius
+// and y_radius (16.16, at most 128 pixels) to either side; zero where the box has no alpha.
 struct PF_Sampling8Suite1 {
     PF_Err (*nn_sample)(PF_ProgPtr effect_ref, PF_Fixed x, PF_Fixed y, const PF_SampPB* params,
                         PF_Pixel* pixel);
@@ -56,7 +56,7 @@ ORBEL_LAYOUT_OFFSET(PF_Sampling8Suite1, nn_sample, 0);
 ORBEL_LAYOUT_OFFSET(PF_Sampling8Suite1, subpixel_sample, 8);
 ORBEL_LAYOUT_OFFSET(PF_Sampling8Suite1, area_sample, 16);
 
-// The same for 16 bits a channel.
+// The same for 16 bits per channel.
 struct PF_Sampling16Suite1 {
     PF_Err (*nn_sample)(PF_ProgPtr effect_ref, PF_Fixed x, PF_Fixed y, const PF_SampPB* params,
                         PF_Pixel16* pixel);
@@ -93,7 +93,7 @@ extern "C" {
 
 struct PF_WorldSuite2 {
     // Allocates pixels of `format` and fills `*world`; the caller owns them until PF_DisposeWorld.
-    // Pixels are zeroed only if `clear_pixels` is set. Gives 4 when memory is short.
+    // Pixels are zeroed only if `clear_pixels` is set. Returns 4 when memory is short.
     PF_Err (*PF_NewWorld)(PF_ProgPtr effect_ref, std::int32_t width, std::int32_t height,
                           PF_Boolean clear_pixels, PF_PixelFormat format, PF_EffectWorld* world);
     // Frees the pixels of a world made by PF_NewWorld.
@@ -121,8 +121,8 @@ using AEGP_IterateFunction = A_Err (*)(void* refcon, std::int32_t thread, std::i
 struct AEGP_IterateSuite1 {
     // How many threads an iteration may use.
     A_Err (*AEGP_GetNumThreads)(std::int32_t* count);
-    // Calls `fn` once for each i from 0 to iterations - 1 and blocks until all calls are done. The
-    // first non-zero result of `fn` comes back.
+    // Calls `fn` once for each i from 0 to iterations - 1 and blocks until all calls are done.
+    // Returns the first non-zero result of `fn`.
     A_Err (*AEGP_IterateGeneric)(std::int32_t iterations, void* refcon, AEGP_IterateFunction fn);
 };
 ORBEL_LAYOUT_SIZE(AEGP_IterateSuite1, 16);
@@ -136,7 +136,7 @@ inline constexpr std::int32_t kPFAdvAppSuiteVersion1 = 1;
 
 extern "C" {
 
-// The info panel's calls name no effect instance. Texts are copied.
+// The info panel's calls take no effect instance. Texts are copied.
 struct PF_AdvAppSuite1 {
     void* PF_SetProjectDirty;
     void* PF_SaveProject;
@@ -173,7 +173,7 @@ extern "C" {
 
 // User-interface thread only.
 struct PF_ParamUtilsSuite3 {
-    // Makes the host take the `ui_flags` of `def` for parameter `index`.
+    // Applies the `ui_flags` of `def` to parameter `index`.
     PF_Err (*PF_UpdateParamUI)(PF_ProgPtr effect_ref, PF_ParamIndex index, const PF_ParamDef* def);
     void* others[8];
 };
@@ -189,7 +189,7 @@ extern "C" {
 
 struct AEGP_UtilitySuite11 {
     void* before[8];
-    // Enters the plug-in with the host under `name` and gives its id. Main thread only.
+    // Registers the plug-in with the host under `name` and returns its id. Main thread only.
     A_Err (*AEGP_RegisterWithAEGP)(void* refcon, const A_char* name, AEGP_PluginID* id);
     void* after[22];
 };

@@ -3,12 +3,12 @@
 
 #include "platform/Scalars.h"
 
-inline constexpr PF_WorldFlags PF_WorldFlag_DEEP = 1 << 0;       // 16 bits a channel
+inline constexpr PF_WorldFlags PF_WorldFlag_DEEP = 1 << 0;       // 16 bits per channel
 inline constexpr PF_WorldFlags PF_WorldFlag_WRITEABLE = 1 << 1;  // the holder may write pixels
 
 // One pixel buffer. The host owns the pixels; the record may be copied.
 // Row y starts at `data + y * rowbytes`; rowbytes may exceed width times the pixel size.
-// A layer parameter set to none reads as a record of zeros; a chosen one has reserved0 != null.
+// A layer parameter set to none reads as a record of zeros; otherwise reserved0 isn't null.
 struct PF_LayerDef {
     void* reserved0;
     void* reserved1;
@@ -49,7 +49,7 @@ ORBEL_LAYOUT_OFFSET(PF_LayerDef, dephault, 116);
 
 using PF_EffectWorld = PF_LayerDef;
 
-// What a sampling call is told. `src` is not owned; a box reaches the radius to either side.
+// The arguments of a sampling call. `src` is not owned; a box extends by the radius to either side.
 struct PF_SampPB {
     PF_Fixed x_radius;
     PF_Fixed y_radius;

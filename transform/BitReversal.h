@@ -20,7 +20,8 @@ struct PlainMove {
     static void keep(T*) {}
 };
 
-// Exchanges samples and conjugates them; only the negation is arithmetic, confined to live lanes.
+// Exchanges samples and conjugates them; the negation, the only arithmetic, is confined to live
+// lanes.
 struct ConjugateMove {
     template <class T>
     static void exchange(T* x, T* y) {
@@ -37,7 +38,7 @@ struct ConjugateMove {
 // Moves every sample of `a`, n elements with n > 32, to the bit-reversed index.
 //
 // Seen as bits, the index of a sample is   top | reversed k | middle | j | bottom   with one bit at
-// either end, log2(m) bits each for j and k, and one or two bits in the middle. Its reversal is
+// each end, log2(m) bits each for j and k, and one or two bits in the middle. Its reversal is
 // bottom | reversed j | reversed middle | k | top, and the seed ip[m + k] is `reversed k` in place.
 // So each pair j < k exchanges one group of samples with another, all at fixed distances.
 template <class Move, class T>
@@ -83,7 +84,7 @@ private:
         }
     }
 
-    // The four samples of either side that differ in top and bottom bit.
+    // The four samples on each side that differ in the top and the bottom bit.
     void exchangeEnds(T* x, T* y) const {
         exchange(x, y);
         exchange(x + kBottom, y + top_);
@@ -97,8 +98,8 @@ private:
         Move::keep(x + top_ + kBottom);
     }
 
-    // The array is a row of a block as a rule, and the next row comes next: it is asked for
-    // while this one, in the cache by now, is moved.
+    // The array is usually a row of a block. Prefetches the next row while this one, which is in
+    // the cache by now, is permuted.
     void exchange(T* x, T* y) const {
         const auto row = static_cast<std::size_t>(2 * top_);
         for (const T* element : {x, x + 1, y, y + 1}) fft::prefetch(element, row);
@@ -125,7 +126,7 @@ void reverseFew(T* a) {
     }
 }
 
-// The same, then sample k to place M - k: it turns the exponent's sign of the whole transform.
+// The same, then moves sample k to place M - k, which flips the sign of the transform's exponent.
 template <int kBits, class T>
 void reverseFewNegated(T* a) {
     constexpr int kSamples = 1 << kBits;

@@ -4,12 +4,12 @@
 // The transform is a tree. A section is a run of samples of the first or the second kind; a split
 // pass divides it into four quarters, of the first, the second, the first, and the section's own
 // kind. The functions here do one position of such a pass: the four samples at the same offset of
-// the four quarters. Two samples are left at the bottom of the tree: sumAndDifference for a section
-// of the first kind, sumAndDifferenceTurned for the second.
+// the four quarters. Sections of two samples are the bottom of the tree: sumAndDifference for a
+// section of the first kind, sumAndDifferenceTurned for the second.
 //
-// A butterfly has a dozen values in flight and lanes never mix, so the loop over lanes stands
-// around it: its values are then registers, at any width, where whole elements would go through
-// memory.
+// A butterfly has a dozen intermediate values and lanes never mix, so the loop over lanes is around
+// the butterfly: the values then stay in registers at any width, while whole elements would go
+// through memory.
 
 #include <cstddef>
 
@@ -175,7 +175,7 @@ struct Twiddle {
     double re1, im1;  // exp(+i t)
     double re3, im3;  // exp(-3 i t)
 
-    // The row of the mirrored position: sines and cosines change places.
+    // The row of the mirrored position: sines and cosines are exchanged.
     ORBEL_LANE_INLINE Twiddle mirrored() const { return {im1, re1, im3, re3}; }
 };
 
@@ -185,8 +185,8 @@ ORBEL_LANE_INLINE Twiddle twiddleAt(const double* row) {
 
 // ---- Split pass of the first kind on the samples at j, j + m, j + 2m, j + 3m.
 
-// What all positions of the pass share. For the backward transform the first pass reads the
-// conjugate of its input.
+// The sums that all positions of the pass share. For the backward transform the first pass reads
+// the conjugate of its input.
 template <class V>
 struct FirstKindSums {
     Complex<V> p, q, r, s;
@@ -205,7 +205,7 @@ ORBEL_LANE_INLINE auto firstKindSums(A a, int j, int m) {
     }
 }
 
-// t = 0. It is also the whole of a four-sample section of the first kind, with m = 2.
+// t = 0. Also the whole of a four-sample section of the first kind, with m = 2.
 template <bool kConjugate = false, class A>
 ORBEL_LANE_INLINE void splitFirst(A a, int j, int m) {
     using V = typename A::Lanes;
@@ -227,7 +227,7 @@ ORBEL_LANE_INLINE void splitFirst(A a, int j, int m, const Twiddle& w) {
     a.store(j + 3 * m, rotateBack(w.re3, w.im3, differenceTurned<V>(q, s)));
 }
 
-// t = pi/4, in the middle of the quarter; 3t is half a turn less pi/4.
+// t = pi/4, in the middle of the quarter; 3t is half a turn minus pi/4.
 template <bool kConjugate = false, class A>
 ORBEL_LANE_INLINE void splitFirstMiddle(A a, int j, int m, double half) {
     using V = typename A::Lanes;
@@ -240,7 +240,7 @@ ORBEL_LANE_INLINE void splitFirstMiddle(A a, int j, int m, double half) {
 
 // ---- Split pass of the second kind.
 
-// t = 0. It is also the whole of a four-sample section of the second kind, with m = 2.
+// t = 0. Also the whole of a four-sample section of the second kind, with m = 2.
 template <class A>
 ORBEL_LANE_INLINE void splitSecond(A a, int j, int m, double half) {
     using V = typename A::Lanes;

@@ -1,6 +1,6 @@
 #pragma once
 // One-dimensional, in-place complex transform of power-of-two length, of the split-radix family, on
-// elements of vector lanes: one walk transforms as many signals as T has live lanes.
+// elements of vector lanes: one run transforms as many signals as T has live lanes.
 //
 // `a` holds n elements of T, n being twice the number M of samples: sample j is a[2j] (real part),
 // a[2j + 1] (imaginary part). `ip`, `w` and nw are the tables of TwiddleTables.h, nw >= n / 4.
@@ -8,14 +8,14 @@
 //   cftfsub   X[k] = sum over j of x[j] exp(+2 pi i j k / M)
 //   cftbsub   X[k] = sum over j of x[j] exp(-2 pi i j k / M)
 //
-// Both leave the result in natural order, unscaled: one after the other multiplies by M. Any n from
-// 4 on must be a power of two, which is not checked; smaller n do nothing.
+// Both leave the result in natural order, unscaled: one after the other multiplies by M. n must be
+// a power of two, which is not checked; for n below 4 they do nothing.
 //
 // What follows is one recursion, unrolled (see Butterflies.h for sections and kinds):
 //
 //   cftf1st, cftb1st    split pass of the whole array, forward and on the conjugate of the input
 //   cftmdl1, cftmdl2    split pass of a section of the first and of the second kind
-//   cftrec4, cfttree    all passes of a long array, one leaf after the other from its end
+//   cftrec4, cfttree    all passes below the first of a long array, leaf by leaf from its end
 //   cftleaf, cftfx41    all passes below the first of 256 or 512 elements, of 64 or 128 elements
 //   cftf161, cftf162    a whole section of 16 samples, of either kind
 //   cftf081, cftf082    a whole section of 8 samples, of either kind
@@ -23,6 +23,8 @@
 //   cftx020             a whole transform of 2 samples
 //
 // No routine allocates, checks its arguments, keeps state or writes to the tables.
+
+#include <cstddef>
 
 #include "transform/BitReversal.h"
 #include "transform/Butterflies.h"
@@ -86,7 +88,7 @@ void cftmdl1(int n, T* a, const double* w) {
     ORBEL_INDEPENDENT_LANES
     for (auto x : LanesOf(a)) splitFirst(x, 0, m);
     for (int j = 2; j < mh; j += 2) {
-        const Twiddle t = twiddleAt(w + 2 * j);
+        const Twiddle t = twiddleAt(w + std::ptrdiff_t{2} * j);
         const Twiddle mirrored = t.mirrored();
         ORBEL_INDEPENDENT_LANES
         for (auto x : LanesOf(a)) splitFirst(x, j, m, t);
@@ -108,8 +110,8 @@ void cftmdl2(int n, T* a, const double* w) {
     ORBEL_INDEPENDENT_LANES
     for (auto x : LanesOf(a)) splitSecond(x, 0, m, half);
     for (int j = 2; j < mh; j += 2) {
-        const Twiddle t = twiddleAt(w + 2 * j);
-        const Twiddle u = twiddleAt(w + 2 * (m - j));
+        const Twiddle t = twiddleAt(w + std::ptrdiff_t{2} * j);
+        const Twiddle u = twiddleAt(w + std::ptrdiff_t{2} * (m - j));
         ORBEL_INDEPENDENT_LANES
         for (auto x : LanesOf(a)) splitSecond(x, j, m, t, u.mirrored());
         ORBEL_INDEPENDENT_LANES
@@ -199,7 +201,7 @@ void cftleaf(int n, int isplt, T* a, int nw, const double* w) {
     }
 }
 
-// Does the passes that are due before the leaf of n elements that ends at a[j], and returns the
+// Runs the passes that are due before the leaf of n elements that ends at a[j], and returns the
 // kind of that leaf. k counts the leaves from the array's end; its last leaf is number 0.
 template <class T>
 int cfttree(int n, int j, int k, T* a, int nw, const double* w) {
@@ -213,7 +215,8 @@ int cfttree(int n, int j, int k, T* a, int nw, const double* w) {
         return isplt;
     }
 
-    // The leaf is the last one of several nested sections: from the outermost inwards.
+    // The leaf is the last one of several nested sections, which are passed from the outermost
+    // inwards.
     int m = n;
     int i = k;
     for (; (i & 3) == 0; i >>= 2) m <<= 2;

@@ -1,6 +1,6 @@
 #pragma once
 // The steps of FFT2D, each an iteration over the host's threads. Included where FFT2D is compiled
-// for an element type; everybody else needs its declaration alone.
+// for an element type; everything else needs only its declaration.
 
 #include <bit>
 #include <cstddef>

@@ -21,8 +21,8 @@ ORBEL_LANE_INLINE void transformFour(A a, bool conjugate) {
 
 }  // namespace fft
 
-// 16 samples of the first kind. They are more than the registers hold, so the quarters have a loop
-// of their own.
+// 16 samples of the first kind. They don't fit into the registers, so the quarters have a loop of
+// their own.
 template <class T>
 void cftf161(T* a, const double* w) {
     using namespace fft;

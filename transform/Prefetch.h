@@ -1,6 +1,6 @@
 #pragma once
-// Asks for an element before it is needed. The walks through a block that no processor foresees,
-// down a column and in bit-reversed order, would else wait for memory at every wide element.
+// Prefetches elements. Processors don't predict walks down a column or in bit-reversed order, which
+// would otherwise wait for memory at every wide element.
 
 #include <cstddef>
 #include <cstdint>
@@ -11,10 +11,10 @@ namespace fft {
 
 constexpr std::size_t kCacheLine = 64;
 
-// Asks for the element `distance` elements after `near`, into the second-level cache. A hint reads
-// nothing, so it may point outside the array, as it does at the end of a block; of an element that
-// begins within a line, the last bytes may be left out. Elements narrower than a line are left to
-// the processor: asking for each would cost more than the wait.
+// Prefetches the element `distance` elements after `near` into the second-level cache. A prefetch
+// reads nothing, so it may point outside the array, as it does at the end of a block. Where an
+// element begins within a line, its last bytes may be left out. Elements narrower than a line are
+// left to the processor: the prefetches would cost more than the wait.
 template <class T>
 ORBEL_LANE_INLINE void prefetch([[maybe_unused]] const T* near,
                                 [[maybe_unused]] std::size_t distance) {

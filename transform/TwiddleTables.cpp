@@ -6,7 +6,7 @@ namespace {
 
 constexpr double kEighthTurn = 0.7853981633974483;  // atan(1)
 
-// Writes the first, densest sub-table, the only one that takes sines and cosines.
+// Writes the first, densest sub-table, the only one that needs sines and cosines computed.
 void makeFirstSubTable(int size, double* w) {
     const double delta = kEighthTurn / size;
     w[0] = 1.0;

@@ -18,9 +18,9 @@
 // Builds ip and w for table size `nw`, a power of two; w holds `nw` doubles.
 void makewt(int nw, int* ip, double* w);
 
-// Fills the bit reversal's seeds for table size `nw`, above 8: part of makewt.
+// Fills in the seeds of the bit reversal for table size `nw`, above 8: part of makewt.
 void makeipt(int nw, int* ip);
 
-// Builds a table of `nc` halved cosines of a quarter turn in `c` and notes `nc` in ip[1]. The
+// Builds a table of `nc` halved cosines of a quarter turn in `c` and stores `nc` in ip[1]. The
 // complex transform has no use for it.
 void makect(int nc, int* ip, double* c);

@@ -1,16 +1,16 @@
 #pragma once
 // Short vectors of scalars with lazy, elementwise arithmetic: the data that the transform runs on.
 //
-// One datum carries a value for each colour channel and depth layer of a pixel. Lane k of all
+// An element holds a value for each colour channel and depth layer of a pixel. Lane k of all
 // elements of an array forms a signal of its own; lanes never mix.
 //
 //   vecT<T, N>            N scalars in a row, all of them live
 //   StrideVecT<T, N, S>   a cell of S scalars of which the first N are live: a view of an array of
 //                         vecT<T, S> that computes on N lanes only
-//   LaneRef<T>            one lane of an element that lies elsewhere
+//   LaneRef<T>            a reference to one lane of an element
 //
-// Arithmetic builds small objects that refer to their operands (scalars included), so they must
-// not outlive the full expression that makes them. The assignment evaluates lane after lane, in one
+// Arithmetic builds small objects that refer to their operands (scalars included), so they must not
+// outlive the full expression that creates them. The assignment evaluates lane after lane, in one
 // pass without a temporary element; the target may be among the operands. The forms in use are
 //
 //   a + b   a - b   -a   -a + b   -a - b   s * a   s * (a - b)   s * (a + b)
@@ -25,11 +25,12 @@
 #include <cstdint>
 #include <type_traits>
 
-// Placed before a loop over lanes: no lane's result is read by another lane, so the compiler need
-// not prove that target and operands lie apart before it takes several lanes at a time. g++ would
-// unroll a short loop before its vectoriser sees it and keep the scalars; it is told not to.
+// Placed before a loop over lanes: no lane reads another lane's result, so the compiler need not
+// prove that target and operands are disjoint before it vectorises. g++ would unroll a short loop
+// before its vectoriser sees it and leave it scalar; it is told not to.
 //
-// A loop that holds a call isn't vectorised at all: what a lane loop calls is ORBEL_LANE_INLINE.
+// A loop that contains a call isn't vectorised at all, so whatever a lane loop calls is
+// ORBEL_LANE_INLINE.
 #if defined(__clang__)
 #define ORBEL_INDEPENDENT_LANES _Pragma("clang loop vectorize(assume_safety)")
 #elif defined(__GNUC__)
@@ -49,7 +50,7 @@
 
 namespace ET {
 
-// What can stand in an expression: an element, one lane of it, or another expression.
+// An operand of an expression: an element, one lane of it, or another expression.
 template <class V>
 concept LaneOperand = requires(const V& v, std::size_t k) {
     typename V::Scalar;
@@ -118,8 +119,8 @@ ORBEL_LANE_INLINE constexpr void exchangeScalars(T* a, T* b) {
     }
 }
 
-// Exchanges kCount scalars of two cells that don't overlap, unless they hold the same bits: what
-// isn't stored need not go back to memory, which is what moving wide cells costs.
+// Exchanges kCount scalars of two cells that don't overlap, unless they hold the same bits:
+// skipping the store avoids the write-back, which is the cost of moving wide cells.
 template <std::size_t kCount, class T>
 ORBEL_LANE_INLINE constexpr void exchangeUnlessEqual(T* a, T* b) {
     std::uint64_t difference = 0;
@@ -129,7 +130,8 @@ ORBEL_LANE_INLINE constexpr void exchangeUnlessEqual(T* a, T* b) {
     if (difference != 0) exchangeScalars<kCount>(a, b);
 }
 
-// An element of N lanes; exactly N scalars in memory, left as they are by default construction.
+// An element of N lanes; exactly N scalars in memory, which default construction leaves
+// uninitialised.
 template <class T, std::size_t N>
 class vecT {
 public:
@@ -197,8 +199,8 @@ public:
         return *this;
     }
 
-    // Whole cells, without a temporary element. The dead lanes are zero in all elements of a block
-    // as a rule, and are only compared then.
+    // Whole cells, without a temporary element. The dead lanes are usually zero in all elements of
+    // a block, and are then only compared.
     friend ORBEL_LANE_INLINE constexpr void swap(StrideVecT& a, StrideVecT& b) {
         exchangeScalars<N>(a.lanes_, b.lanes_);
         exchangeUnlessEqual<S - N>(a.lanes_ + N, b.lanes_ + N);
@@ -211,7 +213,7 @@ private:
     T lanes_[S];
 };
 
-// One lane of an element that lies elsewhere and is not owned: as an operand and as a target of
+// Refers to one lane of an element, which is not owned: as an operand and as a target of
 // expressions it is an element of width 1.
 template <class T>
 class LaneRef {
@@ -221,7 +223,7 @@ public:
 
     ORBEL_LANE_INLINE constexpr explicit LaneRef(T& target) : lane_(&target) {}
     LaneRef(const LaneRef&) = default;
-    // Assigning one would hide whether the lane or the reference is meant.
+    // It would be unclear whether assignment changes the lane or the reference.
     LaneRef& operator=(const LaneRef&) = delete;
 
     template <SameLanes<LaneRef> V>
@@ -236,10 +238,10 @@ private:
     T* lane_;
 };
 
-// The array `cells`, seen through the first N lanes of each element: same addresses, same count.
+// The array `cells`, viewed through the first N lanes of each element: same addresses, same count.
 // A cell is S scalars in either type, so only the lanes that arithmetic touches differ. Both types
-// reach memory as scalars alone, and the host's iterations, calls that no compiler sees through,
-// stand between the uses of one view and of the other.
+// access memory only as scalars, and between the uses of one view and of the other are the host's
+// iterations, calls that are opaque to the compiler.
 template <std::size_t N, class T, std::size_t S>
 StrideVecT<T, N, S>* viewLanes(vecT<T, S>* cells) {
     static_assert(sizeof(StrideVecT<T, N, S>) == sizeof(vecT<T, S>));

@@ -1,5 +1,5 @@
 #pragma once
-// What a plug-in tells the host before it is loaded.
+// What the host reads about a plug-in before it loads it.
 
 #include <cstdint>
 #include <iosfwd>
@@ -26,7 +26,7 @@ struct Description {
     std::uint32_t outFlags2 = 0;
 };
 
-// The longest texts: a display name, and what fits behind one length byte.
+// The longest texts: a display name, and what fits after one length byte.
 inline constexpr std::size_t kMaxDisplayName = 47;
 inline constexpr std::size_t kMaxText = 255;
 
@@ -36,7 +36,7 @@ Description orbelDescription();
 // Throws DescriptionError for an empty or too long text.
 void check(const Description& description);
 
-// Reads lines of `key = value`; empty lines and lines that begin with # don't count. The keys are
+// Reads lines of `key = value`; empty lines and lines that begin with # are ignored. The keys are
 // name, category, match_name, entry_point, interface_version (as 13.28), effect_version, out_flags
 // and out_flags2 (decimal or 0x...), each exactly once. Checks the result. Throws DescriptionError.
 Description read(std::istream& text);

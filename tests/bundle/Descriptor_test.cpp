@@ -97,7 +97,7 @@ TEST(Descriptor, OwnDescriptionAgreesWithTheCode) {
     EXPECT_EQ(own.outFlags2, 0x8001480U);
 }
 
-// The one that packages and the macOS bundle's information carry.
+// The version in the names of packages and in the macOS bundle's information.
 TEST(Descriptor, EffectVersionIsTheProjects) {
     EXPECT_EQ(std::to_string(identity::kVersion) + "." + std::to_string(identity::kSubversion) +
                   "." + std::to_string(identity::kBugFix),

@@ -2,7 +2,7 @@
 # inspect.sh exports FILE NAME     NAME is the one symbol that others can link to
 # inspect.sh globals FILE NAME     NAME is the one object in writable memory
 # inspect.sh libraries FILE        the file needs nothing but the language's run-time libraries
-# inspect.sh level FILE LEVEL      the file says that it needs the processor LEVEL
+# inspect.sh level FILE LEVEL      the file is marked as needing the processor LEVEL
 # Reads a loadable ELF file, unstripped, with $READELF; prints what is wrong and exits with 1.
 set -euo pipefail
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """macos_layout_test.py BUNDLE VERSION
 
-Reads the files of a macOS bundle, but for the binary, the way the system and the host do, and
-compares all that is in them with what they have to say.
+Reads the files of a macOS bundle, except for the binary, as the system and the host do, and compares
+their whole contents with what is expected.
 """
 import plistlib
 import struct

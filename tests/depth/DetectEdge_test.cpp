@@ -43,7 +43,7 @@ protected:
     AEO::Vector<ET::vecT<double, 2>> gradient{context};
 };
 
-TEST_F(EdgeDetection, GivesOneOnBothSidesOfAStep) {
+TEST_F(EdgeDetection, IsOneOnBothSidesOfAStep) {
     for (const double sign : {1.0, -1.0}) {
         detect([&](int x, int) { return x >= 6 ? sign : 0.0; });
         for (int x = 0; x < kWidth; ++x) {

@@ -11,10 +11,10 @@ namespace {
 
 constexpr int kFrameWidth = 20;
 constexpr int kFrameHeight = 12;
-// A block that reaches beyond the frame on all sides.
+// A block that extends beyond the frame on all sides.
 constexpr iRect kBlock{-9, -6, kFrameWidth + 8, kFrameHeight + 7};
 
-// Alpha for 6, which is no channel.
+// Channel 6 doesn't exist and reads alpha.
 float channelOf(const PF_PixelFloat& p, int channel) {
     if (channel == 5) return (p.red + p.green + p.blue) / 3.0f;
     return std::array{p.red, p.green, p.blue, p.alpha}[std::min(channel - 1, 3)];
@@ -81,8 +81,8 @@ public:
     double halfY = 0.5;
 };
 
-// Counted from the frame, whatever the worlds' origins; the block reaches beyond the map, whose
-// border goes on.
+// Relative to the frame, whatever the worlds' origins; the block extends beyond the map, whose
+// border is repeated.
 TEST(ExtractDepth, PlacesMapsOfAllSizes) {
     headless::Host host;
     for (const auto& [width, height] : {std::pair{20, 12}, {10, 6}, {13, 17}, {40, 24}, {1, 1}}) {
@@ -90,7 +90,7 @@ TEST(ExtractDepth, PlacesMapsOfAllSizes) {
         fillUnevenly(picture);
         for (const std::int32_t placement : {kPlacementCenter, kPlacementStretch, 3}) {
             for (const std::int32_t originX : {0, 5}) {
-                // Alpha tells how far the box reaches beyond the map.
+                // Alpha shows how far the box extends beyond the map.
                 MapOverFrame map(host, picture, placement, originX ? kChannelGreen : kChannelAlpha);
                 map.output.origin_x = originX;
                 map.output.origin_y = -3;
@@ -117,8 +117,9 @@ TEST(ExtractDepth, ReadsEachChannelOfEachPixelDepth) {
     }
 }
 
-// On one thread: worker threads store the map's error without a lock, and any of several will do.
-TEST(ExtractDepth, HandsOnTheFirstErrorOfTheMap) {
+// On one thread: worker threads store the map's error without a lock, and any of several may be
+// kept.
+TEST(ExtractDepth, ReturnsTheFirstErrorOfTheMap) {
     headless::Host host({.threads = 1});
     headless::World picture(8, 8, PF_PixelFormat_ARGB32);
     MapOverFrame map(host, picture, kPlacementCenter, kChannelRed);

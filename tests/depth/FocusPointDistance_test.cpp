@@ -35,7 +35,7 @@ headless::World& ramp(headless::World& map) {
     return map;
 }
 
-// By placement, a point of the frame, and where it lies in the map: held inside it.
+// For each placement, points of the frame and their positions in the map, clamped to it.
 TEST(FocusPointDistance, PlacesThePointInTheMap) {
     headless::Host host;
     headless::World large(10, 24, PF_PixelFormat_ARGB128);
@@ -57,7 +57,7 @@ TEST(FocusPointDistance, PlacesThePointInTheMap) {
         frame.info.invertDepth = true;
         EXPECT_NEAR(frame.at(c.x, c.y), inverse, 1e-6) << c.placement << " at " << c.x;
         frame.info.depthChannel = kChannelAlpha;
-        EXPECT_EQ(frame.at(c.x, c.y), 0.0) << "part of what lies outside";
+        EXPECT_EQ(frame.at(c.x, c.y), 0.0) << "the sample extends beyond the map";
     }
 }
 

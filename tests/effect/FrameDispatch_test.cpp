@@ -6,8 +6,8 @@ namespace {
 
 using FrameDispatch = EffectFixture;
 
-// The second large buffer can't be had, so no frame is rendered, and the first one, the kernel
-// bank, tells how many layers the pipeline's instance has.
+// The second large buffer fails, so no frame is rendered, and the size of the first one, the kernel
+// bank, shows how many layers the pipeline's instance has.
 TEST_F(FrameDispatch, WithoutAMapOrOutsideTwoToSixteenThereIsOneLayer) {
     struct Case {
         int resolution;

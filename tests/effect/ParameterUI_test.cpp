@@ -25,7 +25,7 @@ protected:
         defs[18].u.bd.value = focus ? 1 : 0;
     }
 
-    // The controls that the host was told of, in order.
+    // The controls that were reported to the host, in order.
     Indices update(PF_Err expected = 0) {
         const Calls calls =
             callsOf([&] { EXPECT_EQ(send(PF_Cmd_UPDATE_PARAMS_UI, pointers.data()), expected); });
@@ -66,7 +66,7 @@ TEST_F(ParameterUI, GreysOutWhatHasNoEffect) {
         if (depth && focus) expected.insert(17);
         if (depth && !focus) expected.insert(points.begin(), points.end());
         for (const int index : order) {
-            EXPECT_EQ(parameters().disabled(index), expected.count(index) > 0) << "as told";
+            EXPECT_EQ(parameters().disabled(index), expected.count(index) > 0) << "as reported";
         }
         expected.insert({1, 7, 9, 11, 13, 27});  // what stays as it was
         EXPECT_EQ(disabled(), expected) << state;
@@ -83,7 +83,7 @@ TEST_F(ParameterUI, StopsAtTheFirstFailure) {
         EXPECT_EQ(told.size(), static_cast<std::size_t>(k));
         expected.insert(told.begin(), told.end());
         expected.erase(8);
-        EXPECT_EQ(disabled(), expected) << "the failing control is changed, those behind it aren't";
+        EXPECT_EQ(disabled(), expected) << "the failing control is changed, those after it aren't";
     }
     host.failures().failSuite(kPFParamUtilsSuite);
     update(516);

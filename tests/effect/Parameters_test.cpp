@@ -6,9 +6,9 @@ namespace {
 
 constexpr const char* kChannels = "Red|Green|Blue|Alpha|(R+G+B)/3";
 
-// What the host gets: numbers are the range, the slider's range, the default and the decimals of a
-// fixed slider; range, slider's range and default of a slider; x and y of a point; the number of
-// choices and the default of a popup; the default of the rest.
+// What the host receives: numbers are the range, the slider's range, the default and the decimals
+// of a fixed slider; range, slider's range and default of a slider; x and y of a point; the number
+// of choices and the default of a popup; the default of the rest.
 struct Row {
     int id;
     std::string label;
@@ -54,8 +54,8 @@ const std::vector<Row> kRows = {
     {24, "", 14, {}},
 };
 
-// The row that stands in a definition. What has no place in a row has to be 0, and the value equal
-// to the default.
+// The row for a definition. Fields without a place in a row have to be 0, and the value equal to
+// the default.
 Row rowOf(const PF_ParamDef& def) {
     Row row{def.uu.id, def.name, def.param_type, {}, def.flags};
     const auto& u = def.u;
@@ -97,7 +97,8 @@ Row rowOf(const PF_ParamDef& def) {
     return row;
 }
 
-// What add_param got, and what it answers to each call; 0 when there is nothing left.
+// What add_param received, and what it returns for each call, counted from 1; 0 for calls not
+// listed.
 std::vector<Row> added;
 std::map<std::size_t, PF_Err> answers;
 

@@ -13,7 +13,7 @@ Rect sides(const PF_LRect& r) {
     return std::bit_cast<Rect>(r);
 }
 
-// What the effect answered to the pre-render command, and left for the render command.
+// What the effect returned from the pre-render command, and left for the render command.
 PF_PreRenderOutput answered;
 PreRenderData left;
 
@@ -44,7 +44,7 @@ protected:
         HostFixture::TearDown();
     }
 
-    // What is asked of the layer, the two result rectangles, and the two of the record.
+    // The rectangle requested of the layer, the two result rectangles, and the two of the record.
     void expectRects(double radius, bool repeat, const Rect& wanted,
                      const std::array<Rect, 5>& expected) {
         effect.parameters().set("Blur Radius", radius);

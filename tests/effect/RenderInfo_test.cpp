@@ -89,7 +89,7 @@ TEST_F(RenderParameters, ReadsInOneOrderAndTheShapesChannelOnlyWithAShape) {
     EXPECT_EQ(reads(), order);
     EXPECT_EQ(Read(in_data).info.customChannel, 2);
 
-    // A failed read ends nothing, and the first code stays.
+    // A failed read doesn't stop the others, and the first code is kept.
     failCheckin(in_data, 3, 513);
     EXPECT_EQ(reads(), order);
     EXPECT_EQ(err, 513);

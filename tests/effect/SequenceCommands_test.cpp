@@ -30,7 +30,7 @@ TEST_F(SequenceCommands, DropWhateverHandleIsOfferedAndSetdownDoesNotClear) {
     }
 }
 
-// Tells of its end, so that the virtual destructor shows.
+// Reports its destruction, which shows that the destructor is virtual.
 struct Watched : SequenceData {
     explicit Watched(bool& flag) : ended(&flag) { value = 5; }
     Watched(const Watched&) = default;

@@ -21,7 +21,7 @@ void failFirstRead(PF_Cmd command, PF_InData& record, void*) {
     if (command == PF_Cmd_SMART_RENDER) failCheckin(record, kOfTheDepthLayer + 1, 513);
 }
 
-// Frames of a small float picture, blurred by nothing unless a test says otherwise.
+// Frames of a small float picture, with a blur radius of 0 unless a test sets another.
 class SmartRenderCommand : public HostFixture {
 protected:
     SmartRenderCommand() {
@@ -41,7 +41,7 @@ protected:
         p.setLayer(p.find("Depth Map/Layer"),
                    std::make_shared<headless::World>(3, 3, PF_PixelFormat_ARGB128));
     }
-    // Renders and expects `code` and an output that nobody wrote to.
+    // Renders and expects `code` and an output that wasn't written to.
     void expectFailure(PF_Err code) {
         const headless::FrameResult result = effect.renderFrame(request);
         EXPECT_EQ(result.preRenderStatus, 0);
@@ -49,7 +49,7 @@ protected:
         EXPECT_TRUE(result.outputUntouched);
         host.failures().clear();
     }
-    // The one record of a frame that ended before it was the effect's to free.
+    // The one record of a frame that ended before the effect took the record over.
     void expectRecordLeft() {
         const headless::Accounts accounts = host.accounts();
         EXPECT_TRUE(accounts.allGivenBackBut(headless::kPreRenderRecord)) << accounts.describe();

@@ -1,4 +1,4 @@
-// What a frame makes of failures of the host: the code, the message, the picture, the books.
+// How a frame ends when the host fails: the code, the message, the output, the books.
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-// What comes out of a frame, against a direct evaluation in space and against laws.
+// Rendered frames against a direct evaluation in space, and against laws.
 
 #include <gtest/gtest.h>
 
@@ -63,7 +63,7 @@ TEST_P(PixelFormats, SeveralTilesEqualTheDirectSum) {
 
 INSTANTIATE_TEST_SUITE_P(Bits, PixelFormats, testing::Values(8, 16, 32));
 
-// With edge leak removed, but for the integer formats.
+// With edge leak removed, except in the integer formats.
 TEST(FramePixels, DepthLayersEqualTheDirectSumInBothModes) {
     const struct {
         int layers;
@@ -191,7 +191,7 @@ TEST(FrameLaws, StretchedMapIsAveragedOverEachFramePixel) {
     blur.effect.parameters().setChoice(blur.effect.parameters().find("Placement"), "Stretch Map");
     const auto stretched = blur.render(requestFor(input, 32));
     ASSERT_EQ(stretched.status, 0);
-    // At the frame's sides the box reaches beyond the map.
+    // At the sides of the frame the box extends beyond the map.
     for (int y = 7; y < 23; ++y) {
         for (int x = 7; x < 33; ++x) {
             EXPECT_NEAR(stretched.output->get(x, y).red, flat.output->get(x, y).red, 1e-5);
@@ -199,7 +199,7 @@ TEST(FrameLaws, StretchedMapIsAveragedOverEachFramePixel) {
     }
 }
 
-TEST(FrameLaws, FocusPointsStandForTheDistanceUnderThem) {
+TEST(FrameLaws, FocusPointsSetTheDistanceUnderThem) {
     BlurEffect blur;
     const auto input = noisePicture(50, 40, 32);
     auto map = std::make_shared<World>(50, 40, PF_PixelFormat_ARGB128);
@@ -260,7 +260,7 @@ TEST(FrameLaws, OddSizesAndValues) {
         const auto input = noisePicture(width, height, 32);
         expectPixels(blur.render(requestFor(input, 32)), sceneOf(blur, *input, 1));
     }
-    // One value that is no number spoils its block and no other.
+    // A NaN spoils its own block and no other.
     auto input = noisePicture(150, 20, 32);
     input->set(5, 5, {1, std::nanf(""), 0, 0});
     const auto result = blur.render(requestFor(input, 32));

@@ -70,7 +70,7 @@ TEST_F(ParameterAccess, ChecksOutForTheTypeAndForEachValue) {
                                    kOutNow, "in"));
 }
 
-// What the effect's own reads don't show.
+// What the effect's own reads don't cover.
 TEST_F(ParameterAccess, ConvertsEachType) {
     define(PF_Param_CHECKBOX).bd.value = 0x100;
     EXPECT_EQ(Parameter::CheckBox(&in_data, kIndex, err), 0);
@@ -88,14 +88,14 @@ TEST_F(ParameterAccess, AnErrorStopsCallsToTheHost) {
     parameter.slider();
     calls.clear();
     checkinResult = kError;
-    EXPECT_EQ(parameter.slider({3, 10}), 40) << "the copy of the check-out that still stands";
+    EXPECT_EQ(parameter.slider({3, 10}), 40) << "the copy from the last check-out";
     EXPECT_EQ(parameter.slider({4, 10}), 40);
     EXPECT_THAT(calls, ElementsAre("in"));
     parameter._err = PF_Interrupt_CANCEL;  // with a cancel the destructor makes no call either
 }
 
-TEST_F(ParameterAccess, StaticReadMovesTheFirstErrorOn) {
-    // The first check-out tells the type, the check-in before the second fails.
+TEST_F(ParameterAccess, StaticReadPassesTheFirstErrorOn) {
+    // The first check-out reads the type; the check-in before the second fails.
     in_data.inter.checkin_param = [](PF_ProgPtr, PF_ParamDef*) -> PF_Err {
         calls.push_back("in");
         return calls.size() == 2 ? kError : PF_Err_NONE;

@@ -44,11 +44,11 @@ TEST_F(EffectWorld, ReadsAnUnknownFormatThroughTheFloatSuite) {
     EXPECT_EQ(world.subpixel_sample(0.0, 0.0).red, 9.0f);
 }
 
-// Position, radii and area that the sampler is told, in place of the context's own 16-bit suite.
+// Position, radii and area that a sampler in place of the context's own 16-bit suite receives.
 using Seen = std::array<PF_Fixed, 5>;
 Seen seen;
 
-TEST_F(EffectWorld, TellsTheSamplerBoxAndPosition) {
+TEST_F(EffectWorld, PassesBoxAndPositionToTheSampler) {
     const headless::World source(4, 4, kU16);
     const AEO::EffectWorld world(*context, source.record());
     PF_Sampling16Suite1 recorder = *context->sampling16.suite;
@@ -87,7 +87,7 @@ TEST_F(EffectWorld, NewOwnsItsPixelsAndDisposesOnce) {
                     host.failAt(headless::Operation::kDisposeWorld, 1, PF_Interrupt_CANCEL);
                     EXPECT_EQ(world.dispose(), PF_Interrupt_CANCEL);
                     EXPECT_EQ(world.world.data, nullptr);
-                }),  // and may go with a cancel in it
+                }),  // destroyed with a cancel in it
                 ElementsAre("AcquireSuite PF World Suite 2", "PF_NewWorld 5 3", "PF_GetPixelFormat",
                             "PF_DisposeWorld", "PF_NewWorld 2 2", "PF_GetPixelFormat",
                             "PF_DisposeWorld", "ReleaseSuite PF World Suite 2"));

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(Fixed, RoundsHalvesAwayFromZeroAndPutsWhatDoesNotFitFarOutside) {
+TEST(Fixed, RoundsHalvesAwayFromZeroAndClampsWhatDoesNotFit) {
     const std::pair<double, PF_Fixed> cases[] = {{0.5 / 65536, 1},      {-0.5 / 65536, -1},
                                                  {0.49 / 65536, 0},     {-32768.0, INT32_MIN},
                                                  {HUGE_VAL, INT32_MAX}, {NAN, INT32_MIN}};

@@ -11,7 +11,7 @@ constexpr const char* kRelease = "ReleaseSuite AEGP Iterate Suite 1";
 
 class Iterator : public ContextFixture {};
 
-// Counts how often each item comes. Items touch no common memory.
+// Counts the calls of each item. Items share no memory.
 struct Items {
     std::vector<int> visits;
     int failingItem = -1;
@@ -31,7 +31,7 @@ TEST_F(Iterator, RunsEachItemOnce) {
     EXPECT_THAT(items.visits, testing::Each(1));
 }
 
-TEST_F(Iterator, GivesAnItemsErrorBack) {
+TEST_F(Iterator, ReturnsAnItemsError) {
     Items items{std::vector<int>(40), 17};
     EXPECT_EQ(AEO::Iterator::IterationT(*context, items, 40), PF_Interrupt_CANCEL);
 }

@@ -9,7 +9,7 @@ namespace {
 
 using testing::FieldsAre;
 
-TEST(Pixel, QuantizesWithHalfStepsUpAndHoldsTheRange) {
+TEST(Pixel, QuantizesWithHalfStepsUpAndClampsToTheRange) {
     PF_Pixel p;
     AEO::Pixel::setToU8({1.0f, 2.0f, -0.1f, 0.5f}, &p);
     EXPECT_THAT(p, FieldsAre(255, 255, 0, 128));

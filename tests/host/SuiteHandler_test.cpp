@@ -17,8 +17,8 @@ TEST_F(SuiteHandler, ThrowsTheHostsCodeForAMissingSuite) {
     EXPECT_NE(suites.AEGPUtilitySuite11(), nullptr) << "a failure is not cached";
 }
 
-// The context's three suites, of which the host throws at the last.
-TEST_F(SuiteHandler, AContextThatIsNotFinishedGivesBackWhatItHolds) {
+// The host throws at the last of the context's three suites.
+TEST_F(SuiteHandler, AnUnfinishedContextReleasesWhatItHolds) {
     static SPBasicSuite* real;
     real = in_data.pica_basicP;
     SPBasicSuite throwing = *real;

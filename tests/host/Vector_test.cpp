@@ -19,7 +19,7 @@ TEST_F(Vector, AsksTheHostOnlyForMoreThanItHas) {
                 ElementsAre("host_new_handle 32", "host_get_handle_size", "host_lock_handle"));
     vector[2] = 3.5;
     EXPECT_THAT(callsOf([&] { vector.reserve(2); }), IsEmpty());
-    // Grows to the exact size, and the old block goes last.
+    // Grows to the exact size, and frees the old block last.
     EXPECT_THAT(callsOf([&] { vector.reserve(7); }),
                 ElementsAre("host_new_handle 64", "host_get_handle_size", "host_lock_handle",
                             "host_unlock_handle", "host_dispose_handle"));

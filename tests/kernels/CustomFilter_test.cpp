@@ -23,8 +23,8 @@ double channelOf(const PF_PixelFloat& p, int channel) {
 
 class CustomFilterTest : public testing::Test {
 protected:
-    // Where the picture of `info` is read for the kernel offset (dx, dy): mirrored through its
-    // centre, so that the longer side spans the diameter of the layer with this factor.
+    // Where `picture` is sampled for the kernel offset (dx, dy): mirrored through its centre, and
+    // scaled so that the longer side spans the diameter of the layer with this factor.
     Box boxFor(const headless::World& picture, int dx, int dy, double factor) const {
         const double scale =
             std::max(picture.width(), picture.height()) / (2.0 * frame.info.radius);
@@ -56,14 +56,14 @@ protected:
         }
     }
 
-    // The kernels of a picture, raw.
+    // A builder of the raw kernels of `picture`.
     template <class Pixel, std::size_t N>
     CustomFilter<Pixel, Filter<N>> sample(headless::World& picture, Filter<N>& bank) {
         custom = {frame.info.suites, picture.layer()};
         return {frame.context, &frame.in_data, frame.info, bank, custom};
     }
 
-    // Samples `picture`, resets and normalises the kernels, and gives the factors. `exactly` also
+    // Samples `picture`, resets and normalises the kernels, and returns the factors. `exactly` also
     // compares the raw kernels.
     template <class Pixel, std::size_t N>
     std::vector<double> build(headless::World& picture, Filter<N>& bank, bool exactly = false) {
@@ -128,7 +128,7 @@ TEST_F(CustomFilterTest, ReadsEachChannelOfEachPixelDepth) {
 }
 
 TEST_F(CustomFilterTest, TurnsEmptyLayersIntoUnitImpulses) {
-    // A hole wider than the largest sampling box empties the sharpest layer alone.
+    // A hole wider than the largest sampling box empties only the sharpest layer.
     headless::World ring(270, 270, PF_PixelFormat_ARGB128);
     ring.set(0, 135, {1.0f, 0.0f, 0.0f, 0.0f});
     Filter<2> bank(frame.context, 64);
@@ -142,7 +142,7 @@ TEST_F(CustomFilterTest, TurnsEmptyLayersIntoUnitImpulses) {
     for (std::size_t l = 0; l < 2; ++l) expectUnitImpulse(bank, l);
 }
 
-TEST_F(CustomFilterTest, LeavesKernelsAloneThatHaveNoPositiveTotal) {
+TEST_F(CustomFilterTest, LeavesKernelsWithoutAPositiveTotalAlone) {
     frame.info.customChannel = kChannelRed;
     for (const float value : {-2.0f, std::numeric_limits<float>::quiet_NaN()}) {
         headless::World picture(40, 40, PF_PixelFormat_ARGB128);
@@ -163,11 +163,11 @@ TEST_F(CustomFilterTest, ReportsTheStatusOfTheLastLane) {
     }
 }
 
-// What a sampling suite in place of the host's is told.
+// What a sampling suite in place of the host's receives.
 PF_SampPB told;
 std::array<PF_Fixed, 2> toldPosition;
 
-TEST_F(CustomFilterTest, TellsTheSamplerTheBoxAndNothingElse) {
+TEST_F(CustomFilterTest, PassesOnlyTheBoxToTheSampler) {
     static const PF_SamplingFloatSuite1 recorder{
         nullptr, nullptr,
         [](PF_ProgPtr, PF_Fixed x, PF_Fixed y, const PF_SampPB* params, PF_PixelFloat*) -> PF_Err {

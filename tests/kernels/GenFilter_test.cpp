@@ -13,11 +13,11 @@ namespace {
 
 constexpr int kSide = 96;
 constexpr double kHalf = kSide / 2.0;
-// The widest values that the controls take.
+// The largest value that the controls accept.
 constexpr double kMost = 64880.0 / 65536.0;
 
-// The radial measure of a point by geometry: a polygon's is the farthest reach over the sides'
-// normals, measured where the vertices' circle is.
+// The radial measure of a point by geometry: for a polygon the largest projection on the normals of
+// its sides, scaled to the distance at the vertices.
 double expectedRadius(const RenderInfo& info, double x, double y) {
     const double turn = info.rotation * std::numbers::pi / 180.0;
     const double squeeze = 1.0 - std::abs(info.deform);
@@ -53,7 +53,7 @@ double expectedWeight(const RenderInfo& info, double t) {
 
 // A pixel of the image; within two pixels of the rim the mean over a 3x3 grid in the pixel.
 double expectedPixel(const RenderInfo& info, int col, int row) {
-    // The image shows the shape turned by half a turn.
+    // The image shows the shape rotated by half a turn.
     const double x = kHalf - col;
     const double y = kHalf - row;
     const double r = expectedRadius(info, x, y);
@@ -69,7 +69,7 @@ double expectedPixel(const RenderInfo& info, int col, int row) {
 
 class GenFilterTest : public testing::Test {
 protected:
-    // Draws over pixels that are not numbers, with padding behind the rows.
+    // Draws over NaN pixels, with padding after the rows.
     void draw(int vertices, double roundness, double concentration, double deform,
               double rotation) {
         frame.info.vertices = vertices;

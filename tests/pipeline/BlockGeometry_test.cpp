@@ -28,7 +28,7 @@ TEST(BlockGeometry, TilesCoverTheFrameOnceInsideTheirBlocks) {
                 const int above = tile.top - block.top;
                 const int below = block.bottom - tile.bottom;
                 ASSERT_GE(std::min(left, above), reach) << "radius " << radius;
-                // In the middle, the odd pixel on the right or at the bottom.
+                // Centred, with the odd pixel on the right or at the bottom.
                 ASSERT_EQ(right - left, (blockSize - tile.width()) % 2);
                 ASSERT_EQ(below - above, (blockSize - tile.height()) % 2);
                 for (int y = tile.top; y < tile.bottom; ++y) {

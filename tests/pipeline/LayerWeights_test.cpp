@@ -8,7 +8,7 @@
 
 namespace {
 
-// One depth value through StoreBuffer's layer assignment.
+// The weights that StoreBuffer assigns to one depth value.
 template <std::size_t N>
 DepthReturn<N> weightsOf(StageFixture& frame, AEO::Vector<float>& depth, float value) {
     const PF_LayerDef noLayer{};
@@ -31,7 +31,8 @@ double hat(double distance, double slope, std::size_t layers, std::size_t l) {
     return std::max(0.0, 1.0 - std::fabs(held - static_cast<double>(l)));
 }
 
-// How far a depth value is from the plane of focus, as a share of the farthest place in the range.
+// How far a depth value is from the plane of focus, as a share of the distance to the farthest
+// place in the range.
 double distanceFromFocus(double depth, double focus, bool invert) {
     const double plane = 1.0 - focus;
     const double place = std::clamp(invert ? depth : 1.0 - depth, 0.0, 1.0);

@@ -26,7 +26,7 @@ struct RenderCase {
         output.fillWithPattern();
     }
 
-    // Renders with N layers in a context of its own, edge detection on, by way of `suites` if
+    // Renders with N layers in a context of its own, with edge detection, and with `suites` if
     // given.
     template <std::size_t N>
     int render(std::int32_t mode = kCompositeNormal, SPBasicSuite* suites = nullptr) {
@@ -81,7 +81,7 @@ TEST(RenderMain, ConstantFrameStaysConstantForEveryLayerCountAndMode) {
 }
 
 // Every request for memory or a world, every iteration and every question for the thread count: a
-// failure ends the frame with its code, and everything is given back.
+// failure ends the frame with its code, and everything is released.
 TEST(RenderMain, FailureOfAnyHostCallEndsTheFrameCleanly) {
     using headless::Operation;
     RenderCase frame;
@@ -99,15 +99,15 @@ TEST(RenderMain, FailureOfAnyHostCallEndsTheFrameCleanly) {
             frame.host.failures().clear();
             frame.host.failAt(operation, k, code);
             EXPECT_EQ(frame.render<3>(), code) << "call " << k << " of " << calls;
-            // The panel speaks of the two large buffers only.
+            // The panel reports only the two large buffers.
             EXPECT_EQ(frame.host.info().draws != drawn, memory && k <= 2) << "call " << k;
             frame.expectAllGivenBack();
         }
     }
 }
 
-// The calls that ask for something or give it back, and the iterations, without the suites' names
-// around each.
+// The calls that acquire or release something, and the iterations, without the suite acquired for
+// each.
 std::vector<std::string> chiefCalls(const std::vector<std::string>& log) {
     static const std::vector<std::string> kChief{
         "host_new_handle",    "host_dispose_handle", "PF_NewWorld",      "PF_DisposeWorld",
@@ -137,7 +137,7 @@ TEST(RenderMain, CallsTheHostInOrder) {
         "ReleaseSuite PF World Suite 2", "AEGP_IterateGeneric 4096", "checkin_param 7",
         "AEGP_IterateGeneric 64", "AEGP_IterateGeneric 8192", "AEGP_IterateGeneric 64",
         "progress 1 2",
-        // Depth, gradient and edge, then the store stage; the gradient goes before it.
+        // Depth, gradient and edge, then the store stage; the gradient is freed before it.
         "host_new_handle 16392", "AEGP_IterateGeneric 4096", "host_new_handle 65544",
         "host_new_handle 16392", "AEGP_IterateGeneric 4096", "AEGP_IterateGeneric 4096",
         "host_dispose_handle", "AEGP_IterateGeneric 4096", "host_dispose_handle",
@@ -169,7 +169,7 @@ TEST(RenderMain, UnknownCompositeModeSkipsTheConvolution) {
     EXPECT_TRUE(frame.output.holdsPatternOnly()) << "unpack writes nothing either";
 }
 
-// What the host says of the shape layer's format, in place of the truth.
+// What the host reports as the shape layer's format, in place of the true one.
 PF_PixelFormat answeredFormat;
 PF_Err answeredCode;
 PF_Err acquireCode;
@@ -207,7 +207,7 @@ TEST(RenderMain, ShapeLayerIsReadInTheFormatThatTheHostNames) {
     EXPECT_EQ(frame.render<1>(kCompositeNormal, &suites), PF_Err_INTERNAL_STRUCT_DAMAGED);
     acquireCode = PF_Err_BAD_CALLBACK_PARAM;
     EXPECT_EQ(frame.render<1>(kCompositeNormal, &suites), PF_Err_NONE);
-    expectConstant(frame.output);  // 8 bits without anyone to ask
+    expectConstant(frame.output);  // read as 8 bits without the suite
     frame.expectAllGivenBack();
 }
 

@@ -16,7 +16,7 @@ using testing::IsNan;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 // A block of 8 x 8 with a tile of 3 x 2 inside and an output of 5 x 4 that the tile is part of.
-// What is not set in the block, and not written in a float output, is not a number.
+// What is not set in the block, and not written in a float output, is NaN.
 template <class Pixel, std::size_t N>
 struct UnpackCase {
     using Element = typename BlockLayout<N>::Element;
@@ -60,7 +60,7 @@ TEST(UnpackBuffer, IntegersAreTruncatedAndClampedAndNanIsZero) {
     UnpackCase<PF_Pixel, 1> bytes;
     bytes.set(2, 1, {254.99 / 255.0, 1.5, -0.1, 1.0});
     bytes.set(4, 2, {0.25, kNan, 0.75, 0.5});  // over an alpha of 0.5
-    bytes.set(3, 2, {0.5, 0.5, 0.5, kNan});    // which fails its test: the colour stays
+    bytes.set(3, 2, {0.5, 0.5, 0.5, kNan});    // not positive: the colour stays
     bytes.run();
     EXPECT_THAT(bytes.pixel(2, 1), FieldsAre(255, 254, 255, 0));
     EXPECT_THAT(bytes.pixel(4, 2), FieldsAre(127, 127, 0, 255));
@@ -74,7 +74,7 @@ TEST(UnpackBuffer, SixteenBitsGoTo32768) {
     EXPECT_THAT(deep.pixel(2, 1), FieldsAre(32768, 26214, 26214, 32768));
 }
 
-TEST(UnpackBuffer, FloatIsNotClampedAndTheTileAloneIsWritten) {
+TEST(UnpackBuffer, FloatIsNotClampedAndOnlyTheTileIsWritten) {
     UnpackCase<PF_PixelFloat, 1> open;
     for (int i = 0; i < 6; ++i) open.set(2 + i % 3, 1 + i / 3, {0.5, 0.5, 0.5, 1.0});
     open.set(2, 1, {5.0, -2.0, kNan, 1.25});
@@ -90,7 +90,7 @@ TEST(UnpackBuffer, FloatIsNotClampedAndTheTileAloneIsWritten) {
     }
 }
 
-TEST(UnpackBuffer, LightBeyondTheCurvesReachHasNoWayBack) {
+TEST(UnpackBuffer, LightBeyondTheRangeOfTheCurveIsNan) {
     UnpackCase<PF_PixelFloat, 1> unpack;
     unpack.frame.info.exposure = -2.0;
     unpack.set(2, 1, {0.75, 0.25, 0.25, 1.0});
@@ -99,7 +99,7 @@ TEST(UnpackBuffer, LightBeyondTheCurvesReachHasNoWayBack) {
     EXPECT_NEAR(unpack.pixel(2, 1).green, std::log(0.5) / -2.0, 1e-6);
 }
 
-// Three layers of one light, in Split.
+// Three layers with the same light, in Split.
 TEST(UnpackBuffer, LayersAreNotDividedByWhatIsNotPositive) {
     UnpackCase<PF_PixelFloat, 3> unpack;
     unpack.frame.info.compositeMode = kCompositeSplit;

@@ -26,7 +26,7 @@ BlurEffect::BlurEffect(int threads)
     setLayer("Custom Blur Shape", shape);
     effect.parameters().setChoice(effect.parameters().find("Custom Layer Channel"), "Alpha");
     set("Exposure", 2.0);
-    set("Resolution", 3);  // counts with a depth map alone
+    set("Resolution", 3);  // counts only with a depth map
 }
 
 void BlurEffect::useDepth(std::shared_ptr<const headless::World> map, int layers) {
@@ -107,7 +107,8 @@ void expectPixels(const headless::FrameResult& result, const reference::Scene& s
 bool sameBits(const headless::World& a, const headless::World& b) {
     if (a.format() != b.format() || a.width() != b.width() || a.height() != b.height())
         return false;
-    const auto bytes = static_cast<std::size_t>(a.width() * headless::bytesPerPixel(a.format()));
+    const auto bytes = static_cast<std::size_t>(a.width()) *
+                       static_cast<std::size_t>(headless::bytesPerPixel(a.format()));
     for (int y = 0; y < a.height(); ++y) {
         if (std::memcmp(a.bytesOfRow(y), b.bytesOfRow(y), bytes) != 0) return false;
     }

@@ -18,7 +18,7 @@ class BlurEffect {
 public:
     explicit BlurEffect(int threads = 2);
 
-    headless::FrameResult render(headless::FrameRequest request) {
+    headless::FrameResult render(const headless::FrameRequest& request) {
         return effect.renderFrame(request);
     }
     // Adds a depth layer and the number of layers that it is cut into.
@@ -33,7 +33,7 @@ public:
     std::shared_ptr<const headless::World> shape;
 };
 
-// Noise with all alphas and a few bright points; the seed makes it another picture.
+// Noise with all alphas and a few bright points; another seed makes another picture.
 std::shared_ptr<headless::World> noisePicture(int width, int height, int bits, unsigned seed = 1);
 // A ramp with a step and a little noise in the colours, opaque.
 std::shared_ptr<headless::World> depthPicture(int width, int height);
@@ -42,8 +42,8 @@ std::shared_ptr<headless::World> shapePicture();
 
 headless::FrameRequest requestFor(std::shared_ptr<const headless::World> input, int bits);
 
-// Compares `rect` of a result with the direct sum: `relative` of the largest value for float, one
-// step for the integer formats, whose values are truncated.
+// Compares a result with the direct sum. The tolerance for float is `relative` times the value, or
+// times 1 for smaller ones; for the integer formats, which are truncated, it is one step.
 void expectPixels(const headless::FrameResult& result, const reference::Scene& scene,
                   double relative = 2e-6);
 // Whether two worlds hold the same bits.

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kLargestN = 16384;
 
-// Tables that suit a transform of n elements, or larger ones.
+// Tables for transforms of up to n elements.
 class Tables {
 public:
     explicit Tables(std::size_t n) : nw(static_cast<int>(n / 4)), ip(200), w(n / 4 + 8) {
@@ -34,7 +34,7 @@ public:
     std::vector<double> w;
 };
 
-// Lane k of `wide` holds the bits of lane k of `narrow`, for the lanes of the latter.
+// Lane firstLane + k of `wide` holds the bits of lane k of `narrow`, for all lanes of the latter.
 template <class Wide, class Narrow>
 void expectSameBits(const std::vector<Wide>& wide, const std::vector<Narrow>& narrow,
                     std::size_t firstLane = 0) {
@@ -109,7 +109,7 @@ TEST_P(EverySize, DeadLanesMoveWithTheirSampleUnchanged) {
         tables.run(live, back);
         expectSameBits(a, live);
 
-        // Below that, the samples are written where they belong, or reversed twice.
+        // Smaller transforms write the samples where they belong, or reverse them twice.
         if (n < 16 || (back && n <= 32)) return;
         const int bits = std::countr_zero(n) - 1;
         for (std::size_t i = 0; i < n; ++i) {

@@ -15,7 +15,7 @@ constexpr std::size_t kThreads = 2;  // of the fixture's host
 constexpr std::size_t kSize = 64;
 constexpr std::size_t kElements = 2 * kSize * kSize;
 
-// Each row by the direct sum, laid down as a column.
+// Each row by the direct sum, stored as a column.
 Signal transformRowsAndTranspose(const Signal& plane) {
     Signal result(plane.size());
     for (std::size_t y = 0; y < kSize; ++y) {
@@ -30,7 +30,8 @@ Signal transformRowsAndTranspose(const Signal& plane) {
 
 class FFT2DTest : public ContextFixture {
 protected:
-    // The tables belong to the host and have to go before the fixture looks at its books.
+    // The tables are in host memory and have to be freed before the fixture checks the host's
+    // books.
     void TearDown() override {
         tables.reset();
         ContextFixture::TearDown();
@@ -60,7 +61,7 @@ TYPED_TEST(FFT2DOf, LeavesTheSpectrumTransposed) {
     this->makeTables();
     auto block = noisyElements<TypeParam>(kElements);
     constexpr std::size_t kLast = TypeParam::kLanes - 1;
-    // Rows become columns twice: the second time the result is the spectrum as it would stand.
+    // Rows become columns twice, so the result is the spectrum, not transposed.
     const Signal upright = transformRowsAndTranspose(
         transformRowsAndTranspose(laneOf(block.data(), kSize * kSize, kLast)));
     ASSERT_EQ(this->transform(block, false), 0);
@@ -82,7 +83,7 @@ TYPED_TEST(FFT2DOf, InverseTakesItBackTimesTheSampleCount) {
         for (std::size_t k = 0; k < TypeParam::kLanes; ++k) {
             ASSERT_NEAR(block[i][k], before[i][k] * kSize * kSize, 1e-10) << i << " lane " << k;
         }
-        // Dead lanes have been to both transposed places.
+        // Dead lanes have moved to the transposed place and back.
         ASSERT_EQ(std::memcmp(&block[i][0] + TypeParam::kLanes, &before[i][0] + TypeParam::kLanes,
                               sizeof(TypeParam) - TypeParam::kLanes * sizeof(double)),
                   0);

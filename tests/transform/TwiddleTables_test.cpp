@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-// The transform itself tells whether the tables are right.
+// The tests of the transform show whether the values are right.
 TEST(TwiddleTables, KeepToAThreadsShareOfTheMemory) {
     for (int nw = 2; nw <= 4096; nw *= 2) {
         constexpr int kUntouched = -77;

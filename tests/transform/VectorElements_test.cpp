@@ -14,7 +14,7 @@ class Elements : public testing::Test {
 protected:
     static constexpr std::size_t kCell = sizeof(V) / sizeof(double);
 
-    // Checks that `target = value` gives expected(k) in each live lane and leaves the dead ones.
+    // Checks that `target = value` sets each live lane to expected(k) and leaves the dead ones.
     template <class E, class F>
     void expectLanes(const E& value, F expected) {
         V target = elements[2];
@@ -73,8 +73,8 @@ TYPED_TEST(Elements, CopiesAndSwapsMoveTheWholeCell) {
     EXPECT_EQ(std::memcmp(&this->second, &b, sizeof b), 0);
 }
 
-// Dead lanes that hold the same bits aren't stored; one bit apart is apart, also where both are
-// zero.
+// Dead lanes that hold the same bits aren't stored; a difference of one bit counts, even between 0
+// and -0.
 TEST(VectorElements, CellsThatDifferInOneDeadLaneAreSwapped) {
     using Cell = ET::StrideVecT<double, 2, 4>;
     for (const double apart : {1.0, -0.0}) {
