@@ -77,7 +77,7 @@ void readDepthCurves(ParameterReader& read, RenderInfo& info) {
 // The host sees the order of the reads.
 int RenderInfo::extractParameters(PF_InData* in_data) {
     ParameterReader read(in_data);
-    in_data = in_data;
+    inData = in_data;
     radius = renderRadius(read, *in_data);
     readAperture(read, *this);
 
