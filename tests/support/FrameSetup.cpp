@@ -86,7 +86,7 @@ void expectPixels(const headless::FrameResult& result, const reference::Scene& s
     ASSERT_EQ(result.status, 0);
     const headless::World& output = *result.output;
     const int bits = headless::bitsOfFormat(output.format());
-    const double step = bits == 32 ? relative : 1.001 / (bits == 8 ? 255 : 32768);
+    const double step = bits == 32 ? relative : 1.001 / (bits == 8 ? PF_MAX_CHAN8 : PF_MAX_CHAN16);
     const double top = bits == 32 ? HUGE_VAL : 1.0;
     const auto expected = reference::render(scene, result.resultRect);
     for (std::size_t i = 0; i < expected.size(); ++i) {
