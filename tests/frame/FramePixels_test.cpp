@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "support/FrameSetup.h"
+#include "support/TestPictures.h"
 
 namespace frame {
 namespace {
@@ -21,11 +22,6 @@ reference::Scene sceneOf(const BlurEffect& blur, const World& input, int layers)
     scene.kernels = reference::kernelsOf(*blur.shape, kRadius, layers);
     scene.exposure = 2.0;
     return scene;
-}
-
-// A value as a fixed-point control holds it.
-double control(double value) {
-    return std::round(value * 65536) / 65536;
 }
 
 class PixelFormats : public testing::TestWithParam<int> {};
@@ -54,7 +50,7 @@ TEST_P(PixelFormats, SeveralTilesEqualTheDirectSum) {
         EXPECT_EQ(result.resultRect.bottom, c.repeatEdge ? 45 : 51);
         reference::Scene scene = sceneOf(blur, *input, 1);
         scene.exposure = c.exposure;
-        scene.threshold = control(c.threshold);
+        scene.threshold = asFixed(c.threshold);
         scene.repeatEdge = c.repeatEdge;
         expectPixels(result, scene, c.tolerance);
         EXPECT_TRUE(blur.host.accounts().clean()) << blur.host.accounts().describe();
@@ -93,8 +89,8 @@ TEST(FramePixels, DepthLayersEqualTheDirectSumInBothModes) {
         scene.map = map.get();
         scene.mode = c.mode;
         scene.invert = c.invert;
-        scene.focalDistance = control(c.focalDistance);
-        scene.profile = control(c.profile);
+        scene.focalDistance = asFixed(c.focalDistance);
+        scene.profile = asFixed(c.profile);
         scene.edgeLeak = leak;
         scene.edgeThreshold = 0.125;
         expectPixels(blur.render(requestFor(input, c.bits)), scene, 5e-6);
