@@ -4,14 +4,11 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <random>
+
+#include "support/Noise.h"
 
 namespace frame {
 namespace {
-
-float uniform(std::mt19937& random) {
-    return static_cast<float>(random() % 4096) / 4095.0F;
-}
 
 double channelOf(const PF_PixelFloat& p, int c) {
     return std::array{p.alpha, p.red, p.green, p.blue}[static_cast<std::size_t>(c)];
@@ -37,12 +34,13 @@ void BlurEffect::useDepth(std::shared_ptr<const headless::World> map, int layers
 
 std::shared_ptr<headless::World> noisePicture(int width, int height, int bits, unsigned seed) {
     auto world = std::make_shared<headless::World>(width, height, headless::formatOfBits(bits));
-    std::mt19937 random(seed);
+    Noise noise(seed);
+    const auto uniform = [&] { return static_cast<float>(noise.unit()); };
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            const float alpha = random() % 2 == 0 ? 1.0F : uniform(random);
-            const float light = random() % 50 == 0 ? 1.0F : 0.4F;
-            world->set(x, y, {alpha, light * uniform(random), light * uniform(random), light});
+            const float alpha = noise.upTo(1) == 0 ? 1.0F : uniform();
+            const float light = noise.upTo(49) == 0 ? 1.0F : 0.4F;
+            world->set(x, y, {alpha, light * uniform(), light * uniform(), light});
         }
     }
     return world;
@@ -50,13 +48,13 @@ std::shared_ptr<headless::World> noisePicture(int width, int height, int bits, u
 
 std::shared_ptr<headless::World> depthPicture(int width, int height) {
     auto world = std::make_shared<headless::World>(width, height, PF_PixelFormat_ARGB128);
-    std::mt19937 random(7);
+    Noise noise(7);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             const float ramp = 0.6F * static_cast<float>(x) / static_cast<float>(width);
             const float step = y > height / 2 ? 0.3F : 0.0F;
-            const float noise = 0.1F * uniform(random);
-            world->set(x, y, {1.0F, ramp + step + noise, 0.1F, 0.2F});
+            const float rough = 0.1F * static_cast<float>(noise.unit());
+            world->set(x, y, {1.0F, ramp + step + rough, 0.1F, 0.2F});
         }
     }
     return world;
