@@ -7,6 +7,7 @@
 
 #include "support/FrameSetup.h"
 #include "support/TestPictures.h"
+#include "trial/Pictures.h"
 
 namespace frame {
 namespace {
@@ -71,7 +72,7 @@ TEST(FramePixels, DepthLayersEqualTheDirectSumInBothModes) {
                  {3, Mode::Normal, 0.3, 0.5, true, 32},   {3, Mode::Split, -1.0, 0.0, false, 32},
                  {16, Mode::Normal, 0.5, 0.2, false, 32}, {16, Mode::Split, 2.0, 0.0, false, 32},
                  {3, Mode::Normal, 0.4, 0.0, false, 8},   {3, Mode::Split, 0.4, 0.0, false, 16}};
-    const auto map = depthPicture(70, 30);
+    const auto map = trial::depthPicture(70, 30, 32);
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.layers << " layers, mode " << static_cast<int>(c.mode)
                                         << ", bits " << c.bits);
@@ -216,7 +217,7 @@ TEST(FrameLaws, FocusPointsStandForTheDistanceUnderThem) {
 
 TEST(FrameLaws, RepeatedRunsHaveTheSameBitsAndThreadsHardlyMatter) {
     const auto input = noisePicture(80, 60, 32);
-    const auto map = depthPicture(80, 60);
+    const auto map = trial::depthPicture(80, 60, 32);
     const auto renderWith = [&](int threads) {
         BlurEffect blur(threads);
         blur.useDepth(map, 16);

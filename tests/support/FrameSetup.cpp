@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "support/Noise.h"
+#include "trial/Pictures.h"
 
 namespace frame {
 namespace {
@@ -17,7 +18,7 @@ double channelOf(const PF_PixelFloat& p, int c) {
 }  // namespace
 
 BlurEffect::BlurEffect(int threads)
-    : host({.threads = threads}), effect(host, ORBEL_BUNDLE), shape(shapePicture()) {
+    : host({.threads = threads}), effect(host, ORBEL_BUNDLE), shape(trial::shapePicture(12, 32)) {
     effect.setUp();
     set("Blur Radius", 5.5);
     setLayer("Custom Blur Shape", shape);
@@ -41,32 +42,6 @@ std::shared_ptr<headless::World> noisePicture(int width, int height, int bits, u
             const float alpha = noise.upTo(1) == 0 ? 1.0F : uniform();
             const float light = noise.upTo(49) == 0 ? 1.0F : 0.4F;
             world->set(x, y, {alpha, light * uniform(), light * uniform(), light});
-        }
-    }
-    return world;
-}
-
-std::shared_ptr<headless::World> depthPicture(int width, int height) {
-    auto world = std::make_shared<headless::World>(width, height, PF_PixelFormat_ARGB128);
-    Noise noise(7);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            const float ramp = 0.6F * static_cast<float>(x) / static_cast<float>(width);
-            const float step = y > height / 2 ? 0.3F : 0.0F;
-            const float rough = 0.1F * static_cast<float>(noise.unit());
-            world->set(x, y, {1.0F, ramp + step + rough, 0.1F, 0.2F});
-        }
-    }
-    return world;
-}
-
-std::shared_ptr<headless::World> shapePicture() {
-    constexpr int kSide = 12;
-    auto world = std::make_shared<headless::World>(kSide, kSide, PF_PixelFormat_ARGB128);
-    for (int y = 1; y < kSide - 1; ++y) {
-        for (int x = 1; x < kSide - 1; ++x) {
-            const float weight = static_cast<float>(3 * x + x * y) / 140.0F;
-            world->set(x, y, {y < 4 && x < 5 ? 0.0F : weight, 1, 1, 1});
         }
     }
     return world;
