@@ -1,20 +1,17 @@
 #pragma once
 // A frame for benchmarks of the pipeline: images of noise, a depth map and the effect's defaults.
 
-#include <cstdint>
 #include <string>
 
 #include "headless/Host.h"
+#include "support/Noise.h"
 #include "support/ShapeParameter.h"
 #include "support/StageFixture.h"
 
-// Noise from 0 to `top`, opaque, so that no pixel takes a shortcut.
-inline void fillWithNoise(headless::World& world, float top) {
-    std::uint32_t state = 1;
-    const auto next = [&] {
-        state = state * 1664525u + 1013904223u;
-        return static_cast<float>(state >> 8) * (top / 16777216.0F);
-    };
+// Noise from 0 to 1, opaque, so that no pixel takes a shortcut.
+inline void fillWithNoise(headless::World& world) {
+    Noise noise;
+    const auto next = [&] { return static_cast<float>(noise.unit()); };
     for (int y = 0; y < world.height(); ++y) {
         for (int x = 0; x < world.width(); ++x) world.set(x, y, {1.0F, next(), next(), next()});
     }
@@ -44,7 +41,7 @@ struct BenchFrame {
           depth(width, height, PF_PixelFormat_ARGB32),
           fixture(host, depth.record()) {
         declareShapeParameter(host, nullptr);
-        fillWithNoise(input, 1.0F);
+        fillWithNoise(input);
         fillWithDepth(depth);
         fixture.show(input, output);
         fixture.info.radius = radius + 0.5;

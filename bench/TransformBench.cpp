@@ -15,12 +15,12 @@
 #include <fftw3.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <ctime>
 #include <string>
 #include <vector>
 
 #include "headless/Host.h"
+#include "support/Noise.h"
 #include "transform/FFT2DImpl.h"
 #include "transform/VectorElements.h"
 
@@ -28,14 +28,6 @@ namespace {
 
 // An unscaled transform multiplies its data, which are therefore refilled after this many.
 constexpr int kTransformsPerFill = 16;
-
-void fillWithNoise(double* data, std::size_t count) {
-    std::uint64_t state = 0x9e3779b97f4a7c15u;
-    for (std::size_t i = 0; i < count; ++i) {
-        state = state * 6364136223846793005u + 1442695040888963407u;
-        data[i] = static_cast<double>(state >> 40) / 8388608.0 - 1.0;
-    }
-}
 
 class OneThreadHost {
 public:

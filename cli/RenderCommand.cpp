@@ -20,6 +20,7 @@
 #include "pictures/PixelAspect.h"
 #include "pictures/Text.h"
 #include "pictures/WorldPixels.h"
+#include "platform/Rectangles.h"
 
 namespace fs = std::filesystem;
 
@@ -113,7 +114,7 @@ PF_LRect wantedRect(const RenderPlan& plan, const pictures::Picture& picture, bo
     const pictures::Window room{-kOverscanRoom, -kOverscanRoom, layer.right + kOverscanRoom,
                                 layer.bottom + kOverscanRoom};
     pictures::Window wanted = plan.region.value_or(keepOverscan ? room : layer);
-    if (!keepOverscan) wanted = pictures::intersection(wanted, layer);
+    if (!keepOverscan) wanted = intersection(wanted, layer);
     if (wanted.empty()) {
         throw UsageError("--region lies outside the picture, which has " +
                          std::to_string(layer.right) + "x" + std::to_string(layer.bottom) +

@@ -21,15 +21,6 @@ public:
     int iterate(int thread, int index, int count);
 
 private:
-    // A position in pixels of the map.
-    struct Position {
-        double x;
-        double y;
-    };
-
-    Position place(double x, double y) const;
-    Position clampToMap(Position p) const;
-
     const RenderInfo& info_;
     const AEO::EffectWorld& map_;
     const iRect& rect_;

@@ -6,25 +6,19 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "depth/MapPlacement.h"
 #include "effect/RenderInfo.h"
 #include "host/EffectWorld.h"
 
 namespace FocusPoint {
 
-// The map pixel under frame pixel (x, y), clamped to the map.
+// The map pixel under frame pixel (x, y), clamped to the map. An unknown placement reads the first.
 inline AEO::PointValue mapPosition(const RenderInfo& info, const PF_LayerDef& map, double x,
                                    double y) {
-    const double fw = info.frameRect.right - info.frameRect.left;
-    const double fh = info.frameRect.bottom - info.frameRect.top;
-    const double mw = map.width;
-    const double mh = map.height;
-    AEO::PointValue q{0.0, 0.0};
-    if (info.placement == kPlacementCenter) {
-        q = {(x - fw * 0.5) + mw * 0.5, (y - fh * 0.5) + mh * 0.5};
-    } else if (info.placement == kPlacementStretch) {
-        q = {mw * 0.5 + (mw / fw) * (x - fw * 0.5), mh * 0.5 + (mh / fh) * (y - fh * 0.5)};
-    }
-    return {std::min(mw - 1.0, std::max(0.0, q.x)), std::min(mh - 1.0, std::max(0.0, q.y))};
+    const bool known = info.placement == kPlacementCenter || info.placement == kPlacementStretch;
+    const AEO::PointValue q =
+        known ? MapPlacement::position(info, map, x, y) : AEO::PointValue{0.0, 0.0};
+    return MapPlacement::clamped(map, q, 1.0, 1.0);
 }
 
 // The sample's value by the map's `Channel`; an unknown channel reads 0.

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "effect/ParameterIndices.h"
+#include "platform/Fixed.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ constexpr Choices kCompositeChoices{"Normal|Split", 2, 1};
 
 // 16.16, truncated towards zero: 0.99 is 64880 and -0.99 is -64880.
 constexpr PF_Fixed fixed(double value) {
-    return static_cast<PF_Fixed>(value * 65536.0);
+    return static_cast<PF_Fixed>(value * kFixedOne);
 }
 
 // Appends controls to the host's list, one call each. `id` is the number under which projects store

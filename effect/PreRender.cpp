@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cmath>
 
 #include "effect/HandleBlock.h"
@@ -7,6 +6,7 @@
 #include "host/AEO_Base.h"
 #include "host/AEO_Parameter.h"
 #include "host/Fixed.h"
+#include "platform/Rectangles.h"
 
 namespace {
 
@@ -33,13 +33,8 @@ Spread readSpread(PF_InData* in_data, int& err) {
 
 // The rectangle, grown by the reach on every side; an empty one stays as it is.
 PF_LRect grown(const PF_LRect& rect, std::int32_t reach) {
-    if (rect.left >= rect.right || rect.top >= rect.bottom) return rect;
+    if (isEmpty(rect)) return rect;
     return {rect.left - reach, rect.top - reach, rect.right + reach, rect.bottom + reach};
-}
-
-PF_LRect intersection(const PF_LRect& a, const PF_LRect& b) {
-    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-            std::min(a.bottom, b.bottom)};
 }
 
 // The host's request, grown by the pixels around it that spread into it.

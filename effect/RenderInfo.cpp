@@ -1,13 +1,14 @@
 #include "effect/RenderInfo.h"
 
 #include <cmath>
+#include <numbers>
 
 #include "effect/ParameterIndices.h"
 #include "host/Fixed.h"
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
+using std::numbers::pi;
 
 // Keeps the argument of the profile's tangent just inside 0 and pi/2.
 constexpr double kProfileReach = 0.9999;
@@ -66,9 +67,9 @@ void readFocus(ParameterReader& read, RenderInfo& info) {
 
 void readDepthCurves(ParameterReader& read, RenderInfo& info) {
     info.profile = read.fixed(kProfile);
-    info.profileSlope = std::tan((info.profile * kProfileReach + 1.0) * kPi * 0.25);
+    info.profileSlope = std::tan((info.profile * kProfileReach + 1.0) * pi * 0.25);
     info.profileOffset = 0.0;
-    info.edgeLeak = std::tan(read.fixed(kRemoveEdgeLeak) * kEdgeLeakReach * kPi * 0.5);
+    info.edgeLeak = std::tan(read.fixed(kRemoveEdgeLeak) * kEdgeLeakReach * pi * 0.5);
     info.edgeThreshold = read.fixed(kDetectEdgeThreshold);
 }
 
@@ -77,7 +78,7 @@ void readDepthCurves(ParameterReader& read, RenderInfo& info) {
 // The order of the reads is visible to the host.
 int RenderInfo::extractParameters(PF_InData* in_data) {
     ParameterReader read(in_data);
-    in_data = in_data;
+    inData = in_data;
     radius = renderRadius(read, *in_data);
     readAperture(read, *this);
 

@@ -1,45 +1,14 @@
 #include "headless/Effect.h"
 
-#include <array>
-#include <string_view>
 #include <vector>
 
 #include "headless/state/FieldText.h"
 #include "headless/state/HostState.h"
+#include "platform/CommandNames.h"
 
 namespace headless {
 
 namespace {
-
-constexpr std::array<std::string_view, 27> kCommandNames{
-    "ABOUT",
-    "GLOBAL_SETUP",
-    "UNUSED_0",
-    "GLOBAL_SETDOWN",
-    "PARAMS_SETUP",
-    "SEQUENCE_SETUP",
-    "SEQUENCE_RESETUP",
-    "SEQUENCE_FLATTEN",
-    "SEQUENCE_SETDOWN",
-    "DO_DIALOG",
-    "FRAME_SETUP",
-    "RENDER",
-    "FRAME_SETDOWN",
-    "USER_CHANGED_PARAM",
-    "UPDATE_PARAMS_UI",
-    "EVENT",
-    "GET_EXTERNAL_DEPENDENCIES",
-    "COMPLETELY_GENERAL",
-    "QUERY_DYNAMIC_FLAGS",
-    "AUDIO_RENDER",
-    "AUDIO_SETUP",
-    "AUDIO_SETDOWN",
-    "ARBITRARY_CALLBACK",
-    "SMART_PRE_RENDER",
-    "SMART_RENDER",
-    "RESERVED1",
-    "RESERVED2",
-};
 
 CallContext mainContext(PF_Cmd command) {
     CallContext context;
@@ -55,10 +24,8 @@ CallContext mainContext(PF_Cmd command) {
 }  // namespace
 
 std::string commandName(PF_Cmd command) {
-    if (command < 0 || command >= static_cast<PF_Cmd>(kCommandNames.size())) {
-        return "command " + std::to_string(command);
-    }
-    return "PF_Cmd_" + std::string(kCommandNames[static_cast<std::size_t>(command)]);
+    if (command < 0 || command >= PF_Cmd_NUM_CMDS) return "command " + std::to_string(command);
+    return kCommandNames[static_cast<std::size_t>(command)];
 }
 
 Effect::Effect(Host& theHost, const std::filesystem::path& file)

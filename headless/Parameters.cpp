@@ -4,27 +4,13 @@
 #include <cctype>
 #include <cmath>
 #include <cstdio>
-#include <limits>
 
 #include "headless/state/FieldText.h"
+#include "platform/Fixed.h"
 
 namespace headless {
 
 namespace {
-
-constexpr double kFixedScale = 65536.0;
-
-double fromFixed(PF_Fixed value) {
-    return value / kFixedScale;
-}
-
-// To the nearest 16.16 value, held within what it can hold.
-PF_Fixed toFixed(double value) {
-    const double scaled = std::round(value * kFixedScale);
-    const double low = std::numeric_limits<PF_Fixed>::min();
-    const double high = std::numeric_limits<PF_Fixed>::max();
-    return static_cast<PF_Fixed>(std::clamp(scaled, low, high));
-}
 
 double seconds(A_Time time) {
     return static_cast<double>(time.value) / time.scale;
@@ -69,7 +55,7 @@ bool takeDetails(ParameterInfo& info, const PF_ParamDef& def) {
             takeRange(info, def.u.sd, 1.0);
             return true;
         case PF_Param_FIX_SLIDER:
-            takeRange(info, def.u.fd, kFixedScale);
+            takeRange(info, def.u.fd, kFixedOne);
             info.precision = def.u.fd.precision;
             return true;
         case PF_Param_ANGLE:
@@ -109,7 +95,7 @@ void requireWhole(const ParameterInfo& info, double value) {
 
 void requireRange(const ParameterInfo& info, double value) {
     // The limits are truncated to 16.16, so the decimal that the user knows may lie just outside.
-    constexpr double slack = 1.0 / kFixedScale;
+    constexpr double slack = 1.0 / kFixedOne;
     if (value >= info.validMin - slack && value <= info.validMax + slack) return;
     char text[64];
     std::snprintf(text, sizeof text, "%g", value);

@@ -4,6 +4,7 @@
 
 #include "headless/state/FieldText.h"
 #include "headless/state/FrameState.h"
+#include "platform/Rectangles.h"
 
 namespace headless {
 
@@ -93,7 +94,7 @@ private:
     // False for an empty result, which is not rendered, or if memory is short.
     bool makeOutput() {
         const PF_LRect& rect = result_.resultRect;
-        if (rect.left >= rect.right || rect.top >= rect.bottom) return false;
+        if (isEmpty(rect)) return false;
         try {
             const WorldOptions options{rect.left, rect.top, request_.rowPadding};
             frame_.output = std::make_shared<World>(rect.right - rect.left, rect.bottom - rect.top,

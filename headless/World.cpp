@@ -106,17 +106,17 @@ int bitsOfFormat(PF_PixelFormat format) {
 }
 
 PF_PixelFloat readPixel(const std::byte* source, PF_PixelFormat format) {
-    if (format == PF_PixelFormat_ARGB32) return expanded<PF_Pixel>(source, 255.0F);
-    if (format == PF_PixelFormat_ARGB64) return expanded<PF_Pixel16>(source, 32768.0F);
+    if (format == PF_PixelFormat_ARGB32) return expanded<PF_Pixel>(source, PF_MAX_CHAN8);
+    if (format == PF_PixelFormat_ARGB64) return expanded<PF_Pixel16>(source, PF_MAX_CHAN16);
     return expanded<PF_PixelFloat>(source, 1.0F);
 }
 
 void writePixel(std::byte* destination, PF_PixelFormat format, const PF_PixelFloat& pixel) {
     if (format == PF_PixelFormat_ARGB32) {
-        const auto p = quantised<PF_Pixel, A_u_char>(pixel, 255.0F);
+        const auto p = quantised<PF_Pixel, A_u_char>(pixel, PF_MAX_CHAN8);
         std::memcpy(destination, &p, sizeof p);
     } else if (format == PF_PixelFormat_ARGB64) {
-        const auto p = quantised<PF_Pixel16, std::uint16_t>(pixel, 32768.0F);
+        const auto p = quantised<PF_Pixel16, std::uint16_t>(pixel, PF_MAX_CHAN16);
         std::memcpy(destination, &p, sizeof p);
     } else {
         std::memcpy(destination, &pixel, sizeof pixel);

@@ -4,26 +4,12 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "platform/Scalars.h"
+#include "platform/Fixed.h"
 
 namespace AEO {
 
-inline constexpr double kFixedOne = 65536.0;
-// The host's sampling takes radii from 1/65536 to 128 pixels.
-inline constexpr PF_Fixed kMinFixedRadius = 1;
-inline constexpr PF_Fixed kMaxFixedRadius = 128 * 65536;
-
-constexpr double fromFixed(PF_Fixed value) {
-    return value * 1.52587890625e-5;
-}
-
-// The nearest fixed-point value, halves away from zero. Defined for every argument: what doesn't
-// fit ends at the limit of the range, a NaN at its lower one.
-constexpr PF_Fixed toFixed(double value) {
-    const double rounded = value * kFixedOne + (value >= 0.0 ? 0.5 : -0.5);
-    const double bounded = std::min(std::max(-2147483648.0, rounded), 2147483647.0);
-    return static_cast<PF_Fixed>(bounded);
-}
+using ::fromFixed;
+using ::toFixed;
 
 // A sampling radius: as toFixed, clamped to the range that the host accepts.
 constexpr PF_Fixed toFixedRadius(double value) {

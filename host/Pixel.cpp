@@ -6,8 +6,8 @@ namespace AEO::Pixel {
 
 namespace {
 
-constexpr float kU8Max = 255.0f;
-constexpr float kU16Max = 32768.0f;
+constexpr float kU8Max = PF_MAX_CHAN8;
+constexpr float kU16Max = PF_MAX_CHAN16;
 constexpr float kU16Step = 3.0517578125e-05f;  // 2^-15
 
 // Scales a channel to 0..max, rounds and clamps it. The comparisons turn a NaN into 0.

@@ -157,7 +157,8 @@ PF_Err CustomFilter<Pixel, Filter<N>>::sample(const Offset& offset, double facto
     const double px = custom_->world->width * 0.5 - info_->pixelAspect * offset.dx * scale / factor;
     const double py = custom_->world->height * 0.5 + offset.dy * scale / factor;
     PF_SampPB block = sampling_;
-    setRadii(block, sampling_.x_radius / 65536.0 / factor, sampling_.y_radius / 65536.0 / factor);
+    setRadii(block, AEO::fromFixed(sampling_.x_radius) / factor,
+             AEO::fromFixed(sampling_.y_radius) / factor);
     return areaSample(*custom_->suites, inData_->effect_ref, AEO::toFixed(px), AEO::toFixed(py),
                       block, pixel);
 }

@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <numbers>
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
-constexpr double kHalfPi = 1.5707963267948966;
-constexpr double kTwoPi = 6.283185307179586;
-constexpr double kRadiansPerDegree = 0.017453292519943295;
+using std::numbers::pi;
+constexpr double kHalfPi = pi / 2.0;
+constexpr double kTwoPi = pi * 2.0;
+constexpr double kRadiansPerDegree = pi / 180.0;
 
 // Keeps the two edges of the weight apart, so that their difference is a valid divisor.
 constexpr double kEdgeGap = 1e-10;
@@ -40,7 +41,7 @@ void GenFilter::setShape() {
     sectorAngle = kTwoPi / vertices;
     cosHalfSector = std::cos(sectorAngle * 0.5);
     rotationRad = info_.rotation * kRadiansPerDegree;
-    roundMix = 1.0 - std::tan((1.0 - info_.roundness) * kPi * 0.25);
+    roundMix = 1.0 - std::tan((1.0 - info_.roundness) * pi * 0.25);
     // The sides of a star bend inward equally far whatever the number of vertices.
     if (roundMix < 0.0) roundMix /= 1.0 - cosHalfSector;
 }

@@ -29,11 +29,6 @@ int worldBits(SampleType type) {
     return type == SampleType::kUInt16 ? 16 : 32;
 }
 
-Window intersection(const Window& a, const Window& b) {
-    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-            std::min(a.bottom, b.bottom)};
-}
-
 Window enclosing(const Window& a, const Window& b) {
     if (a.empty()) return b;
     if (b.empty()) return a;

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/Rectangles.h"
+
 namespace pictures {
 
 // What one channel value is in a file.
@@ -26,11 +28,10 @@ struct Window {
 
     int width() const { return right - left; }
     int height() const { return bottom - top; }
-    bool empty() const { return left >= right || top >= bottom; }
+    bool empty() const { return isEmpty(*this); }
     bool operator==(const Window&) const = default;
 };
 
-Window intersection(const Window& a, const Window& b);
 // The smallest window that holds both; an empty one counts for nothing.
 Window enclosing(const Window& a, const Window& b);
 

@@ -1,7 +1,8 @@
 #include "pictures/PictureLayers.h"
 
+#include <OpenImageIO/strutil.h>
+
 #include <algorithm>
-#include <cctype>
 #include <optional>
 
 #include "pictures/Errors.h"
@@ -24,13 +25,6 @@ std::string shortName(const std::string& channel) {
     return channel.substr(channel.rfind('.') + 1);  // npos + 1 is 0
 }
 
-bool sameText(const std::string& a, const std::string& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-        return std::tolower(static_cast<unsigned char>(x)) ==
-               std::tolower(static_cast<unsigned char>(y));
-    });
-}
-
 std::vector<Layer> groupIntoLayers(const std::vector<ChannelPlace>& channels) {
     std::vector<Layer> layers;
     for (const ChannelPlace& channel : channels) {
@@ -50,7 +44,7 @@ std::vector<Layer> groupIntoLayers(const std::vector<ChannelPlace>& channels) {
 const ChannelPlace* findShort(const Layer& layer, std::initializer_list<const char*> names) {
     for (const ChannelPlace& channel : layer.channels) {
         for (const char* name : names) {
-            if (sameText(shortName(channel.name), name)) return &channel;
+            if (OIIO::Strutil::iequals(shortName(channel.name), name)) return &channel;
         }
     }
     return nullptr;

@@ -14,13 +14,13 @@ struct Scale;
 
 template <>
 struct Scale<PF_Pixel> {
-    static constexpr double kTop = 255.0;
+    static constexpr double kTop = PF_MAX_CHAN8;
     using Channel = std::uint8_t;
 };
 
 template <>
 struct Scale<PF_Pixel16> {
-    static constexpr double kTop = 32768.0;
+    static constexpr double kTop = PF_MAX_CHAN16;
     using Channel = std::uint16_t;
 };
 

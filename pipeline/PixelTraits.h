@@ -14,11 +14,11 @@ template <class Pixel>
 constexpr double pixelNorm();
 template <>
 constexpr double pixelNorm<PF_Pixel>() {
-    return 255.0;
+    return PF_MAX_CHAN8;
 }
 template <>
 constexpr double pixelNorm<PF_Pixel16>() {
-    return 32768.0;
+    return PF_MAX_CHAN16;
 }
 
 // A channel value as a double on that scale; float values pass unclamped.

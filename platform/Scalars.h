@@ -103,6 +103,10 @@ ORBEL_LAYOUT_SIZE(A_Time, 8);
 ORBEL_LAYOUT_OFFSET(A_Time, value, 0);
 ORBEL_LAYOUT_OFFSET(A_Time, scale, 4);
 
+// The channel values that stand for 1.
+inline constexpr std::int32_t PF_MAX_CHAN8 = 255;
+inline constexpr std::int32_t PF_MAX_CHAN16 = 32768;
+
 // A pixel of 8 bits per channel, 0 to 255, straight alpha.
 struct PF_Pixel {
     A_u_char alpha;

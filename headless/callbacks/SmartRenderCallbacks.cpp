@@ -1,23 +1,11 @@
 // The callbacks that come with the two smart-render commands.
 
-#include <algorithm>
-
 #include "headless/state/FrameState.h"
+#include "platform/Rectangles.h"
 
 namespace headless {
 
 namespace {
-
-PF_LRect intersection(const PF_LRect& a, const PF_LRect& b) {
-    PF_LRect r{std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-               std::min(a.bottom, b.bottom)};
-    if (r.left >= r.right || r.top >= r.bottom) return {0, 0, 0, 0};
-    return r;
-}
-
-bool isEmpty(const PF_LRect& rect) {
-    return rect.left >= rect.right || rect.top >= rect.bottom;
-}
 
 // The layer parameter's picture; null if it is set to none.
 std::shared_ptr<const World> sourceOf(const CallContext& context, PF_ParamIndex index) {
@@ -47,6 +35,7 @@ void announce(CallContext& context, PF_ParamIndex index, std::int32_t id,
         const PF_LRect whole{0, 0, reducedSize(source->width(), context.geometry.x),
                              reducedSize(source->height(), context.geometry.y)};
         rect = intersection(request.rect, whole);
+        if (isEmpty(rect)) rect = {};
         result.result_rect = rect;
         result.max_result_rect = whole;
         result.par = context.pixelAspect;

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "headless/state/HostState.h"
+#include "platform/Rectangles.h"
 
 namespace headless {
 
@@ -81,8 +82,7 @@ A_char* ansiStrcpy(A_char* destination, const A_char* source) {
 // A rectangle in a world's own pixels, within the world.
 PF_LRect within(const PF_LayerDef& world, const PF_Rect* rect) {
     if (!rect) return {0, 0, world.width, world.height};
-    return {std::max(rect->left, 0), std::max(rect->top, 0), std::min(rect->right, world.width),
-            std::min(rect->bottom, world.height)};
+    return intersection(*rect, {0, 0, world.width, world.height});
 }
 
 // Pixels from the upper left corner of one rectangle to that of the other, as far as both reach.

@@ -9,11 +9,10 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "platform/Fixed.h"
 #include "platform/Worlds.h"
 
 namespace headless {
-
-inline constexpr std::int64_t kFixedOne = 65536;
 
 // Sums of alpha and of the colours times alpha.
 template <class Number>

@@ -3,12 +3,11 @@
 #include "headless/state/HostState.h"
 #include "headless/suites/Sampling.h"
 #include "headless/suites/Suites.h"
+#include "platform/Fixed.h"
 
 namespace headless {
 
 namespace {
-
-constexpr PF_Fixed kMaxRadius = 128 * 65536;
 
 // A source that can be read as pixels of this type without leaving its rows.
 template <class Pixel>
@@ -20,7 +19,7 @@ bool isReadable(const PF_SampPB* params) {
 }
 
 bool isRadius(PF_Fixed radius) {
-    return radius >= 0 && radius <= kMaxRadius;
+    return radius >= 0 && radius <= kMaxFixedRadius;
 }
 
 // Checks what all three functions share, and stores what `sample` gives.
@@ -63,8 +62,9 @@ PF_Err areaSampleOf(PF_ProgPtr effectRef, PF_Fixed x, PF_Fixed y, const PF_SampP
     }
     return checkedSample(effectRef, params, pixel, "area_sample", Operation::kAreaSample,
                          [&](const PF_LayerDef& world) {
-                             return areaSample<Pixel>(world, x, y, std::max(params->x_radius, 1),
-                                                      std::max(params->y_radius, 1));
+                             return areaSample<Pixel>(world, x, y,
+                                                      std::max(params->x_radius, kMinFixedRadius),
+                                                      std::max(params->y_radius, kMinFixedRadius));
                          });
 }
 

@@ -1,7 +1,5 @@
 #include <stdexcept>
 
-#include "effect/CommandNames.h"
-#include "headless/Effect.h"
 #include "support/EffectFixture.h"
 
 namespace {
@@ -12,13 +10,6 @@ TEST_F(EntryPoint, LeavesCommandsWithoutHandlerAlone) {
     for (const PF_Cmd command : {2, 9, 10, 12, 15, 16, 17, 18, 19, 20, 21, 22, 25, 26, 27, -1}) {
         EXPECT_EQ(EntryPointFunc(command, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
     }
-}
-
-TEST_F(EntryPoint, NamesTheCommandsAsTheHostDoes) {
-    for (PF_Cmd command = 0; command < PF_Cmd_NUM_CMDS; ++command) {
-        EXPECT_EQ(kCommandNames[static_cast<std::size_t>(command)], headless::commandName(command));
-    }
-    EXPECT_STREQ(kCommandNames.back(), "PF_Cmd_NUM_CMDS");
 }
 
 TEST_F(EntryPoint, ReturnsAThrownIntAndLetsOthersPass) {

@@ -48,6 +48,7 @@ TEST_F(RenderParameters, TurnsValuesIntoRenderUnits) {
     const Read read(in_data);
     EXPECT_EQ(read.err, 0);
     const RenderInfo& info = read.info;
+    EXPECT_EQ(info.inData, &in_data);
     EXPECT_EQ(info.radius, 10.25) << "(20 + 0.5) / 2, whatever the vertical factor";
     EXPECT_EQ(info.vertices, 9);
     EXPECT_EQ(info.placement, 2);

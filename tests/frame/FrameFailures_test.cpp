@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "support/FrameSetup.h"
+#include "trial/Pictures.h"
 
 namespace frame {
 namespace {
@@ -39,7 +40,7 @@ TEST_P(MemoryShortage, IsToldAndLeavesThePictureAlone) {
     const std::uint64_t bankBytes = 2 * 64 * 64 * layers * 8 + 8;
     const std::uint64_t blockBytes = 2 * 64 * 64 * (layers == 1 ? 4 : 5 * layers) * 8 + 8;
     BlurEffect blur;
-    if (layers > 1) blur.useDepth(depthPicture(60, 30), static_cast<int>(layers));
+    if (layers > 1) blur.useDepth(trial::depthPicture(60, 30, 32), static_cast<int>(layers));
     const std::uint64_t base = blur.host.memory().current;
     blur.host.resetPeak();
     blur.host.startCallLog();

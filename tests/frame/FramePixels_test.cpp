@@ -6,6 +6,8 @@
 #include <thread>
 
 #include "support/FrameSetup.h"
+#include "support/TestPictures.h"
+#include "trial/Pictures.h"
 
 namespace frame {
 namespace {
@@ -21,11 +23,6 @@ reference::Scene sceneOf(const BlurEffect& blur, const World& input, int layers)
     scene.kernels = reference::kernelsOf(*blur.shape, kRadius, layers);
     scene.exposure = 2.0;
     return scene;
-}
-
-// A value as a fixed-point control holds it.
-double control(double value) {
-    return std::round(value * 65536) / 65536;
 }
 
 class PixelFormats : public testing::TestWithParam<int> {};
@@ -54,7 +51,7 @@ TEST_P(PixelFormats, SeveralTilesEqualTheDirectSum) {
         EXPECT_EQ(result.resultRect.bottom, c.repeatEdge ? 45 : 51);
         reference::Scene scene = sceneOf(blur, *input, 1);
         scene.exposure = c.exposure;
-        scene.threshold = control(c.threshold);
+        scene.threshold = asFixed(c.threshold);
         scene.repeatEdge = c.repeatEdge;
         expectPixels(result, scene, c.tolerance);
         EXPECT_TRUE(blur.host.accounts().clean()) << blur.host.accounts().describe();
@@ -75,7 +72,7 @@ TEST(FramePixels, DepthLayersEqualTheDirectSumInBothModes) {
                  {3, Mode::Normal, 0.3, 0.5, true, 32},   {3, Mode::Split, -1.0, 0.0, false, 32},
                  {16, Mode::Normal, 0.5, 0.2, false, 32}, {16, Mode::Split, 2.0, 0.0, false, 32},
                  {3, Mode::Normal, 0.4, 0.0, false, 8},   {3, Mode::Split, 0.4, 0.0, false, 16}};
-    const auto map = depthPicture(70, 30);
+    const auto map = trial::depthPicture(70, 30, 32);
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.layers << " layers, mode " << static_cast<int>(c.mode)
                                         << ", bits " << c.bits);
@@ -93,8 +90,8 @@ TEST(FramePixels, DepthLayersEqualTheDirectSumInBothModes) {
         scene.map = map.get();
         scene.mode = c.mode;
         scene.invert = c.invert;
-        scene.focalDistance = control(c.focalDistance);
-        scene.profile = control(c.profile);
+        scene.focalDistance = asFixed(c.focalDistance);
+        scene.profile = asFixed(c.profile);
         scene.edgeLeak = leak;
         scene.edgeThreshold = 0.125;
         expectPixels(blur.render(requestFor(input, c.bits)), scene, 5e-6);
@@ -220,7 +217,7 @@ TEST(FrameLaws, FocusPointsSetTheDistanceUnderThem) {
 
 TEST(FrameLaws, RepeatedRunsHaveTheSameBitsAndThreadsHardlyMatter) {
     const auto input = noisePicture(80, 60, 32);
-    const auto map = depthPicture(80, 60);
+    const auto map = trial::depthPicture(80, 60, 32);
     const auto renderWith = [&](int threads) {
         BlurEffect blur(threads);
         blur.useDepth(map, 16);

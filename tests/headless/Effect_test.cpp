@@ -17,6 +17,15 @@ PF_Err entry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[], PF_Laye
     return answer(cmd, *in, *out, extra);
 }
 
+TEST(Effect, CommandsHaveTheInterfacesNames) {
+    EXPECT_EQ(commandName(PF_Cmd_ABOUT), "PF_Cmd_ABOUT");
+    EXPECT_EQ(commandName(PF_Cmd_UPDATE_PARAMS_UI), "PF_Cmd_UPDATE_PARAMS_UI");
+    EXPECT_EQ(commandName(PF_Cmd_SMART_RENDER), "PF_Cmd_SMART_RENDER");
+    EXPECT_EQ(commandName(PF_Cmd_RESERVED2), "PF_Cmd_RESERVED2");
+    EXPECT_EQ(commandName(PF_Cmd_NUM_CMDS), "command 27");
+    EXPECT_EQ(commandName(-1), "command -1");
+}
+
 // What an effect forgets in its render command, damages, or asks for at the wrong time.
 TEST(Effect, MisuseIsListedInTheAccounts) {
     const auto render = [](PF_InData& in, PF_SmartRenderCallbacks& cb) {

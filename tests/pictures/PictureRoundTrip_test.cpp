@@ -3,12 +3,12 @@
 
 #include <bit>
 #include <limits>
-#include <random>
 #include <sstream>
 
 #include "pictures/PictureReader.h"
 #include "pictures/PictureWriter.h"
 #include "pictures/WorldPixels.h"
+#include "support/Noise.h"
 #include "support/TestFiles.h"
 
 namespace pictures {
@@ -41,13 +41,13 @@ protected:
 template <class Value>
 std::vector<Value> somePixels(std::size_t channels, bool associated) {
     constexpr unsigned kTop = std::numeric_limits<Value>::max();
-    std::mt19937 random(7);
+    Noise noise;
     std::vector<Value> values;
     for (unsigned i = 0; i < 64 * 64; ++i) {
         const unsigned kind = i % 4;
-        const unsigned alpha = kind == 0 ? 0 : kind == 1 ? kTop : random() % (kTop + 1);
+        const unsigned alpha = kind == 0 ? 0 : kind == 1 ? kTop : noise.upTo(kTop);
         for (std::size_t c = 1; c < channels; ++c) {
-            values.push_back(static_cast<Value>(random() % ((associated ? alpha : kTop) + 1)));
+            values.push_back(static_cast<Value>(noise.upTo(associated ? alpha : kTop)));
         }
         values.push_back(static_cast<Value>(alpha));
     }
@@ -101,13 +101,14 @@ int stepsApart(float a, float b) {
 }
 
 std::vector<float> lightPixels() {
-    std::mt19937 random(9);
-    std::uniform_real_distribution<float> light(0.0F, 40.0F);
-    std::uniform_real_distribution<float> part(1e-4F, 1.0F);
+    Noise noise;
+    const auto between = [&](double low, double high) {
+        return static_cast<float>(low + (high - low) * noise.unit());
+    };
     std::vector<float> values;
     for (int i = 0; i < 64 * 64; ++i) {
-        for (int c = 0; c < 3; ++c) values.push_back(light(random));
-        values.push_back(i % 3 == 0 ? 0.0F : i % 3 == 1 ? 1.0F : part(random));
+        for (int c = 0; c < 3; ++c) values.push_back(between(0.0, 40.0));
+        values.push_back(i % 3 == 0 ? 0.0F : i % 3 == 1 ? 1.0F : between(1e-4, 1.0));
     }
     return values;
 }

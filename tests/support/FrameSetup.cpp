@@ -4,14 +4,12 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <random>
+
+#include "support/Noise.h"
+#include "trial/Pictures.h"
 
 namespace frame {
 namespace {
-
-float uniform(std::mt19937& random) {
-    return static_cast<float>(random() % 4096) / 4095.0F;
-}
 
 double channelOf(const PF_PixelFloat& p, int c) {
     return std::array{p.alpha, p.red, p.green, p.blue}[static_cast<std::size_t>(c)];
@@ -20,7 +18,7 @@ double channelOf(const PF_PixelFloat& p, int c) {
 }  // namespace
 
 BlurEffect::BlurEffect(int threads)
-    : host({.threads = threads}), effect(host, ORBEL_BUNDLE), shape(shapePicture()) {
+    : host({.threads = threads}), effect(host, ORBEL_BUNDLE), shape(trial::shapePicture(12, 32)) {
     effect.setUp();
     set("Blur Radius", 5.5);
     setLayer("Custom Blur Shape", shape);
@@ -37,38 +35,13 @@ void BlurEffect::useDepth(std::shared_ptr<const headless::World> map, int layers
 
 std::shared_ptr<headless::World> noisePicture(int width, int height, int bits, unsigned seed) {
     auto world = std::make_shared<headless::World>(width, height, headless::formatOfBits(bits));
-    std::mt19937 random(seed);
+    Noise noise(seed);
+    const auto uniform = [&] { return static_cast<float>(noise.unit()); };
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            const float alpha = random() % 2 == 0 ? 1.0F : uniform(random);
-            const float light = random() % 50 == 0 ? 1.0F : 0.4F;
-            world->set(x, y, {alpha, light * uniform(random), light * uniform(random), light});
-        }
-    }
-    return world;
-}
-
-std::shared_ptr<headless::World> depthPicture(int width, int height) {
-    auto world = std::make_shared<headless::World>(width, height, PF_PixelFormat_ARGB128);
-    std::mt19937 random(7);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            const float ramp = 0.6F * static_cast<float>(x) / static_cast<float>(width);
-            const float step = y > height / 2 ? 0.3F : 0.0F;
-            const float noise = 0.1F * uniform(random);
-            world->set(x, y, {1.0F, ramp + step + noise, 0.1F, 0.2F});
-        }
-    }
-    return world;
-}
-
-std::shared_ptr<headless::World> shapePicture() {
-    constexpr int kSide = 12;
-    auto world = std::make_shared<headless::World>(kSide, kSide, PF_PixelFormat_ARGB128);
-    for (int y = 1; y < kSide - 1; ++y) {
-        for (int x = 1; x < kSide - 1; ++x) {
-            const float weight = static_cast<float>(3 * x + x * y) / 140.0F;
-            world->set(x, y, {y < 4 && x < 5 ? 0.0F : weight, 1, 1, 1});
+            const float alpha = noise.upTo(1) == 0 ? 1.0F : uniform();
+            const float light = noise.upTo(49) == 0 ? 1.0F : 0.4F;
+            world->set(x, y, {alpha, light * uniform(), light * uniform(), light});
         }
     }
     return world;
@@ -86,7 +59,7 @@ void expectPixels(const headless::FrameResult& result, const reference::Scene& s
     ASSERT_EQ(result.status, 0);
     const headless::World& output = *result.output;
     const int bits = headless::bitsOfFormat(output.format());
-    const double step = bits == 32 ? relative : 1.001 / (bits == 8 ? 255 : 32768);
+    const double step = bits == 32 ? relative : 1.001 / (bits == 8 ? PF_MAX_CHAN8 : PF_MAX_CHAN16);
     const double top = bits == 32 ? HUGE_VAL : 1.0;
     const auto expected = reference::render(scene, result.resultRect);
     for (std::size_t i = 0; i < expected.size(); ++i) {

@@ -12,8 +12,8 @@
 
 namespace frame {
 
-// The bundle in a host of its own, set up with a blur of 5.5 pixels in the shape of shapePicture(),
-// so that one kernel pixel covers exactly one pixel of the shape.
+// The bundle in a host of its own, set up with a blur of 5.5 pixels in the shape of a picture of
+// 12 x 12, so that one kernel pixel covers exactly one pixel of it.
 class BlurEffect {
 public:
     explicit BlurEffect(int threads = 2);
@@ -35,10 +35,6 @@ public:
 
 // Noise with all alphas and a few bright points; another seed makes another picture.
 std::shared_ptr<headless::World> noisePicture(int width, int height, int bits, unsigned seed = 1);
-// A ramp with a step and a little noise in the colours, opaque.
-std::shared_ptr<headless::World> depthPicture(int width, int height);
-// 12 x 12, lopsided and empty at its border, so that any turn or mirror shows.
-std::shared_ptr<headless::World> shapePicture();
 
 headless::FrameRequest requestFor(std::shared_ptr<const headless::World> input, int bits);
 

@@ -1,28 +1,38 @@
 #pragma once
 // Reproducible test data.
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-// `count` numbers from -1 to 1, all different.
-inline std::vector<double> noise(std::size_t count, std::uint64_t seed = 1) {
-    std::vector<double> values(count);
-    std::uint64_t state = seed * 0x9e3779b97f4a7c15u;
-    for (double& value : values) {
-        state = state * 6364136223846793005u + 1442695040888963407u;
-        value = static_cast<double>(state >> 11) / 4503599627370496.0 - 1.0;
+// A sequence of random numbers, the same with every standard library.
+class Noise {
+public:
+    explicit Noise(std::uint64_t seed = 1) : state_(seed * 0x9e3779b97f4a7c15u) {}
+
+    // From 0 to below 1.
+    double unit() {
+        state_ = state_ * 6364136223846793005u + 1442695040888963407u;
+        return static_cast<double>(state_ >> 11) / 9007199254740992.0;
     }
-    return values;
+    // A whole number from 0 to `most`.
+    unsigned upTo(unsigned most) { return static_cast<unsigned>(unit() * (most + 1.0)); }
+
+private:
+    std::uint64_t state_;
+};
+
+// Fills `count` numbers with values from -1 to 1, all different.
+inline void fillWithNoise(double* data, std::size_t count, std::uint64_t seed = 1) {
+    Noise noise(seed);
+    for (std::size_t i = 0; i < count; ++i) data[i] = 2.0 * noise.unit() - 1.0;
 }
 
 // The same in the scalars of `count` elements, dead lanes included.
 template <class T>
 std::vector<T> noisyElements(std::size_t count, std::uint64_t seed = 1) {
     constexpr std::size_t kCell = sizeof(T) / sizeof(double);
-    const std::vector<double> values = noise(count * kCell, seed);
     std::vector<T> elements(count);
-    std::copy(values.begin(), values.end(), &elements[0][0]);
+    fillWithNoise(&elements[0][0], count * kCell, seed);
     return elements;
 }

@@ -15,13 +15,13 @@ struct Format;
 template <>
 struct Format<PF_Pixel> {
     static constexpr PF_PixelFormat kCode = PF_PixelFormat_ARGB32;
-    static constexpr double kTop = 255.0;
+    static constexpr double kTop = PF_MAX_CHAN8;
     static constexpr double kTolerance = 0.501;  // the host rounds to whole steps
 };
 template <>
 struct Format<PF_Pixel16> {
     static constexpr PF_PixelFormat kCode = PF_PixelFormat_ARGB64;
-    static constexpr double kTop = 32768.0;
+    static constexpr double kTop = PF_MAX_CHAN16;
     static constexpr double kTolerance = 0.51;
 };
 template <>
