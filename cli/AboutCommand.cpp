@@ -9,9 +9,9 @@ namespace cli {
 
 AboutCommand::AboutCommand(CLI::App& parent, const Invocation& invocation)
     : invocation_(invocation) {
-    app_ = parent.add_subcommand("about", "Print what the effect says about itself");
+    app_ = parent.add_subcommand("about", "Print the effect's version and description");
     app_->allow_extras();
-    app_->add_option("--bundle", bundle_, "file that holds the effect")->type_name("FILE");
+    app_->add_option("--bundle", bundle_, "effect bundle to load")->type_name("FILE");
 }
 
 int AboutCommand::run() {
@@ -19,7 +19,7 @@ int AboutCommand::run() {
     EffectSession session(bundle);
     std::string text = session.effect().about();
     for (char& c : text) {
-        if (c == '\r') c = '\n';  // the interface's line end
+        if (c == '\r') c = '\n';  // the interface's line break
     }
     invocation_.out << text << (text.ends_with('\n') ? "" : "\n") << "Loaded from "
                     << bundle.string() << '\n';

@@ -4,7 +4,7 @@
 
 namespace cli {
 
-// `orbel about`: what the effect says about itself.
+// `orbel about`: prints the effect's about text.
 class AboutCommand : public Command {
 public:
     AboutCommand(CLI::App& parent, const Invocation& invocation);

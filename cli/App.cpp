@@ -65,7 +65,7 @@ std::vector<std::string> longOptions(const CLI::App& app) {
     return names;
 }
 
-// Complains about the first argument that nobody took.
+// Throws for an argument that neither the tool nor its command accepts.
 [[noreturn]] void refuseArgument(const std::string& argument, const std::string& command,
                                  const std::vector<std::string>& known) {
     const bool option = argument.starts_with("-");
@@ -110,13 +110,13 @@ void parse(CLI::App& app, const Invocation& invocation) {
 int runCommand(const Invocation& invocation) {
     const Controls controls = needsControls(invocation) ? declaredControls(invocation) : Controls{};
 
-    CLI::App app("A custom lens blur for pictures.", "orbel");
+    CLI::App app("Custom lens blur for images", "orbel");
     app.set_version_flag("--version", "orbel " ORBEL_VERSION, "print the version");
     app.set_help_flag("-h,--help", "print this help");
     app.allow_extras();
     app.get_formatter()->column_width(40);
     if (controls.failure) {
-        app.footer("The effect's own options can't be listed: " +
+        app.footer("The options of the effect can't be listed: " +
                    std::string(controls.failure->what()));
     }
     const auto commands = makeCommands(app, invocation, controls);
@@ -157,7 +157,7 @@ int runTool(const Invocation& invocation) {
         say("cancelled");
         return kExitInterrupted;
     } catch (const std::bad_alloc&) {
-        say("out of memory; try --downsample 1/2 or a smaller picture");
+        say("out of memory; try --downsample 1/2 or a smaller image");
     } catch (const std::exception& error) {
         say(error.what());
     }

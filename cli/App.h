@@ -4,7 +4,7 @@
 
 namespace cli {
 
-// Runs one command line; gives the exit code. Errors become one line on `err`.
+// Runs one command line and returns the exit code. An error becomes one line on `err`.
 int runTool(const Invocation& invocation);
 
 }  // namespace cli

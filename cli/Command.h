@@ -25,7 +25,7 @@ public:
     Command(const Command&) = delete;
     Command& operator=(const Command&) = delete;
 
-    // Does what the parsed options say; gives the exit code. Throws the types of Errors.h.
+    // Carries out the parsed options and returns the exit code. Throws the types of Errors.h.
     virtual int run() = 0;
     const CLI::App& app() const { return *app_; }
 

@@ -24,19 +24,19 @@ std::string placeText(const pictures::Difference& difference) {
 
 CompareCommand::CompareCommand(CLI::App& parent, const Invocation& invocation)
     : invocation_(invocation) {
-    app_ = parent.add_subcommand(
-        "compare", "Print how far two pictures are apart; exit code 1 above a tolerance");
+    app_ = parent.add_subcommand("compare",
+                                 "Print how much two images differ; exit code 1 above a tolerance");
     app_->allow_extras();
-    app_->add_option("A", first_, "picture, or FILE:LAYER")->required();
-    app_->add_option("B", second_, "picture to compare it with")->required();
+    app_->add_option("A", first_, "image, or FILE:LAYER of a multi-layer EXR")->required();
+    app_->add_option("B", second_, "image to compare it with")->required();
     app_->add_option("--tolerance", tolerance_,
-                     "largest difference that passes, as a share of 1; default 0")
+                     "largest difference allowed per channel, integers as 0..1; default 0")
         ->type_name("T");
 }
 
 int CompareCommand::run() {
     const double tolerance = parseNumber("--tolerance", tolerance_);
-    if (tolerance < 0.0) throw UsageError("--tolerance takes a number from 0 up");
+    if (tolerance < 0.0) throw UsageError("--tolerance takes a number of at least 0");
     pictures::Picture a = pictures::readPicture(first_, pictures::Extent::kEverything);
     pictures::Picture b = pictures::readPicture(second_, pictures::Extent::kEverything);
     if (a.hasAlpha && b.hasAlpha && a.associated != b.associated) {

@@ -5,7 +5,7 @@
 
 namespace cli {
 
-// `orbel compare`: exit code 1 if two pictures differ by more than a tolerance.
+// `orbel compare`: exit code 1 if two images differ by more than a tolerance.
 class CompareCommand : public Command {
 public:
     CompareCommand(CLI::App& parent, const Invocation& invocation);

@@ -17,8 +17,8 @@ constexpr const char* kDepthLayer = "depth-map-layer";
 constexpr const char* kShapeLayer = "custom-blur-shape";
 constexpr const char* kShapeChannel = "Custom Layer Channel";
 
-// What one pixel gives to the shape. `channel` is red, green, blue, alpha (1 to 4) or the mean of
-// the colours; light without alpha doesn't count.
+// What one pixel contributes to the shape. `channel` is red, green, blue, alpha (1 to 4) or the
+// mean of the colours; colour without alpha doesn't count.
 float shapeValue(const float* rgba, int channel) {
     if (channel == 4) return rgba[3];
     if (rgba[3] <= 0.0F) return 0.0F;
@@ -26,14 +26,14 @@ float shapeValue(const float* rgba, int channel) {
     return (rgba[0] + rgba[1] + rgba[2]) / 3.0F;
 }
 
-// An aperture that is black throughout lets no light in, and nothing could be drawn with it.
+// A shape that is black throughout lets no light through, so there would be no image.
 void requireShape(const headless::World& shape, int channel, const std::string& file) {
     const std::vector<float> pixels = pictures::straightPixels(shape);
     for (std::size_t i = 0; i < pixels.size(); i += pictures::kChannels) {
         if (shapeValue(pixels.data() + i, channel) > 0.0F) return;
     }
     throw Failure("the blur shape " + file +
-                  " has no pixels above 0 in its channel; give another picture or "
+                  " has no pixels above 0 in its channel; use another image or "
                   "--custom-layer-channel");
 }
 
@@ -41,18 +41,20 @@ std::shared_ptr<headless::World> readLayer(const std::string& file, pictures::Me
     pictures::Picture picture = pictures::readPicture(file);
     const pictures::Repairs repairs = pictures::repair(picture);
     if (repairs.notFinite > 0) {
-        messages.warn(file + ": " + pictures::counted(repairs.notFinite, "value") +
-                      " not finite; NaN became 0, infinity 65504");
+        messages.warn(file + ": replaced " +
+                      pictures::counted(repairs.notFinite, "non-finite value") +
+                      ", NaN by 0 and infinity by 65504");
     }
     return pictures::makeWorld(picture, pictures::worldBits(picture.type));
 }
 
-// Throws UsageError for options that don't go together or distances that make no range.
+// Throws UsageError for options that exclude each other or distances that form no range.
 void requireConsistent(const pictures::DepthMapping& mapping) {
     const bool one = mapping.near.has_value() || mapping.far.has_value();
     const bool both = mapping.near.has_value() && mapping.far.has_value();
     if (mapping.automatic && one) {
-        throw UsageError("--depth-auto finds near and far itself; drop --depth-near, --depth-far");
+        throw UsageError(
+            "--depth-auto finds near and far itself; leave out --depth-near and --depth-far");
     }
     if (one && !both) throw UsageError("--depth-near and --depth-far belong together; give both");
     if (mapping.inverse && !mapping.maps()) {
@@ -78,16 +80,17 @@ EffectOptions::EffectOptions(std::vector<headless::ParameterInfo> controls)
 void EffectOptions::addTo(CLI::App& app) {
     controls_.addTo(app);
     if (controls_.empty()) return;
-    const std::string group = "Distances in a depth map";
-    app.add_option("--depth-near", near_, "distance that becomes 1, the near end")
+    const std::string group = "Depth map distances";
+    app.add_option("--depth-near", near_, "distance that is mapped to 1, near")
         ->type_name("D")
         ->group(group);
-    app.add_option("--depth-far", far_, "distance that becomes 0, the far end")
+    app.add_option("--depth-far", far_,
+                   "distance that is mapped to 0, far; may be inf with --depth-inverse")
         ->type_name("D")
         ->group(group);
-    app.add_flag("--depth-auto", automatic_, "near and far are the range of the map; prints it")
+    app.add_flag("--depth-auto", automatic_, "take near and far from the map's range, and print it")
         ->group(group);
-    app.add_flag("--depth-inverse", inverse_, "even steps of 1/distance between the two")
+    app.add_flag("--depth-inverse", inverse_, "map 1/distance linearly instead of distance")
         ->group(group);
 }
 
@@ -112,7 +115,7 @@ pictures::DepthMapping EffectOptions::mapping() const {
     mapping.inverse = inverse_;
     requireConsistent(mapping);
     if ((mapping.maps() || inverse_) && !controls_.layer(kDepthLayer)) {
-        throw UsageError("distances are given, but no map: add --depth-map-layer FILE");
+        throw UsageError("the options for distances need a depth map; add --depth-map-layer FILE");
     }
     return mapping;
 }
@@ -140,7 +143,7 @@ void EffectOptions::applyLayer(headless::ParameterSet& parameters, const Setting
 
 void EffectOptions::apply(headless::ParameterSet& parameters, pictures::Messages& messages,
                           std::ostream& out) const {
-    mapping();  // complain about the command line before any file is read
+    mapping();  // report wrong usage before any file is read
     const std::vector<Setting> settings = controls_.settings();
     for (const Setting& setting : settings) {
         if (setting.info.type != PF_Param_LAYER) applySetting(parameters, setting);

@@ -10,8 +10,8 @@
 
 namespace cli {
 
-// Everything on a command line that sets controls of the effect: an option for each, and how the
-// values of a depth map are meant.
+// All options that set controls of the effect: one for each control, and those that say how to read
+// the values of a depth map.
 class EffectOptions {
 public:
     explicit EffectOptions(std::vector<headless::ParameterInfo> controls);
@@ -21,8 +21,8 @@ public:
     bool any() const;
     // The files that the options name, for comparing with the output.
     std::vector<std::string> files() const;
-    // Sets the controls and reads the layers. `out` gets the range that --depth-auto finds. Throws
-    // UsageError for a value that a control can't have, and as the readers do.
+    // Sets the controls and reads the layers. Prints the range that --depth-auto finds to `out`.
+    // Throws UsageError for a value that a control can't have, and what the readers throw.
     void apply(headless::ParameterSet& parameters, pictures::Messages& messages,
                std::ostream& out) const;
 

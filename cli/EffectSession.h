@@ -9,11 +9,11 @@
 
 namespace cli {
 
-// The bundle to load. Throws Failure, with the places that were looked at, if there is none.
+// The bundle to load. Throws Failure, naming the places searched, if there is none.
 std::filesystem::path requireBundle(const std::string& named,
                                     const std::filesystem::path& programFolder);
 
-// A host with the effect set up in it. One at a time.
+// A host with the effect set up in it. Only one can exist at a time.
 class EffectSession {
 public:
     // Throws Failure if the bundle can't be loaded or set up.

@@ -1,5 +1,5 @@
 #pragma once
-// How the tool fails: three thrown types, each with the exit code that the shell sees.
+// The exceptions that end the tool, and the exit code of each.
 
 #include "pictures/Errors.h"
 

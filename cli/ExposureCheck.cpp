@@ -10,7 +10,7 @@ namespace cli {
 namespace {
 
 // The curve is an exponential of this argument. e^35 is about 2^50: next to it, a value of 1 is
-// lost in the 53 bits of a double. e^700 nearly is the largest double.
+// lost in the 53 bits of a double. e^700 is close to the largest double.
 constexpr double kNoisyArgument = 35.0;
 constexpr double kLostArgument = 700.0;
 
@@ -20,7 +20,8 @@ std::optional<double> suitableExposure(double exposure, double threshold, double
     const double span = largest - threshold;
     if (exposure <= 0.0 || span <= 0.0 || exposure * span <= kNoisyArgument) return std::nullopt;
     const double limit = kNoisyArgument / span;
-    // In tenths, as the slider shows it; in two digits where a tenth is already too much.
+    // In tenths, as the slider shows them; in two significant digits if a tenth is already too
+    // much.
     const double step = limit >= 0.1 ? 0.1 : std::pow(10.0, std::floor(std::log10(limit)) - 1.0);
     const double suitable = std::floor(limit / step) * step;
     constexpr double kSmallestSetting = 1.0 / 65536.0;
@@ -34,10 +35,10 @@ void warnAboutExposure(const headless::ParameterSet& parameters, double largestC
     const auto suitable = suitableExposure(exposure, threshold, largestColour);
     if (!suitable) return;
     const bool lost = exposure * (largestColour - threshold) > kLostArgument;
-    messages.warn("Exposure " + pictures::numberText(exposure) + " is too much for colours up to " +
+    messages.warn("Exposure " + pictures::numberText(exposure) + " is too high for colours up to " +
                   pictures::numberText(largestColour) + ": " +
-                  (lost ? "the picture will be lost" : "rounding noise will drown dark places") +
-                  "; the largest that suits is --exposure " + pictures::numberText(*suitable));
+                  (lost ? "the image will be lost" : "rounding noise will drown dark areas") +
+                  "; use at most --exposure " + pictures::numberText(*suitable));
 }
 
 }  // namespace cli

@@ -7,12 +7,12 @@
 
 namespace cli {
 
-// The largest Exposure, in steps that the control shows, with which colours up to `largest` keep
-// their neighbours in a block; none if they do with `exposure`.
+// The largest Exposure, in steps that the control shows, at which colours up to `largest` don't
+// drown the rest of their block; none if `exposure` is low enough.
 std::optional<double> suitableExposure(double exposure, double threshold, double largest);
 
-// Warns where Exposure expands the brightest colour so far that rounding noise drowns the rest of
-// the block, or the number range itself ends.
+// Warns if Exposure expands the brightest colour so far that rounding noise drowns the rest of its
+// block, or that it overflows.
 void warnAboutExposure(const headless::ParameterSet& parameters, double largestColour,
                        pictures::Messages& messages);
 

@@ -70,7 +70,7 @@ PF_RationalScale parseRatio(const std::string& option, const std::string& text) 
 }
 
 pictures::Window parseRegion(const std::string& option, const std::string& text) {
-    constexpr int kMost = 1 << 20;  // far beyond any picture, and sums of two stay small
+    constexpr int kMost = 1 << 20;  // far beyond any image, and two can be added
     std::vector<int> numbers;
     for (const std::string& piece : split(text, ',')) {
         const auto number = wholeTextAs<int>(piece);

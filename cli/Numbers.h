@@ -1,6 +1,6 @@
 #pragma once
-// Numbers as users write them. Each function throws UsageError, naming `option` and the form that
-// is wanted, for a text of another form.
+// Parses numbers of the command line. Each function throws UsageError, naming `option` and the
+// expected form, for any other text.
 
 #include <cstdint>
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace cli {
 
-// A finite decimal number; nothing may follow it.
+// A finite decimal number and nothing else.
 double parseNumber(const std::string& option, const std::string& text);
 // The same, with "inf" for infinity.
 double parseDistance(const std::string& option, const std::string& text);
@@ -22,7 +22,7 @@ PF_RationalScale parseRatio(const std::string& option, const std::string& text);
 pictures::Window parseRegion(const std::string& option, const std::string& text);
 // "WxH", each from 1 to `most`.
 pictures::Window parseSize(const std::string& option, const std::string& text, int most);
-// A count of bytes, with k, M or G behind it for powers of 1024.
+// A number of bytes; the suffixes k, M and G stand for powers of 1024.
 std::uint64_t parseBytes(const std::string& option, const std::string& text);
 
 }  // namespace cli

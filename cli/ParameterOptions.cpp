@@ -42,7 +42,7 @@ std::string lowered(std::string text) {
                      ", not \"" + setting.text + "\"");
 }
 
-// The number of a choice that is named by its text, in any case, or by its number.
+// The number of the choice that the setting names by its text, in any letter case, or its number.
 int choiceNumber(const Setting& setting) {
     const auto& choices = setting.info.choices;
     for (std::size_t i = 0; i < choices.size(); ++i) {
@@ -60,7 +60,7 @@ double boxValue(const Setting& setting) {
     return text == "on" ? 1.0 : 0.0;
 }
 
-// A point's co-ordinate without its percent sign.
+// One coordinate of a point; `percent` means that a percent sign follows it.
 double coordinate(const Setting& setting, const std::string& text, bool percent) {
     try {
         return parseNumber("", percent ? text.substr(0, text.size() - 1) : text);
@@ -103,7 +103,7 @@ std::string choiceList(const ParameterInfo& info) {
     return list;
 }
 
-// Insertions, deletions and replacements that lead from one text to the other.
+// The number of insertions, deletions and replacements that turn one text into the other.
 std::size_t editDistance(const std::string& a, const std::string& b) {
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
@@ -146,7 +146,7 @@ std::string optionName(const ParameterInfo& info) {
 std::string acceptedValues(const ParameterInfo& info) {
     switch (info.type) {
         case PF_Param_LAYER:
-            return "a picture file";
+            return "an image file";
         case PF_Param_POINT:
             return "X,Y in pixels or X%,Y%";
         case PF_Param_CHECKBOX:

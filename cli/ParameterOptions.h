@@ -1,5 +1,5 @@
 #pragma once
-// Options of the command line made from the controls that the effect declares.
+// Command-line options for the controls that the effect declares.
 
 #include <CLI/App.hpp>
 #include <deque>
@@ -12,19 +12,20 @@
 namespace cli {
 
 // The option of a control, without the leading hyphens: the label in lower case with hyphens, such
-// as "blur-radius". "Layer" and "Channel" mean nothing alone and get their group's name in front:
-// "depth-map-layer".
+// as "blur-radius". "Layer" and "Channel" mean nothing by themselves and are preceded by the name
+// of their group: "depth-map-layer".
 std::string optionName(const headless::ParameterInfo& info);
 
-// What a control takes, for help texts: "0 to 500", "on or off", "normal (1) or split (2)".
+// What a control accepts, for help texts: "a number from 0.0 to 500.0", "on or off",
+// "normal (1) or split (2)".
 std::string acceptedValues(const headless::ParameterInfo& info);
 // Its default as a user would write it.
 std::string defaultText(const headless::ParameterInfo& info);
 
-// "--blur-radius" for a misspelt "--blur-raduis"; empty if none of `known` comes near.
+// "--blur-radius" for a misspelt "--blur-raduis"; empty if none of `known` is close.
 std::string nearestOption(const std::string& unknown, const std::vector<std::string>& known);
 
-// A value as it stood on the command line.
+// A value as given on the command line.
 struct Setting {
     headless::ParameterInfo info;
     std::string text;
@@ -40,7 +41,7 @@ public:
 
     // Adds an option for each control that has a value. This object must outlive the app.
     void addTo(CLI::App& app);
-    // What was given, in the controls' order.
+    // The settings given, in the order of the controls.
     std::vector<Setting> settings() const;
     // The setting of the layer with this option name, if it was given.
     std::optional<Setting> layer(const std::string& option) const;

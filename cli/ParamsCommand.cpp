@@ -43,7 +43,7 @@ const char* typeName(PF_ParamType type) {
     }
 }
 
-// What the control can be: the range, the choices or the box text.
+// What the control accepts: its range, its choices, or on and off with the checkbox text.
 std::string valuesText(const ParameterInfo& info) {
     if (info.hasRange) return info.rangeText();
     if (info.type == PF_Param_CHECKBOX) {
@@ -54,7 +54,7 @@ std::string valuesText(const ParameterInfo& info) {
     return list;
 }
 
-// The default as the table's other columns write it.
+// The default in the notation of the table's other columns.
 std::string shownDefault(const ParameterInfo& info) {
     if (!info.hasValue()) return "";
     if (info.choices.empty()) return defaultText(info);
@@ -132,16 +132,15 @@ ParamsCommand::ParamsCommand(CLI::App& parent, const Invocation& invocation,
     : invocation_(invocation), effectOptions_(controls) {
     app_ = parent.add_subcommand("params", "List the effect's controls");
     app_->allow_extras();
-    app_->add_flag("--json", json_, "as JSON");
-    app_->add_flag("--state", state_,
-                   "with those greyed out that have no effect under the options below");
-    app_->add_option("--bundle", bundle_, "file that holds the effect")->type_name("FILE");
+    app_->add_flag("--json", json_, "print JSON");
+    app_->add_flag("--state", state_, "mark controls that are greyed out with the options below");
+    app_->add_option("--bundle", bundle_, "effect bundle to load")->type_name("FILE");
     effectOptions_.addTo(*app_);
 }
 
 int ParamsCommand::run() {
     if (!state_ && effectOptions_.any()) {
-        throw UsageError("options of the effect make sense with --state only; add it");
+        throw UsageError("options of the effect make sense only with --state; add it");
     }
     EffectSession session(requireBundle(bundle_, invocation_.programFolder));
     headless::Effect& effect = session.effect();
@@ -150,7 +149,8 @@ int ParamsCommand::run() {
         effectOptions_.apply(effect.parameters(), silent, invocation_.out);
         const PF_Err status = effect.updateParamsUI();
         if (status != PF_Err_NONE) {
-            throw Failure("the effect can't tell its state (code " + std::to_string(status) + ")");
+            throw Failure("the effect could not update its controls (code " +
+                          std::to_string(status) + ")");
         }
     }
     if (json_) {

@@ -6,14 +6,14 @@
 
 namespace cli {
 
-// The text of a bar: "[#####     ]  50 %  0:12 left". `done` is in 0..1; the time left is shown
-// once anything is done.
+// The text of the progress bar: "[#####     ]  50 %  0:12 left". `done` is in 0..1; the remaining
+// time is shown once `done` is above 0.
 std::string progressText(double done, std::chrono::duration<double> elapsed);
 
-// A bar in one line of a terminal, redrawn in place at most ten times a second.
+// A progress bar in one line of a terminal, redrawn in place at most ten times a second.
 class Progress {
 public:
-    // Draws nothing at all when `visible` is false.
+    // Draws nothing if `visible` is false.
     Progress(std::ostream& stream, bool visible);
     // Clears the line.
     ~Progress();

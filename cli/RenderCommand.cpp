@@ -28,7 +28,7 @@ namespace cli {
 namespace {
 
 constexpr int kMostThreads = 1024;
-// More than any blur reaches; the effect itself says how far the result grows.
+// More than the reach of any blur; the effect itself reports how far the result grows.
 constexpr int kOverscanRoom = 32768;
 
 int parseBits(const std::string& text) {
@@ -56,7 +56,7 @@ void requireOtherFile(const std::string& output, const std::vector<std::string>&
     for (const std::string& input : inputs) {
         std::error_code ignored;
         if (fs::equivalent(pictures::parseSourceName(input).file, output, ignored)) {
-            throw UsageError(output + " is read and can't be the output; name another with -o");
+            throw UsageError(output + " is an input and can't be the output; name another with -o");
         }
     }
 }
@@ -64,8 +64,9 @@ void requireOtherFile(const std::string& output, const std::vector<std::string>&
 void tellRepairs(const pictures::Picture& picture, const pictures::Repairs& repairs,
                  pictures::Messages& messages) {
     if (repairs.notFinite > 0) {
-        messages.warn(picture.name + ": " + pictures::counted(repairs.notFinite, "value") +
-                      " not finite; NaN became 0, infinity 65504");
+        messages.warn(picture.name + ": replaced " +
+                      pictures::counted(repairs.notFinite, "non-finite value") +
+                      ", NaN by 0 and infinity by 65504");
     }
     if (repairs.lightWithoutAlpha > 0) {
         messages.warn(picture.name + ": " + pictures::counted(repairs.lightWithoutAlpha, "pixel") +
@@ -88,11 +89,12 @@ void tellLeftOut(const pictures::Picture& picture, pictures::Messages& messages)
         messages.note("not carried over from " + picture.name + ": " + firstFew(picture.leftOut));
     }
     if (picture.cropped) {
-        messages.note(picture.name + " has pixels outside its display window; they are not used");
+        messages.note(picture.name +
+                      " has overscan; pixels outside its display window are not used");
     }
 }
 
-// The picture to blur, in order, with everything said about it.
+// Reads the input, repairs bad values and reports what was changed or left out.
 pictures::Picture readInput(const std::string& name, pictures::Messages& messages) {
     pictures::Picture picture = pictures::readPicture(name);
     tellRepairs(picture, pictures::repair(picture), messages);
@@ -100,7 +102,7 @@ pictures::Picture readInput(const std::string& name, pictures::Messages& message
     return picture;
 }
 
-// A rectangle of the full picture in pixels of the downsample, rounded outwards.
+// A rectangle of the full-resolution image in pixels of the downsample, rounded outwards.
 PF_LRect scaledRect(const pictures::Window& window, PF_RationalScale scale) {
     const double factor = static_cast<double>(scale.num) / scale.den;
     const auto low = [&](int edge) { return static_cast<A_long>(std::floor(edge * factor)); };
@@ -108,7 +110,7 @@ PF_LRect scaledRect(const pictures::Window& window, PF_RationalScale scale) {
     return {low(window.left), low(window.top), high(window.right), high(window.bottom)};
 }
 
-// What to ask the effect for. Without overscan it stays inside the layer.
+// The rectangle to request from the effect. Without overscan it stays inside the layer.
 PF_LRect wantedRect(const RenderPlan& plan, const pictures::Picture& picture, bool keepOverscan) {
     const pictures::Window layer{0, 0, picture.width(), picture.height()};
     const pictures::Window room{-kOverscanRoom, -kOverscanRoom, layer.right + kOverscanRoom,
@@ -116,9 +118,8 @@ PF_LRect wantedRect(const RenderPlan& plan, const pictures::Picture& picture, bo
     pictures::Window wanted = plan.region.value_or(keepOverscan ? room : layer);
     if (!keepOverscan) wanted = intersection(wanted, layer);
     if (wanted.empty()) {
-        throw UsageError("--region lies outside the picture, which has " +
-                         std::to_string(layer.right) + "x" + std::to_string(layer.bottom) +
-                         " pixels");
+        throw UsageError("--region is outside the image, which has " + std::to_string(layer.right) +
+                         "x" + std::to_string(layer.bottom) + " pixels");
     }
     return scaledRect(wanted, plan.scale);
 }
@@ -129,8 +130,8 @@ PF_RationalScale pixelAspect(const RenderPlan& plan, const pictures::Picture& pi
     return pictures::aspectRatio(pictures::pixelAspectOf(picture), picture.name, messages);
 }
 
-// Integer worlds end at 1: brighter light is lost, and so is what is brighter than its alpha
-// allows.
+// Integer worlds hold straight colours up to 1: brighter light is clipped, and so is an associated
+// colour above its alpha.
 void warnAboutClipping(const pictures::Picture& picture, int bits, pictures::Messages& messages) {
     if (bits == 32) return;
     std::size_t above = 0;
@@ -141,21 +142,20 @@ void warnAboutClipping(const pictures::Picture& picture, int bits, pictures::Mes
     }
     if (above == 0) return;
     messages.warn(picture.name + ": " + pictures::counted(above, "pixel") + " too bright for " +
-                  std::to_string(bits) + " bits, clipped; render with --bits 32 to keep the light");
+                  std::to_string(bits) + " bits, clipped; use --bits 32 to keep the highlights");
 }
 
 void tellWhetherItGrows(const headless::ParameterSet& parameters, pictures::Messages& messages) {
     if (parameters.value(parameters.find("Edge Behavior")) == 0.0) return;
     messages.note(
-        "--keep-overscan changes nothing while edges are repeated; add "
-        "--edge-behavior off");
+        "--keep-overscan has no effect while edge pixels are repeated; add --edge-behavior off");
 }
 
 std::string ofEffect(const headless::FrameResult& result) {
     return result.message.empty() ? "" : " (" + result.message + ")";
 }
 
-// Turns what a frame ended with into the tool's own failures.
+// Throws unless the frame was rendered.
 void requireRendered(const headless::FrameResult& result) {
     if (result.status == PF_Interrupt_CANCEL) throw Interrupted{};
     pictures::throwIfInterrupted();
@@ -168,7 +168,7 @@ void requireRendered(const headless::FrameResult& result) {
                       ofEffect(result));
     }
     if (!result.rendered || result.output == nullptr || result.outputUntouched) {
-        throw Failure("the effect gave no picture" + ofEffect(result) +
+        throw Failure("the effect rendered no image" + ofEffect(result) +
                       "; check --region and --downsample");
     }
 }
@@ -176,7 +176,7 @@ void requireRendered(const headless::FrameResult& result) {
 void warnAboutBooks(const headless::Host& host, pictures::Messages& messages) {
     const headless::Accounts accounts = host.accounts();
     if (accounts.clean()) return;
-    messages.warn("the effect did not keep its side of the interface: " + accounts.describe());
+    messages.warn("the effect misused the host's interface: " + accounts.describe());
 }
 
 void printStats(std::ostream& out, double seconds, const headless::Host& host) {
@@ -195,35 +195,40 @@ void printStats(std::ostream& out, double seconds, const headless::Host& host) {
 RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
                              const std::vector<headless::ParameterInfo>& controls)
     : invocation_(invocation), effectOptions_(controls) {
-    app_ = parent.add_subcommand("render", "Blur a picture");
+    app_ = parent.add_subcommand("render", "Blur an image");
     app_->allow_extras();
     addOptions();
     effectOptions_.addTo(*app_);
 }
 
 void RenderCommand::addOptions() {
-    app_->add_option("INPUT", input_, "picture to blur, or FILE:LAYER of a multi-layer EXR")
+    app_->add_option("INPUT", input_, "image to blur, or FILE:LAYER of a multi-layer EXR")
         ->required();
-    app_->add_option("-o,--output", output_, "picture to write; the suffix says which format")
+    app_->add_option("-o,--output", output_, "image to write; the suffix selects the format")
         ->type_name("FILE")
         ->required();
-    app_->add_option("--bundle", bundle_, "file that holds the effect")->type_name("FILE");
-    app_->add_option("--region", region_, "render just this, in pixels of the full picture")
+    app_->add_option("--bundle", bundle_, "effect bundle to load")->type_name("FILE");
+    app_->add_option("--region", region_, "render only this part, in full-resolution pixels")
         ->type_name("X,Y,W,H");
-    app_->add_option("--downsample", downsample_, "shrink everything, as for a preview")
+    app_->add_option("--downsample", downsample_,
+                     "render at reduced resolution, such as 1/2 for a preview")
         ->type_name("N/D");
     app_->add_option("--bits", bits_,
-                     "bits a channel to render with, 8, 16 or 32; default: those of the input")
+                     "bits per channel to render with: 8, 16 or 32; default: those of the input")
         ->type_name("BITS");
-    app_->add_option("--threads", threads_, "default: one for each processor")->type_name("N");
-    app_->add_option("--pixel-aspect", pixelAspect_, "width to height of a pixel, 1 or more")
+    app_->add_option("--threads", threads_, "threads to render with; default: one per processor")
+        ->type_name("N");
+    app_->add_option("--pixel-aspect", pixelAspect_,
+                     "pixel width relative to height, at least 1; default: that of the input")
         ->type_name("N/D");
-    app_->add_option("--memory-limit", memoryLimit_, "host memory that the effect may use")
+    app_->add_option("--memory-limit", memoryLimit_,
+                     "host memory that the effect may use, such as 900M")
         ->type_name("BYTES");
     app_->add_flag("--keep-overscan", keepOverscan_,
-                   "let the picture grow by the blur (with --edge-behavior off)");
-    app_->add_flag("--quiet", quiet_, "print errors alone");
-    app_->add_flag("--stats", stats_, "print seconds, threads and the peak of host memory");
+                   "grow the image, in EXR its data window, by the blur's reach; needs "
+                   "--edge-behavior off");
+    app_->add_flag("--quiet", quiet_, "print only errors");
+    app_->add_flag("--stats", stats_, "print seconds, threads and peak host memory");
 }
 
 RenderPlan RenderCommand::plan() const {
@@ -241,7 +246,7 @@ RenderPlan RenderCommand::plan() const {
     return plan;
 }
 
-// Finds out before a long render that its result couldn't be written.
+// Detects before a long render that its result couldn't be written.
 void RenderCommand::checkOutput() const {
     pictures::formatOf(output_);
     std::vector<std::string> inputs = effectOptions_.files();

@@ -10,16 +10,16 @@
 
 namespace cli {
 
-// The numbers of a render's command line, checked.
+// The numbers of a render's command line, validated.
 struct RenderPlan {
-    PF_RationalScale scale{1, 1};            // of the downsample
-    std::optional<pictures::Window> region;  // in pixels of the full picture
+    PF_RationalScale scale{1, 1};            // of the downsample, at most 1
+    std::optional<pictures::Window> region;  // in full-resolution pixels
     std::optional<int> bits;
     std::optional<PF_RationalScale> pixelAspect;
     headless::HostOptions host;
 };
 
-// `orbel render`: blurs a picture file.
+// `orbel render`: blurs an image file.
 class RenderCommand : public Command {
 public:
     RenderCommand(CLI::App& parent, const Invocation& invocation,

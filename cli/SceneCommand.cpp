@@ -20,8 +20,7 @@ constexpr int kLargestSide = 16384;
 void requireExr(const std::string& file) {
     if (!pictures::formatOf(file).windows) {
         throw UsageError(file +
-                         " must end in .exr: the lights are brighter than other formats "
-                         "hold");
+                         " must end in .exr: the lights are brighter than other formats can hold");
     }
     pictures::requireWritable(file);
 }
@@ -32,7 +31,7 @@ OIIO::ImageSpec exrSpec(const scene::Scene& picture, std::vector<std::string> ch
                               type);
     imageSpec.channelnames = std::move(channels);
     imageSpec.attribute("compression", "zip");
-    // The encoder would write the present time, and two runs would give two files.
+    // Otherwise the encoder writes the current time, and no two runs produce the same file.
     imageSpec.attribute("DateTime", "2000:01:01 00:00:00");
     return imageSpec;
 }
@@ -41,11 +40,12 @@ OIIO::ImageSpec exrSpec(const scene::Scene& picture, std::vector<std::string> ch
 
 SceneCommand::SceneCommand(CLI::App& parent, const Invocation& invocation)
     : invocation_(invocation) {
-    app_ = parent.add_subcommand("scene", "Write a picture of a street at night, to blur it");
+    app_ = parent.add_subcommand("scene", "Write a test image: a street at night");
     app_->allow_extras();
-    app_->add_option("OUTPUT", output_, "EXR file to write")->type_name("FILE.exr")->required();
-    app_->add_option("--size", size_, "in pixels; default 1920x1080")->type_name("WxH");
-    app_->add_option("--depth", depth_, "write its distances too, as channel Z")
+    app_->add_option("OUTPUT", output_, "image to write")->type_name("FILE.exr")->required();
+    app_->add_option("--size", size_, "size in pixels; default 1920x1080")->type_name("WxH");
+    app_->add_option("--depth", depth_,
+                     "also write a depth map with distances in metres, channel Z")
         ->type_name("FILE.exr");
 }
 
@@ -56,7 +56,8 @@ int SceneCommand::run() {
         requireExr(depth_);
         if (std::filesystem::weakly_canonical(output_) ==
             std::filesystem::weakly_canonical(depth_)) {
-            throw UsageError("the picture and its depth need two files; name another with --depth");
+            throw UsageError(
+                "the image and its depth map need two files; name another with --depth");
         }
     }
     const scene::Scene street =

@@ -4,7 +4,7 @@
 
 namespace cli {
 
-// `orbel scene`: writes the procedural picture and its depth map.
+// `orbel scene`: writes the procedural test image and its depth map.
 class SceneCommand : public Command {
 public:
     SceneCommand(CLI::App& parent, const Invocation& invocation);

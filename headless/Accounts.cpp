@@ -10,7 +10,7 @@ std::string line(const Outstanding& item) {
     std::string text = std::to_string(item.count) + " x " + item.kind + " \"" + item.name + "\"";
     if (item.bytes > 0) text += ", " + std::to_string(item.bytes) + " bytes";
     if (item.locks > 0) text += ", " + std::to_string(item.locks) + " locks";
-    return text + " not given back\n";
+    return text + " not returned\n";
 }
 
 }  // namespace

@@ -84,7 +84,7 @@ void Effect::setDown() {
     call(sequence, PF_Cmd_SEQUENCE_SETDOWN, sequenceData_, out, nullptr, nullptr, nullptr);
     sequenceData_ = nullptr;
 
-    // From here on the record is the effect's again: if it stays, the accounts show it.
+    // From here on the effect owns the record again: if it isn't freed, the accounts list it.
     if (globalData_) host_.state().handles.name(globalData_, "global data", false);
     CallContext global = mainContext(PF_Cmd_GLOBAL_SETDOWN);
     call(global, PF_Cmd_GLOBAL_SETDOWN, nullptr, out, nullptr, nullptr, nullptr);
@@ -124,7 +124,7 @@ PF_Err Effect::sendSequence(PF_Cmd command, PF_Handle in, PF_Handle& out) {
     PF_OutData answer{};
     answer.sequence_data = out;
     const PF_Err status = call(context, command, in, answer, nullptr, nullptr, nullptr);
-    // What stands in the record belongs to the host now.
+    // The handle in the record belongs to the host now.
     out = answer.sequence_data;
     if (out) host_.state().handles.name(out, "sequence data", true);
     return status;

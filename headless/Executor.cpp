@@ -13,8 +13,8 @@ namespace headless {
 
 namespace {
 
-// Chunks for each thread index. More of them balance uneven items better and notice a cancel
-// earlier; fewer of them keep the cost of a chunk (two loads) out of sight.
+// Chunks per thread index. More of them balance uneven items better and notice a cancel earlier;
+// fewer of them keep the cost of a chunk (two loads) negligible.
 constexpr std::int32_t kChunksPerThread = 64;
 
 // One running iteration, shared by its threads.
@@ -111,7 +111,7 @@ bool hasExecutor(ExecutorKind kind) {
 
 std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int threads) {
     const int count = threadsOrAll(threads);
-    if (!hasExecutor(kind)) throw std::invalid_argument("executor not part of this build");
+    if (!hasExecutor(kind)) throw std::invalid_argument("this build doesn't contain the executor");
 #ifdef ORBEL_HAS_TBB
     if (kind == ExecutorKind::kTbb) return makeTbbExecutor(count);
 #endif

@@ -13,7 +13,7 @@ namespace headless {
 class Executor {
 public:
     virtual ~Executor() = default;
-    // How many bodies can run at one time.
+    // How many bodies can run at the same time.
     virtual int threads() const = 0;
     // Calls body(t) once for each t from 0 to count - 1 and blocks until all have returned. May be
     // called on several threads at once. `body` must not throw.
@@ -22,7 +22,7 @@ public:
 
 enum class ExecutorKind { kTbb, kThreads };
 
-// What this build uses where nothing else is said.
+// What this build uses by default.
 ExecutorKind defaultExecutor();
 // Whether this build contains `kind`.
 bool hasExecutor(ExecutorKind kind);
@@ -32,14 +32,14 @@ std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int threads);
 
 // Calls fn(refcon, thread, i, iterations) for each i, as AEGP_IterateGeneric does.
 //
-// The range is cut into chunks, and chunk c goes to thread index c mod T, in ascending order: with
-// one number of threads T each index sees the same items in the same order every time, so sums kept
-// for each thread have the same bits.
+// The range is divided into chunks, and chunk c goes to thread index c mod T, in ascending order.
+// For a given number of threads T each index sees the same items in the same order every time, so
+// per-thread sums have the same bits.
 //
 // The result is that of the failing item with the lowest i, as if the items had run one after the
-// other: every item below it has run. An `int` thrown by the item counts as a failure and is thrown
-// again on the calling thread. Any other exception ends the process. If `cancel` becomes true, no
-// new chunk is begun, and the result is 517 unless an item failed or all were done.
+// other: every item below it has run. An `int` thrown by the item counts as a failure and is
+// rethrown on the calling thread. Any other exception ends the process. If `cancel` becomes true,
+// no new chunk is started, and the result is 517 unless an item failed or all were done.
 A_Err iterate(Executor& executor, std::int32_t iterations, void* refcon, AEGP_IterateFunction fn,
               const std::atomic<bool>* cancel = nullptr);
 

@@ -1,5 +1,5 @@
 #pragma once
-// Deliberate failures of host operations, to see what the effect makes of them.
+// Deliberate failures of host operations, to test how the effect handles them.
 
 #include <array>
 #include <atomic>
@@ -14,8 +14,8 @@ namespace headless {
 
 // Every operation that the host offers to the effect.
 enum class Operation {
-    kNewHandle,   // gives null
-    kLockHandle,  // gives null
+    kNewHandle,   // returns null
+    kLockHandle,  // returns null
     kAcquireSuite,
     kCheckoutParam,
     kCheckinParam,
@@ -42,26 +42,26 @@ inline constexpr std::size_t kOperations =
 // All functions may be called from any thread.
 class Failures {
 public:
-    // Lets `times` calls of `operation` fail with `code`, from the k-th counted from now (k >= 1).
-    // A second rule for the same operation replaces the first.
+    // Makes `times` calls of `operation` fail with `code`, starting with the k-th from now (k >=
+    // 1). A second rule for the same operation replaces the first.
     void failAt(Operation operation, std::int64_t k, PF_Err code = PF_Err_BAD_CALLBACK_PARAM,
                 std::int64_t times = 1);
-    // The same for acquisitions of the suite `name` alone, whatever its version.
+    // The same for acquisitions of the suite `name` only, in any version.
     void failSuite(const std::string& name, std::int64_t k = 1,
                    PF_Err code = PF_Err_INVALID_CALLBACK, std::int64_t times = kAlways);
-    // Makes the k-th handle from now smaller than asked for: half the size.
+    // Makes the k-th handle from now half as large as requested.
     void shrinkHandleAt(std::int64_t k);
-    // Takes all rules back and sets all counts to zero.
+    // Removes all rules and sets all counts to zero.
     void clear();
 
-    // Calls of `operation` since the last clear(). Sampling is counted only while a rule for it
-    // stands, since a shared counter would cost more than the sample.
+    // Calls of `operation` since the last clear(). Sampling is counted only while there is a rule
+    // for it, since a shared counter would cost more than the sample.
     std::int64_t count(Operation operation) const;
 
-    // Counts one call; gives the code to fail with, or 0.
+    // Counts one call and returns the code to fail with, or 0.
     PF_Err check(Operation operation);
     PF_Err checkSuite(const std::string& name);
-    // Whether the handle at hand is to be smaller; called once for each new handle.
+    // Whether to make the new handle smaller; called once for each.
     bool shrinksHandle();
 
     static constexpr std::int64_t kAlways = INT64_MAX;

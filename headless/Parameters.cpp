@@ -44,7 +44,7 @@ void takeRange(ParameterInfo& info, const Slider& slider, double scale) {
     info.defaultValue = slider.dephault / scale;
 }
 
-// What the type-dependent part of the definition says. False for an unknown type.
+// Reads the type-dependent part of the definition. False for an unknown type.
 bool takeDetails(ParameterInfo& info, const PF_ParamDef& def) {
     switch (def.param_type) {
         case PF_Param_LAYER:
@@ -90,11 +90,11 @@ std::string nameOf(const ParameterInfo& info) {
 }
 
 void requireWhole(const ParameterInfo& info, double value) {
-    if (value != std::floor(value)) refuse(info, info.format(value) + " is no whole number");
+    if (value != std::floor(value)) refuse(info, info.format(value) + " is not a whole number");
 }
 
 void requireRange(const ParameterInfo& info, double value) {
-    // The limits are truncated to 16.16, so the decimal that the user knows may lie just outside.
+    // The limits are truncated to 16.16, so the decimal that users see may be just outside.
     constexpr double slack = 1.0 / kFixedOne;
     if (value >= info.validMin - slack && value <= info.validMax + slack) return;
     char text[64];
@@ -120,16 +120,16 @@ void validate(const ParameterInfo& info, double value) {
         case PF_Param_ANGLE:
             return;
         case PF_Param_CHECKBOX:
-            if (value != 0 && value != 1) refuse(info, "a box is 0 or 1");
+            if (value != 0 && value != 1) refuse(info, "a checkbox is 0 or 1");
             return;
         case PF_Param_POPUP:
             requireWhole(info, value);
             if (value < 1 || value > static_cast<double>(info.choices.size())) {
-                refuse(info, "there are choices 1 to " + std::to_string(info.choices.size()));
+                refuse(info, "the choices are 1 to " + std::to_string(info.choices.size()));
             }
             return;
         default:
-            refuse(info, "has no single number");
+            refuse(info, "does not take a single number");
     }
 }
 
@@ -207,7 +207,7 @@ const ParameterSet::Entry& ParameterSet::entry(int index) const {
 
 ParameterSet::Entry& ParameterSet::entryOfType(int index, PF_ParamType type) {
     Entry& found = entry(index);
-    if (found.info.type != type) refuse(found.info, "is of another type");
+    if (found.info.type != type) refuse(found.info, "has another type");
     return found;
 }
 
@@ -265,7 +265,7 @@ void ParameterSet::setPointPercent(int index, double x, double y) {
 
 void ParameterSet::setLayer(int index, std::shared_ptr<const World> layer) {
     Entry& target = entryOfType(index, PF_Param_LAYER);
-    if (index == 0) throw ParameterError("the input layer comes with the frame");
+    if (index == 0) throw ParameterError("the input layer is part of the frame request");
     target.layer = std::move(layer);
 }
 
@@ -275,7 +275,7 @@ void ParameterSet::setKeys(int index, std::vector<Keyframe> keys) {
     if (!about.canVary() && keys.size() > 1) refuse(about, "can't vary in time");
     if (keys.empty()) refuse(about, "no keys");
     for (std::size_t i = 0; i < keys.size(); ++i) {
-        if (keys[i].time.scale == 0) refuse(about, "a key without a time");
+        if (keys[i].time.scale == 0) refuse(about, "a key without a time scale");
         if (i > 0 && seconds(keys[i - 1].time) >= seconds(keys[i].time)) {
             refuse(about, "keys out of order");
         }
@@ -324,7 +324,7 @@ PF_ParamDef ParameterSet::evaluate(int index, A_Time time, const Geometry& geome
         case PF_Param_ANGLE:
             def.u.ad.value = toFixed(at.x);
             break;
-        // Boxes and choices don't run through the values between two keys.
+        // Checkboxes and popups don't take the values between two keys.
         case PF_Param_CHECKBOX:
             def.u.bd.value = at.x < 1 ? 0 : 1;
             break;

@@ -1,5 +1,5 @@
 #pragma once
-// The effect's controls: how it declared them, and the values they have.
+// The effect's controls: their declarations and their values.
 
 #include <memory>
 #include <stdexcept>
@@ -25,7 +25,7 @@ struct ParameterInfo {
     int id = 0;     // the number under which projects store it
     PF_ParamType type = PF_Param_LAYER;
     std::string label;
-    std::string group;  // label of the group that it stands in, or empty
+    std::string group;  // label of the enclosing group, or empty
     std::string boxText;
     std::vector<std::string> choices;  // of a popup; values count from 1
     bool hasRange = false;
@@ -48,15 +48,15 @@ struct ParameterInfo {
     std::string rangeText() const;
 };
 
-// A value at a time; between two keys the value goes along a straight line, before the first and
-// behind the last it stays. `y` is for points only.
+// A value at a time. Between two keys the value is interpolated linearly; before the first and
+// after the last it is constant. `y` is only for points.
 struct Keyframe {
     A_Time time{0, 1};
     double value = 0;
     double y = 0;
 };
 
-// The full-resolution size of the frame at hand and its reduction: what points depend on.
+// The frame's size at full resolution and its downsample, on which points depend.
 struct Geometry {
     int width = 0;
     int height = 0;
@@ -64,26 +64,27 @@ struct Geometry {
     PF_RationalScale y{1, 1};
 };
 
-// All controls of one effect instance. Copyable; a copy has values of its own and shares layers.
-// Functions that take an index throw ParameterError if there is no such control or it is of
-// another type, or if the value is outside its range.
+// All controls of one effect instance. Copyable; a copy has its own values and shares the layers.
+// Functions that take an index throw ParameterError if there is no such control, if it has another
+// type, or if the value is outside its range.
 class ParameterSet {
 public:
     // Starts with the input layer at index 0.
     ParameterSet();
 
-    // Adds a control; everything is copied. False for a type that the host doesn't know.
+    // Adds a control, copying all of `def`. False for a type that the host doesn't know.
     bool declare(const PF_ParamDef& def);
 
     int size() const { return static_cast<int>(entries_.size()); }
     const ParameterInfo& info(int index) const;
     // The controls after the input layer, groups included.
     std::vector<ParameterInfo> infos() const;
-    // The index of the control with this label, in any letter case; "Group/Label" where a label
-    // occurs twice. Throws ParameterError for an unknown or ambiguous name.
+    // The index of the control with this label, in any letter case; "Group/Label" if a label occurs
+    // twice. Throws ParameterError for an unknown or ambiguous name.
     int find(std::string_view label) const;
 
-    // Sliders, angles, boxes (0 or 1) and popups (from 1); integers must be whole.
+    // For sliders, angles, checkboxes (0 or 1) and popups (from 1); integer controls take only
+    // whole numbers.
     void set(int index, double value);
     void set(std::string_view label, double value) { set(find(label), value); }
     // A popup by the text of its choice, in any letter case.
@@ -91,22 +92,22 @@ public:
     // A point in pixels of the layer at full resolution, or in percent of the layer.
     void setPoint(int index, double x, double y);
     void setPointPercent(int index, double x, double y);
-    // A layer at full resolution, in whatever format; null for none.
+    // A layer at full resolution, in any format; null for none.
     void setLayer(int index, std::shared_ptr<const World> layer);
-    // Keys in ascending time; refused for controls that can't vary.
+    // Keys in ascending time; controls that can't vary take only one.
     void setKeys(int index, std::vector<Keyframe> keys);
     void reset(int index);  // back to the default
 
     double value(int index, A_Time time = {0, 1}) const;
     std::shared_ptr<const World> layer(int index) const;
 
-    // The definition with its value at `time`, as a check-out gives it; a layer's record is zeros,
-    // its pixels are the caller's matter.
+    // The definition with its value at `time`, as a check-out returns it. A layer's record is zero:
+    // the caller adds the pixels.
     PF_ParamDef evaluate(int index, A_Time time, const Geometry& geometry) const;
 
     // Whether the effect greyed the control out.
     bool disabled(int index) const;
-    // Takes over the appearance that the effect gave; false for an unknown index.
+    // Stores the appearance that the effect requested; false for an unknown index.
     bool setUiFlags(int index, PF_ParamUIFlags flags);
 
 private:

@@ -1,4 +1,4 @@
-// Reduces a picture as a preview at a lower resolution needs it.
+// Reduces an image for a preview at a lower resolution.
 
 #include <algorithm>
 #include <cmath>
@@ -11,8 +11,8 @@ namespace headless {
 
 namespace {
 
-// The source pixels that one reduced pixel covers along one axis: from first to first + count - 1,
-// where the outer two may be covered in part.
+// The source pixels that one reduced pixel covers along one axis, first to first + count - 1; the
+// outer two may be covered partially.
 struct Span {
     int first = 0;
     int last = -1;
@@ -56,11 +56,11 @@ PF_PixelFloat meanOver(const World& source, const Span& across, const Span& down
 
 void checkScale(PF_RationalScale scale) {
     if (scale.num < 1 || scale.den < 1 || static_cast<std::uint32_t>(scale.num) > scale.den) {
-        throw std::invalid_argument("a downsample factor lies between 0 and 1");
+        throw std::invalid_argument("a downsample factor must be above 0 and at most 1");
     }
 }
 
-// Full resolution: the pixels pass as they are, colour without alpha too.
+// Full resolution: all pixels are copied unchanged, including colour without alpha.
 void copyRect(const World& source, World& target) {
     const PF_LRect rect = target.rect();
     const int pixel = bytesPerPixel(source.format());

@@ -1,4 +1,4 @@
-// Takes one frame through PF_Cmd_SMART_PRE_RENDER and PF_Cmd_SMART_RENDER.
+// Renders one frame with PF_Cmd_SMART_PRE_RENDER and PF_Cmd_SMART_RENDER.
 
 #include <stdexcept>
 
@@ -47,7 +47,7 @@ PF_RenderRequest renderRequest(const FrameRequest& request) {
     return wanted;
 }
 
-// The two commands share one context, so that `effect_ref` names the same frame in both.
+// The two commands share one context, so that `effect_ref` identifies the same frame in both.
 class FrameSession {
 public:
     FrameSession(HostState& hostState, const FrameRequest& frameRequest, const ParameterSet& own,
@@ -86,12 +86,12 @@ private:
         result_.resultRect = preOutput_.result_rect;
         result_.maxResultRect = preOutput_.max_result_rect;
 
-        // Name the record in the accounts: the effect keeps it from here on.
+        // Name the record in the accounts: the effect owns it from here on.
         const PF_Handle record = host_.handles.containing(preOutput_.pre_render_data);
         if (record) host_.handles.name(record, kPreRenderRecord, false);
     }
 
-    // False for an empty result, which is not rendered, or if memory is short.
+    // False for an empty result, which isn't rendered, or if there isn't enough memory.
     bool makeOutput() {
         const PF_LRect& rect = result_.resultRect;
         if (isEmpty(rect)) return false;

@@ -15,11 +15,11 @@ namespace headless {
 namespace {
 
 constexpr std::uint64_t kWorldMagic = 0x444c524f574c4f48;  // "HOLWORLD"
-constexpr std::size_t kGuard = 64;                         // bytes before and behind the rows
-// Little-endian bytes of a float that is not a number, and no likely colour in the integer formats.
+constexpr std::size_t kGuard = 64;                         // bytes before and after the rows
+// Little-endian bytes of a NaN in float, and an unlikely colour in the integer formats.
 constexpr std::array<unsigned char, 4> kPattern{0xFB, 0x7F, 0xC5, 0xFF};
 
-// The identities of all living worlds. A record from anywhere else must not be followed.
+// The identities of all existing worlds. Any other pointer in a record must not be followed.
 struct Registry {
     std::mutex mutex;
     std::unordered_set<const void*> identities;
@@ -51,7 +51,7 @@ int paddedRowBytes(int width, PF_PixelFormat format, int padding) {
     return static_cast<int>(bytes);
 }
 
-// The nearest step from 0 to `scale`; what is no number becomes 0.
+// The nearest step from 0 to `scale`; NaN becomes 0.
 float clampedStep(float value, float scale) {
     const float step = std::floor(value * scale + 0.5F);
     return step > 0 ? std::min(step, scale) : 0.0F;
@@ -132,7 +132,7 @@ World::World(int width, int height, PF_PixelFormat format, const WorldOptions& o
     layerRecord_.rowbytes = paddedRowBytes(width, format, options.rowPadding);
     if (height < 0) throw std::length_error("negative size of a world");
 
-    // A zeroed block costs nothing before its pages are used.
+    // A zeroed block costs nothing until its pages are used.
     const auto size =
         static_cast<std::size_t>(layerRecord_.rowbytes) * static_cast<std::size_t>(height);
     memory_.reset(static_cast<std::byte*>(std::calloc(size + 2 * kGuard, 1)));
@@ -209,7 +209,7 @@ bool World::holdsPatternOnly() const {
 
 std::string World::damage() const {
     if (!isPattern(memory_.get(), kGuard)) return "bytes before the first row were written";
-    if (!isPattern(bytesOfRow(height()), kGuard)) return "bytes behind the last row were written";
+    if (!isPattern(bytesOfRow(height()), kGuard)) return "bytes after the last row were written";
     const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity_.format));
     const auto row = static_cast<std::size_t>(rowBytes());
     for (int y = 0; y < height(); ++y) {

@@ -1,5 +1,5 @@
 #pragma once
-// Pixel buffers of the host: pictures, layers, and the worlds that the effect asks for.
+// Pixel buffers of the host: input, output, layers, and the worlds that the effect requests.
 
 #include <cstddef>
 #include <cstdint>
@@ -14,24 +14,25 @@ namespace headless {
 struct WorldOptions {
     int originX = 0;     // left edge of the buffer in its layer, in pixels
     int originY = 0;     // top edge
-    int rowPadding = 0;  // bytes behind each row, rounded up to a multiple of 16
+    int rowPadding = 0;  // bytes after each row, rounded up to a multiple of 16
 };
 
-// Bytes of one pixel of `format`, or 0 for anything that is no pixel format.
+// Bytes per pixel of `format`, or 0 if it is no known pixel format.
 int bytesPerPixel(PF_PixelFormat format);
-// The format with 8, 16 or 32 bits a channel. Throws std::invalid_argument for other numbers.
+// The format with 8, 16 or 32 bits per channel. Throws std::invalid_argument for other numbers.
 PF_PixelFormat formatOfBits(int bits);
 // The reverse: 8, 16 or 32.
 int bitsOfFormat(PF_PixelFormat format);
 
-// A buffer that owns its pixels. It starts with all pixels zero. Row padding and a strip before
-// and behind the pixels carry a pattern that is not a number in float, so that both a stray read
-// and a stray write show. The address of its identity is the record's first word (`reserved0`), so
-// the effect sees a chosen layer and PF_GetPixelFormat knows it, also from a copy of the record.
+// A buffer that owns its pixels, which are initially zero. The row padding and a strip before and
+// after the pixels hold a pattern that is NaN in float, so that stray reads and stray writes are
+// noticed. The first word of the record (`reserved0`) is the address of the world's identity: it
+// tells the effect that a layer is chosen, and PF_GetPixelFormat finds the world by it, also from a
+// copy of the record.
 class World {
 public:
-    // Throws std::length_error for sizes that a record can't hold and std::bad_alloc if memory is
-    // short. A width or height of 0 is allowed.
+    // Throws std::length_error for sizes that a record can't hold and std::bad_alloc if there isn't
+    // enough memory. A width or height of 0 is allowed.
     World(int width, int height, PF_PixelFormat format, const WorldOptions& options = {});
     ~World();
     World(const World&) = delete;
@@ -43,7 +44,7 @@ public:
     PF_PixelFormat format() const { return identity_.format; }
     PF_LRect rect() const;  // in the layer: origin and size
 
-    // The record as the effect gets it; valid as long as the world.
+    // The record as the effect gets it; valid as long as the world exists.
     PF_LayerDef* layer() { return &layerRecord_; }
     PF_LayerDef record() const { return layerRecord_; }
 
@@ -59,17 +60,17 @@ public:
     std::byte* bytesOfRow(int y);
     const std::byte* bytesOfRow(int y) const;
 
-    // One pixel with channels 0 to 1 (unbounded in float), whatever the format. Writing rounds to
-    // the nearest step and clamps. Meant for tests and small pictures.
+    // One pixel with channels 0 to 1 (unbounded in float) in every format. Writing rounds to the
+    // nearest step and clamps. Meant for tests and small images.
     PF_PixelFloat get(int x, int y) const;
     void set(int x, int y, const PF_PixelFloat& pixel);
     void fill(const PF_PixelFloat& pixel);
 
-    // Writes the guard pattern over all pixels; pixels that nobody writes can then be told.
+    // Fills all pixels with the guard pattern, by which pixels that are never written can be found.
     void fillWithPattern();
-    // Whether every pixel still carries that pattern.
+    // Whether every pixel still holds that pattern.
     bool holdsPatternOnly() const;
-    // Whether padding and guard strips are as they were made. Describes the damage, or is empty.
+    // Describes damage to the padding and the guard strips; empty if there is none.
     std::string damage() const;
 
     // Bytes of pixels and padding.
@@ -80,7 +81,7 @@ public:
         std::uint64_t magic;
         PF_PixelFormat format;
     };
-    // The format of a record that some living world gave out, or PF_PixelFormat_INVALID.
+    // The format of a record of an existing world, otherwise PF_PixelFormat_INVALID.
     static PF_PixelFormat formatOf(const PF_LayerDef& record);
 
 private:
@@ -92,13 +93,13 @@ private:
     std::unique_ptr<std::byte, Release> memory_;  // guard strip, rows, guard strip
 };
 
-// Reads and writes one pixel of any format with channels 0 to 1, as World::get and World::set.
+// Reads and writes one pixel of any format with channels 0 to 1, like World::get and World::set.
 PF_PixelFloat readPixel(const std::byte* source, PF_PixelFormat format);
 void writePixel(std::byte* destination, PF_PixelFormat format, const PF_PixelFloat& pixel);
 
-// `rect` of `source`, reduced to `x` and `y` (num/den, at most 1) and in `format`: each pixel is
-// the mean of what it covers, colours weighted by alpha. `rect` is in pixels of the reduced layer,
-// whose size is reducedSize(); it becomes the new world's origin and size.
+// `rect` of `source`, reduced by `x` and `y` (num/den, at most 1) and converted to `format`: each
+// pixel is the mean of the area it covers, colours weighted by alpha. `rect` is in pixels of the
+// reduced layer, whose size is reducedSize(); it becomes the new world's origin and size.
 std::shared_ptr<World> reduce(const World& source, PF_RationalScale x, PF_RationalScale y,
                               const PF_LRect& rect, PF_PixelFormat format, int rowPadding = 0);
 // ceil(size * num / den)

@@ -38,8 +38,7 @@ bool mayWrite(const fs::path& path) {
 #endif
 }
 
-// Hands the written bytes from the system to the disk, where some file systems first notice that
-// they are full.
+// Flushes the written bytes to the disk; only then do some file systems notice that they are full.
 bool syncToDisk(std::FILE* file) {
 #ifdef _WIN32
     return _commit(_fileno(file)) == 0;
@@ -53,7 +52,7 @@ fs::path folderOf(const fs::path& path) {
     return folder.empty() ? fs::path(".") : folder;
 }
 
-// A link's target, so that writing replaces the file and keeps the link.
+// The target of a symbolic link, so that writing replaces the file and keeps the link.
 fs::path resolved(const fs::path& path) {
     std::error_code ignored;
     return fs::is_symlink(path, ignored) ? fs::weakly_canonical(path) : path;
@@ -74,7 +73,7 @@ void requireWritable(const fs::path& path) {
     std::error_code ignored;
     if (!fs::is_directory(folder, ignored)) {
         throw Failure("cannot write " + path.string() + ": there is no folder " + folder.string() +
-                      "; make it first");
+                      "; create it first");
     }
     if (fs::exists(target, ignored) && !fs::is_regular_file(target, ignored)) {
         throw Failure("cannot write " + path.string() + ": it is not a file; name a file with -o");

@@ -6,29 +6,29 @@
 
 namespace pictures {
 
-// Throws Failure if `path` plainly can't be written: its folder is missing or closed to us, or it
-// is something other than a file, or write-protected. For asking before a long render.
+// Throws Failure if `path` obviously can't be written: its folder is missing or not writable, or it
+// is write-protected or no regular file. For a check before a long render.
 void requireWritable(const std::filesystem::path& path);
 
-// A file that appears under its name whole or not at all: written beside, then renamed. An earlier
-// file of that name stays untouched until then.
+// A file that appears under its name complete or not at all: written next to it under a temporary
+// name, then renamed. Until then an earlier file of that name stays untouched.
 class AtomicFile {
 public:
-    // Creates the file beside `path` (through a symbolic link, beside what it points to).
+    // Creates the temporary file next to `path`, or next to the target if that is a symbolic link.
     // Throws Failure.
     explicit AtomicFile(const std::filesystem::path& path);
-    // Removes the file beside unless it was committed.
+    // Removes the temporary file unless it was committed.
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
 
-    // Writes everything and makes sure that the disk took it. Throws Failure, for example when the
-    // disk is full.
+    // Writes all bytes and flushes them to the disk. Throws Failure, for example when the disk is
+    // full.
     void write(std::span<const unsigned char> bytes);
-    // For an encoder that wants a name: lets go of the file beside and tells where it lies. The
-    // caller makes sure that it is whole.
+    // For an encoder that needs a file name: closes the temporary file and returns its path. The
+    // caller makes sure that it is complete.
     std::filesystem::path handOver();
-    // Gives the file its name. Throws Failure.
+    // Renames the temporary file to its final name. Throws Failure.
     void commit();
 
 private:

@@ -14,7 +14,7 @@ double distance(float a, float b) {
     return std::fabs(static_cast<double>(a) - static_cast<double>(b));
 }
 
-// The pixel at a place of the file's co-ordinates, or zeros outside.
+// The pixel at (x, y) in the file's coordinates; zeros outside.
 const float* pixelAt(const Picture& picture, int x, int y) {
     static constexpr float kNothing[kChannels] = {};
     const Window& window = picture.window;
@@ -36,7 +36,7 @@ void accumulate(Difference& difference, double& sum, double apart, int x, int y,
 
 Difference comparePictures(const Picture& a, const Picture& b) {
     if (a.display.width() != b.display.width() || a.display.height() != b.display.height()) {
-        throw Failure("the pictures differ in size: " + a.name + " has " +
+        throw Failure("the images differ in size: " + a.name + " has " +
                       std::to_string(a.display.width()) + "x" + std::to_string(a.display.height()) +
                       " pixels, " + b.name + " " + std::to_string(b.display.width()) + "x" +
                       std::to_string(b.display.height()));

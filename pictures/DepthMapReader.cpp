@@ -23,20 +23,20 @@ void forEachColour(Picture& map, Use use) {
     }
 }
 
-// Even steps of Z, or of 1/Z, from far (0) to near (1).
+// Maps distances to 0 (far) to 1 (near), linearly in Z or in 1/Z.
 class Curve {
 public:
     Curve(double near, double far, bool inverse)
         : inverse_(inverse), near_(scale(near)), far_(scale(far)) {}
 
     float operator()(double distance) const {
-        if (near_ == far_) return 1.0F;  // all that is there lies at one distance
+        if (near_ == far_) return 1.0F;  // everything is at one distance
         const double share = (scale(distance) - far_) / (near_ - far_);
         return static_cast<float>(std::clamp(share, 0.0, 1.0));
     }
 
 private:
-    // Behind the camera 1/Z would start again from the other end, so it counts as nearest.
+    // Behind the camera 1/Z changes its sign, so such points count as nearest.
     double scale(double distance) const {
         if (!inverse_) return distance;
         return distance > 0.0 ? 1.0 / distance : std::numeric_limits<double>::max();
@@ -56,19 +56,19 @@ void warnAboutDistances(const Picture& map, const DepthRange& range, Messages& m
     const bool outside = range.any() && (range.least < 0.0 || range.most > 1.0);
     if (!outside && range.sky == 0) return;
     messages.warn(map.name + " has depths outside 0 to 1 (" +
-                  (range.any() ? rangeText(range) : "nothing but sky") +
+                  (range.any() ? rangeText(range) : "only sky") +
                   (range.any() && range.sky > 0 ? ", and sky" : "") +
-                  "); if they are distances, add --depth-auto, or --depth-near and --depth-far");
+                  "); for distances, add --depth-auto, or --depth-near and --depth-far");
 }
 
-// Alpha has no part in the sky: what isn't a number there is as good as opaque.
+// A value for the sky means nothing in alpha: non-finite alphas become opaque.
 void repairAlpha(Picture& map) {
     for (std::size_t i = 0; i < map.pixelCount(); ++i) {
         if (!std::isfinite(map.pixel(i)[3])) map.pixel(i)[3] = 1.0F;
     }
 }
 
-// Distances are what the map says before its file multiplied them by alpha.
+// Distances are the values before multiplication by alpha.
 void makeStraight(Picture& map) {
     for (std::size_t i = 0; map.associated && i < map.pixelCount(); ++i) {
         float* p = map.pixel(i);
@@ -80,11 +80,11 @@ void makeStraight(Picture& map) {
 void requireRange(const std::string& text, const DepthMapping& mapping, const DepthRange& range) {
     if (!mapping.automatic) return;
     if (!range.any()) {
-        throw Failure(text + " has no distance but sky; give --depth-near and --depth-far");
+        throw Failure(text + " shows only sky, no distances; use --depth-near and --depth-far");
     }
     if (mapping.inverse && range.least <= 0.0) {
         throw Failure(text + " has distances down to " + numberText(range.least) +
-                      ", which have no 1/Z; give --depth-near and --depth-far");
+                      ", which have no 1/Z; use --depth-near and --depth-far");
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// Depth maps: pictures of 0..1 as the effect wants them, or scene distances as renderers write
-// them.
+// Reads depth maps: pictures with values 0..1, as the effect expects, or scene distances, as
+// renderers write them.
 
 #include <cstddef>
 #include <limits>
@@ -14,32 +14,32 @@
 
 namespace pictures {
 
-// How the values of a map become 0..1.
+// How the values of a map are mapped to 0..1.
 struct DepthMapping {
-    std::optional<double> near{};  // this distance becomes 1
-    std::optional<double> far{};   // this one 0; may be infinite with `inverse`
-    bool automatic = false;        // near and far are the range of the map's real distances
-    bool inverse = false;          // even steps of 1/Z instead of Z
+    std::optional<double> near{};  // the distance mapped to 1
+    std::optional<double> far{};   // the distance mapped to 0; may be infinite with `inverse`
+    bool automatic = false;        // near and far are the range of the map's distances without sky
+    bool inverse = false;          // linear in 1/Z instead of Z
 
     bool maps() const { return automatic || near.has_value(); }
 };
 
-// Values from here on, infinities and what is no number stand for "nothing there": the sky.
+// Absolute values from here on, infinities and NaN mean "nothing there": the sky.
 inline constexpr float kSkyDistance = 1e9F;
 
-// The values of a map that are no stand-ins for the sky.
+// The range of a map's values, the sky excluded.
 struct DepthRange {
     double least = std::numeric_limits<double>::infinity();
     double most = -std::numeric_limits<double>::infinity();
-    std::size_t sky = 0;  // values that stand for the sky
+    std::size_t sky = 0;  // number of values that mean the sky
 
     bool any() const { return least <= most; }
 };
 
 DepthRange depthRange(const Picture& map);
 
-// Replaces the colours of `map` by 0..1: near is 1, far and the sky are 0. Without a mapping only
-// the sky is replaced. `range` is the map's own.
+// Maps the colours of `map` to 0..1: near is 1, far and the sky are 0. Without a mapping only the
+// sky is replaced. `range` is that of the map.
 void applyMapping(Picture& map, const DepthMapping& mapping, const DepthRange& range);
 
 // A map ready for the effect.
@@ -48,9 +48,9 @@ struct DepthMap {
     DepthRange range;                        // before the mapping
 };
 
-// Reads FILE, FILE:LAYER or FILE:CHANNEL. A single channel becomes grey. Warns where a float map
-// has values outside 0..1 and no mapping is given. Throws as readPicture, and Failure where the
-// range is asked of a map that is all sky.
+// Reads FILE, FILE:LAYER or FILE:CHANNEL. A single channel becomes grey. Warns if a float map has
+// values outside 0..1 and no mapping is given. Throws what readPicture throws, and Failure if the
+// automatic range finds only sky, or with `inverse` distances that aren't above 0.
 DepthMap readDepthMap(const std::string& text, const DepthMapping& mapping, Messages& messages);
 
 }  // namespace pictures

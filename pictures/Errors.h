@@ -1,21 +1,22 @@
 #pragma once
-// How the tool fails: three thrown types, each with the exit code that the shell sees.
+// The exceptions that end the tool, and the exit code of each.
 
 #include <stdexcept>
 
 namespace pictures {
 
-// The command line asks for something that can't be: exit code 2.
+// The command line is wrong: exit code 2.
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// A file, the bundle or the machine says no: exit code 1. The text names the file and the remedy.
+// A file, the bundle or the system doesn't allow it: exit code 1. The text names the file and the
+// remedy.
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The user pressed Control-C: exit code 130, no message.
+// The user pressed Control-C: exit code 130.
 struct Interrupted {};
 
 }  // namespace pictures

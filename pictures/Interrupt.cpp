@@ -7,7 +7,7 @@
 namespace pictures {
 namespace {
 
-// A signal handler may touch nothing but a lock-free atomic.
+// A signal handler may only access lock-free atomics.
 std::atomic<bool> interruptCame{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 

@@ -4,8 +4,8 @@
 
 namespace pictures {
 
-// Turns Control-C into a flag for as long as it lives; the former handler returns afterwards.
-// One at a time per process.
+// Turns Control-C into a flag during its lifetime; the destructor restores the previous handler.
+// Only one can exist in a process at a time.
 class InterruptGuard {
 public:
     InterruptGuard();
@@ -17,10 +17,10 @@ private:
     void (*previous_)(int);
 };
 
-// Becomes true once Control-C came. Any thread may read it.
+// Becomes true after Control-C. Any thread may read it.
 const std::atomic<bool>& interruptFlag();
 
-// Throws Interrupted once Control-C came.
+// Throws Interrupted after Control-C.
 void throwIfInterrupted();
 
 }  // namespace pictures

@@ -6,15 +6,15 @@
 
 namespace pictures {
 
-// What the tool has to say beside its result, one line each on `stream` (standard error).
-// A quiet one says nothing; errors don't come through here.
+// Notes and warnings, one line each on `stream` (standard error). Prints nothing if quiet. Errors
+// are not reported here.
 class Messages {
 public:
     Messages(std::ostream& stream, bool quiet) : stream_(stream), quiet_(quiet) {}
 
-    // Something that is different from what might be expected, but in order.
+    // For a result that is correct, but may differ from what the user expects.
     void note(std::string_view text);
-    // Something that probably spoils the result.
+    // For something that probably spoils the result.
     void warn(std::string_view text);
     bool quiet() const { return quiet_; }
 

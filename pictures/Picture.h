@@ -11,15 +11,15 @@
 
 namespace pictures {
 
-// What one channel value is in a file.
+// The type of a channel value in a file.
 enum class SampleType { kUInt8, kUInt16, kHalf, kFloat };
 
-// "8 bits", "16 bits", "half" or "float", for messages.
+// "8 bits", "16 bits", "half" or "float"; for messages.
 const char* sampleTypeName(SampleType type);
 // The bits of a world that holds such values: 8, 16, or 32 for half and float.
 int worldBits(SampleType type);
 
-// Pixels from left to right - 1 and from top to bottom - 1.
+// The pixels from left to right - 1 and from top to bottom - 1.
 struct Window {
     int left = 0;
     int top = 0;
@@ -32,14 +32,14 @@ struct Window {
     bool operator==(const Window&) const = default;
 };
 
-// The smallest window that holds both; an empty one counts for nothing.
+// The smallest window that contains both; an empty one is ignored.
 Window enclosing(const Window& a, const Window& b);
 
 inline constexpr std::size_t kChannels = 4;  // red, green, blue, alpha
 
 struct Picture {
     std::string name;  // as the user gave it, for messages
-    Window window;     // what the pixels cover, in the file's coordinates
+    Window window;     // what `pixels` covers, in the file's coordinates
     Window display;    // the file's display window
     bool grey = false;
     bool hasAlpha = false;
@@ -47,10 +47,10 @@ struct Picture {
     SampleType type = SampleType::kUInt8;
     std::string greyName;              // name of the only colour channel of a grey picture
     bool cropped = false;              // the file has pixels outside `window`
-    std::vector<std::string> leftOut;  // layers and channels of the file that aren't in here
+    std::vector<std::string> leftOut;  // layers and channels of the file that were not read
     OIIO::ImageSpec imageSpec;         // of the part read: metadata
-    // Red, green, blue, alpha of each pixel, row by row. Integers are scaled to 0..1; grey stands
-    // in all three colours; alpha is 1 where the file has none.
+    // Red, green, blue, alpha of each pixel, row by row. Integers are scaled to 0..1; grey is in
+    // all three colours; alpha is 1 if the file has none.
     std::vector<float> pixels;
 
     int width() const { return window.width(); }
@@ -60,14 +60,13 @@ struct Picture {
     const float* pixel(std::size_t i) const { return pixels.data() + i * kChannels; }
 };
 
-// What was put right in a picture before use.
+// What repair() found in a picture.
 struct Repairs {
-    std::size_t notFinite = 0;          // values that were NaN or infinite
-    std::size_t lightWithoutAlpha = 0;  // pixels with colour and an associated alpha of 0
+    std::size_t notFinite = 0;          // values that were NaN or infinite, replaced
+    std::size_t lightWithoutAlpha = 0;  // pixels with associated colour but alpha 0, kept
 };
 
-// NaN becomes 0 and infinity the largest half value of its sign. Counts, and counts the light that
-// has no alpha, which stays as it is.
+// Replaces NaN by 0 and infinity by the largest half value of its sign, and counts what it found.
 Repairs repair(Picture& picture);
 
 }  // namespace pictures

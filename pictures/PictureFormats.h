@@ -1,5 +1,5 @@
 #pragma once
-// What the picture formats that the tool writes can hold.
+// The file formats that the tool writes, and what each can hold.
 
 #include <filesystem>
 #include <string>
@@ -17,22 +17,22 @@ enum class AlphaKind {
 };
 
 struct PictureFormat {
-    std::string name;                   // as the image library calls it
+    std::string name;                   // the image library's name for it
     std::string title;                  // for messages
     std::vector<std::string> suffixes;  // with the dot, in lower case
     AlphaKind alpha;
     bool grey;                      // can hold one colour channel
     bool greyWithAlpha;             // can hold one colour channel and alpha
     bool windows;                   // has a data and a display window
-    bool needsFile;                 // the encoder reads its own file again
-    std::vector<SampleType> types;  // what a channel can be
+    bool needsFile;                 // the encoder reads back its own file
+    std::vector<SampleType> types;  // of a channel, from the narrowest
 };
 
-// The format that the suffix of `path` means. Throws UsageError, with the list of suffixes, for any
-// that can't be written.
+// The format for the suffix of `path`. Throws UsageError, listing the known suffixes, if there is
+// none.
 const PictureFormat& formatOf(const std::filesystem::path& path);
 
-// The type of the format that holds `wanted` with the fewest bits, or the widest one it has.
+// The narrowest type of the format that holds `wanted` without loss, otherwise the widest it has.
 SampleType nearestType(const PictureFormat& format, SampleType wanted);
 
 }  // namespace pictures

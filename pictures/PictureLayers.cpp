@@ -58,7 +58,8 @@ std::vector<const ChannelPlace*> namedColours(const Layer& layer) {
     return {};
 }
 
-// The colours of a layer: the named ones, else its first three, else its only one.
+// The colours of a layer: red, green and blue by name, otherwise its first three channels,
+// otherwise its only one or its grey.
 std::vector<const ChannelPlace*> colours(const Layer& layer, const ChannelPlace* alpha) {
     if (auto named = namedColours(layer); !named.empty()) return named;
     std::vector<const ChannelPlace*> others;
@@ -76,7 +77,8 @@ std::vector<const ChannelPlace*> colours(const Layer& layer, const ChannelPlace*
 std::optional<ChannelChoice> choiceOf(const Layer& layer) {
     const ChannelPlace* alpha = findShort(layer, {"A", "alpha"});
     std::vector<const ChannelPlace*> found = colours(layer, alpha);
-    if (found.empty() && layer.channels.size() == 1) found = {alpha};  // a lone alpha is grey
+    if (found.empty() && layer.channels.size() == 1)
+        found = {alpha};  // a single alpha is read as grey
     if (found.empty()) return std::nullopt;
 
     ChannelChoice choice;
@@ -107,7 +109,7 @@ bool belongs(const ChannelChoice& choice, const ChannelPlace& channel) {
             std::count(choice.colours.begin(), choice.colours.end(), channel.index) > 0);
 }
 
-// Layers by name; channels outside any layer by theirs.
+// The names of layers, and of channels outside any layer.
 std::vector<std::string> namesLeftOut(const std::vector<ChannelPlace>& channels,
                                       const ChannelChoice& choice) {
     std::vector<std::string> names;
@@ -167,7 +169,7 @@ ChannelChoice chooseChannels(const std::vector<ChannelPlace>& channels, const st
     }
     const std::string names = listOfNames(layers, channels);
     if (wanted.empty()) {
-        throw Failure(file + " has no colours of its own; name a layer with " + file +
+        throw Failure(file + " has no colour image to choose; name a layer with " + file +
                       ":LAYER: " + names);
     }
     if (layer != nullptr) {

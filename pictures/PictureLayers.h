@@ -1,5 +1,5 @@
 #pragma once
-// Which channels of a file make up the picture that is asked for.
+// Chooses the channels of a file that make up a picture.
 
 #include <string>
 #include <vector>
@@ -8,7 +8,7 @@ namespace pictures {
 
 // One channel of one part of a file.
 struct ChannelPlace {
-    std::string name;  // whole, such as "ViewLayer.Combined.R"
+    std::string name;  // with its layer, such as "ViewLayer.Combined.R"
     int part = 0;      // subimage
     int index = 0;     // in that part
 };
@@ -22,10 +22,10 @@ struct ChannelChoice {
     std::vector<std::string> leftOut;  // layers and single channels that are not in the choice
 };
 
-// The channels for layer `wanted`, which may also be the whole name of a single channel; without a
-// name the colours that stand in no layer, else those of the first layer that has colours. A layer
-// is what the channel names share before their last dot. Throws Failure, naming `file`, with the
-// list of names if there is no such layer or it is neither grey nor colour.
+// The channels of the layer `wanted`, which may also be the full name of a single channel; if it is
+// empty, the colours outside any layer, otherwise those of the first layer that has colours. A
+// layer's name is what its channel names share before their last dot. Throws Failure, naming `file`
+// and listing the names, if there is no such layer or it is neither grey nor colour.
 ChannelChoice chooseChannels(const std::vector<ChannelPlace>& channels, const std::string& wanted,
                              const std::string& file);
 

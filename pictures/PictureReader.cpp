@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 namespace pictures {
 namespace {
 
-// Positions inside a layer are 16.16 numbers for the effect.
+// The effect uses 16.16 numbers for positions in a layer.
 constexpr int kLargestSide = 32767;
 
 bool isFile(const fs::path& path) {
@@ -26,17 +26,17 @@ bool isFile(const fs::path& path) {
 std::unique_ptr<OIIO::ImageInput> openPicture(const fs::path& file) {
     std::error_code ignored;
     if (fs::is_directory(file, ignored)) {
-        throw Failure(file.string() + " is a folder; name a picture file in it");
+        throw Failure(file.string() + " is a folder; name an image file in it");
     }
     if (!isFile(file)) {
         throw Failure("cannot find " + file.string() + "; check the name");
     }
     OIIO::ImageSpec wishes;
-    wishes.attribute("oiio:UnassociatedAlpha", 1);  // hand straight colours over as they are
+    wishes.attribute("oiio:UnassociatedAlpha", 1);  // don't multiply straight colours by alpha
     auto input = OIIO::ImageInput::open(file.string(), &wishes);
     if (input) return input;
-    throw Failure("cannot read " + file.string() + " as a picture (" + oneLine(OIIO::geterror()) +
-                  "); give an EXR, PNG, TIFF or JPEG file");
+    throw Failure("cannot read " + file.string() + " as an image (" + oneLine(OIIO::geterror()) +
+                  "); use an EXR, PNG, TIFF or JPEG file");
 }
 
 bool isExr(const OIIO::ImageInput& input) {
@@ -46,11 +46,11 @@ bool isExr(const OIIO::ImageInput& input) {
 std::vector<OIIO::ImageSpec> specsOfParts(OIIO::ImageInput& input) {
     std::vector<OIIO::ImageSpec> specs;
     for (int part = 0; input.seek_subimage(part, 0); ++part) specs.push_back(input.spec());
-    input.geterror();  // asking for one part too many left a message
+    input.geterror();  // clear the message from seeking one part too many
     return specs;
 }
 
-// What stands before the channel names of a part that don't name a layer themselves.
+// The prefix for the channel names of a part that don't name a layer themselves.
 std::string partPrefix(const OIIO::ImageSpec& imageSpec, std::size_t part, bool exr) {
     if (!exr) return part == 0 ? "" : "picture " + std::to_string(part + 1) + ".";
     const std::string name = imageSpec.get_string_attribute("oiio:subimagename");
@@ -86,7 +86,7 @@ SampleType sampleTypeOf(const OIIO::TypeDesc& type) {
     }
 }
 
-// The widest type of the chosen channels; those of an EXR may differ.
+// The widest type of the chosen channels; in an EXR they may differ.
 SampleType widestType(const OIIO::ImageSpec& imageSpec, const ChannelChoice& choice) {
     SampleType widest = SampleType::kUInt8;
     for (const int c : choice.colours) {
@@ -115,10 +115,10 @@ void describe(Picture& picture, const OIIO::ImageSpec& imageSpec, const ChannelC
 
 void requireUsable(const Picture& picture, const Window& data) {
     if (picture.imageSpec.deep) {
-        throw Failure(picture.name + " is a deep picture; flatten it first");
+        throw Failure(picture.name + " is a deep image; flatten it first");
     }
     if (data.empty() || picture.window.empty() || intersection(data, picture.window).empty()) {
-        throw Failure(picture.name + " has no pixels; give another picture");
+        throw Failure(picture.name + " has no pixels; use another image");
     }
     if (picture.width() > kLargestSide || picture.height() > kLargestSide) {
         throw Failure(picture.name + " is larger than " + std::to_string(kLargestSide) +
@@ -126,13 +126,13 @@ void requireUsable(const Picture& picture, const Window& data) {
     }
 }
 
-// Tells the reader to stop once Control-C came.
+// Tells the reader to stop after Control-C.
 bool stopReading(void*, float) {
     return interruptFlag().load();
 }
 
-// All channels of a part, row by row. The few channels that aren't wanted cost less than several
-// passes over a compressed file.
+// All channels of a part, row by row. Reading a few unused channels costs less than several passes
+// over a compressed file.
 std::vector<float> readChannels(OIIO::ImageInput& input, const Picture& picture, int part) {
     const OIIO::ImageSpec& imageSpec = picture.imageSpec;
     std::vector<float> values(static_cast<std::size_t>(imageSpec.width) *
@@ -149,8 +149,8 @@ std::vector<float> readChannels(OIIO::ImageInput& input, const Picture& picture,
     return values;
 }
 
-// Puts the chosen channels of the data window into the picture's window; the colours that the data
-// window doesn't cover become `uncovered`.
+// Copies the chosen channels of the data window into the picture's window; colours outside the data
+// window become `uncovered`.
 void placePixels(Picture& picture, const std::vector<float>& values, const Window& data,
                  const ChannelChoice& choice, float uncovered) {
     const auto channels = static_cast<std::size_t>(picture.imageSpec.nchannels);

@@ -14,22 +14,22 @@ struct SourceName {
     std::string layer;
 };
 
-// Takes FILE or FILE:LAYER apart. A file whose name is the whole text wins.
+// Splits FILE:LAYER. If the whole text names an existing file, it is that file.
 SourceName parseSourceName(const std::string& text);
 
-// Which pixels of a file with windows (EXR) a picture holds.
+// Which pixels to read from a file with a data and a display window (EXR).
 enum class Extent {
-    kDisplay,    // the display window; empty where the file has no pixels
-    kEverything  // display and data window together
+    kDisplay,    // the display window; empty outside the data window
+    kEverything  // the display and the data window
 };
 
-// Reads the picture that FILE or FILE:LAYER names. Colours outside the data window are `uncovered`,
-// without alpha if the file has alpha. Throws Failure if it is missing, unreadable, no
-// picture or too large, Interrupted on Control-C.
+// Reads the picture that FILE or FILE:LAYER names. Colours outside the data window become
+// `uncovered`, with alpha 0 if the file has alpha. Throws Failure if the file is missing,
+// unreadable, no image or too large, and Interrupted after Control-C.
 Picture readPicture(const std::string& text, Extent extent = Extent::kDisplay,
                     float uncovered = 0.0F);
 
-// The shape of a pixel, width by height, that the picture's metadata tell; 1 without.
+// The pixel aspect from the picture's metadata; 1 if there is none.
 double pixelAspectOf(const Picture& picture);
 
 }  // namespace pictures

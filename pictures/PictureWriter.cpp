@@ -16,7 +16,7 @@
 namespace pictures {
 namespace {
 
-// What the written file will be.
+// The channels and the type of the file to write.
 struct Plan {
     SampleType type = SampleType::kUInt8;
     bool grey = false;
@@ -38,7 +38,7 @@ bool isAssociated(const PictureFormat& format, const Picture& source) {
             return false;
         case AlphaKind::kEither:
             return source.associated;
-        case AlphaKind::kNone:  // over black
+        case AlphaKind::kNone:  // composited over black
         case AlphaKind::kAssociated:
             break;
     }
@@ -54,12 +54,12 @@ Plan makePlan(const PictureFormat& format, const WriteRequest& request, bool wan
     return plan;
 }
 
-// One line for each thing that the file can't be as the source was.
+// Prints one line for each property of the source that the file can't keep.
 void tellDifferences(const std::filesystem::path& path, const PictureFormat& format,
                      const Picture& source, const Plan& plan, bool wantsAlpha, Messages& messages) {
     const std::string file = path.string();
     if (plan.type != source.type) {
-        messages.note(file + " is written with " + sampleTypeName(plan.type) + " a channel: " +
+        messages.note(file + " is written with " + sampleTypeName(plan.type) + " per channel: " +
                       format.title + " can't hold the input's " + sampleTypeName(source.type));
     }
     if (wantsAlpha && !plan.alpha) {
@@ -67,7 +67,7 @@ void tellDifferences(const std::filesystem::path& path, const PictureFormat& for
     }
     if (source.grey && !plan.grey) {
         messages.note(file + " is written in colour: " + format.title +
-                      " can't hold this grey picture");
+                      " can't hold this grey image");
     }
 }
 
@@ -85,7 +85,7 @@ OIIO::TypeDesc libraryType(SampleType type) {
     return OIIO::TypeDesc::FLOAT;
 }
 
-// Takes out what described the source's encoding and is not true of the new file.
+// Removes metadata that describes the source's encoding, which isn't true of the new file.
 void eraseEncoding(OIIO::ImageSpec& imageSpec) {
     for (const char* name : {"oiio:BitsPerSample",
                              "oiio:UnassociatedAlpha",
@@ -132,7 +132,7 @@ void setChannels(OIIO::ImageSpec& imageSpec, const Plan& plan, const std::string
     if (!plan.associated) imageSpec.attribute("oiio:UnassociatedAlpha", 1);
 }
 
-// The data window where the result lies, and the display window where the source's was.
+// The data window is the result's rectangle, the display window that of the source.
 void setWindows(OIIO::ImageSpec& imageSpec, const WriteRequest& request, bool windows) {
     const headless::World& result = request.result;
     imageSpec.width = result.width();
@@ -177,7 +177,7 @@ std::vector<float> selectChannels(const std::vector<float>& rgba, const Plan& pl
     return values;
 }
 
-// Half has no finite value above this; the rounding of larger ones would be infinite.
+// Half has no larger finite value; anything larger would round to infinity.
 void clampToHalf(std::vector<float>& values) {
     for (float& value : values) value = std::clamp(value, -65504.0F, 65504.0F);
 }
@@ -188,7 +188,7 @@ bool stopWriting(void*, float) {
 
 [[noreturn]] void fail(const std::filesystem::path& path, const std::string& reason) {
     throw Failure("cannot write " + path.string() + ": " + oneLine(reason) +
-                  "; is there space on the disk? Else try another format");
+                  "; check the disk space, or try another format");
 }
 
 std::unique_ptr<OIIO::ImageOutput> encoderFor(const std::filesystem::path& path) {
@@ -197,7 +197,7 @@ std::unique_ptr<OIIO::ImageOutput> encoderFor(const std::filesystem::path& path)
     return encoder;
 }
 
-// Sends all values through an encoder that writes to `name`.
+// Encodes all values into the file `name`; messages name `path`.
 void encode(OIIO::ImageOutput& encoder, const std::filesystem::path& name,
             const OIIO::ImageSpec& imageSpec, const std::vector<float>& values,
             const std::filesystem::path& path) {
@@ -209,7 +209,7 @@ void encode(OIIO::ImageOutput& encoder, const std::filesystem::path& name,
     if (!written || !closed) fail(path, encoder.geterror());
 }
 
-// The whole file in memory: the encoders don't report every failed write themselves.
+// The encoded file in memory, since encoders don't report every failed write to disk.
 std::vector<unsigned char> encodeInMemory(const std::filesystem::path& path,
                                           const OIIO::ImageSpec& imageSpec,
                                           const std::vector<float>& values) {
@@ -221,7 +221,7 @@ std::vector<unsigned char> encodeInMemory(const std::filesystem::path& path,
     return bytes;
 }
 
-// Reads a file back to its last pixel, since its encoder doesn't report every failed write.
+// Reads the file back to its last pixel, since its encoder doesn't report every failed write.
 void requireWhole(const std::filesystem::path& name, const std::filesystem::path& path) {
     const auto input = OIIO::ImageInput::open(name.string());
     if (!input) fail(path, OIIO::geterror());

@@ -11,7 +11,7 @@ constexpr double kSquareTolerance = 0.01;
 constexpr int kLargestDenominator = 100;
 constexpr double kLargestAspect = 1000.0;
 
-// The ratio with the smallest denominator that is within 1/10000 of `value`, else the nearest.
+// The ratio with the smallest denominator within 1/10000 of `value`, otherwise the nearest.
 PF_RationalScale nearestRatio(double value) {
     PF_RationalScale best{1, 1};
     double bestError = HUGE_VAL;
@@ -30,10 +30,10 @@ PF_RationalScale nearestRatio(double value) {
 PF_RationalScale aspectRatio(double aspect, const std::string& picture, Messages& messages) {
     if (std::fabs(aspect - 1.0) <= kSquareTolerance) return {1, 1};
     if (aspect < 1.0) {
-        messages.warn("the pixels of " + picture + " are narrower than high (" +
+        messages.warn("the pixels of " + picture + " are narrower than high (pixel aspect " +
                       numberText(aspect) +
-                      "), which the effect can't follow: it is blurred as with square pixels; "
-                      "--pixel-aspect N/D decides otherwise");
+                      "), which the effect doesn't support: it is blurred as if they were square; "
+                      "--pixel-aspect N/D overrides this");
         return {1, 1};
     }
     return nearestRatio(std::fmin(aspect, kLargestAspect));

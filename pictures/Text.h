@@ -1,5 +1,5 @@
 #pragma once
-// Wording that messages share.
+// Text helpers for messages.
 
 #include <cstddef>
 #include <string>
@@ -7,13 +7,13 @@
 
 namespace pictures {
 
-// `text` with line ends and runs of blanks as single blanks, so that a message is one line.
+// `text` with runs of white space as single spaces, so that a message is one line.
 std::string oneLine(std::string_view text);
 
-// `count` and the noun in the fitting number: "1 pixel", "2 pixels".
+// `count` and the noun, in the plural if needed: "1 pixel", "2 pixels".
 std::string counted(std::size_t count, std::string_view noun);
 
-// Such as "0.1": the shortest form with at most six significant digits.
+// The shortest form with at most six significant digits, such as "0.1".
 std::string numberText(double value);
 
 }  // namespace pictures

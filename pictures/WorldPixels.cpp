@@ -8,7 +8,7 @@
 namespace pictures {
 namespace {
 
-// How a channel of a world's pixel type counts.
+// The channel type of a world's pixels, and the value that means 1.
 template <class Pixel>
 struct Scale;
 

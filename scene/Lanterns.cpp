@@ -65,7 +65,7 @@ void Lanterns::addTraffic() {
         lighting_.push_back({{lane, 0.8, z - 1.0}, 0.0, light * 0.012});
     }
     addLamp({4.7, 3.1, 34.0}, 0.12, {2.0, 90.0, 40.0});       // a traffic light
-    addLamp({-2.6, 2.35, 2.9}, 0.045, {240.0, 130.0, 45.0});  // a lantern near us
+    addLamp({-2.6, 2.35, 2.9}, 0.045, {240.0, 130.0, 45.0});  // a lantern near the camera
 }
 
 Vec3 Lanterns::lightAt(const Vec3& place, const Vec3& normal) const {

@@ -1,6 +1,6 @@
 #pragma once
-// Everything that shines in the street: lamps on posts, garlands of bulbs, traffic, and a lantern
-// near the camera. Metres; x to the right, y up from the street, z into the picture.
+// All light sources of the street: lamps on posts, garlands of bulbs, traffic, and a lantern near
+// the camera. Units are metres; x to the right, y up from the street, z into the image.
 
 #include <vector>
 
@@ -8,29 +8,29 @@
 
 namespace scene {
 
-inline constexpr double kWall = 9.0;  // half the street's width
+inline constexpr double kWall = 9.0;  // distance of each wall from the middle of the street
 
-// What a line of sight meets first.
+// What a line of sight hits first.
 struct Sight {
     Vec3 colour;
     double distance;  // along z; infinite for the sky
 };
 
-// The colours of bulbs and neon signs, repeating; any number.
+// The colours of bulbs and neon signs, which repeat; takes any number.
 Vec3 bulbColour(int number);
 
 class Lanterns {
 public:
-    // `pixelAngle` is the size of a pixel at distance 1: small lamps are drawn no smaller.
+    // `pixelAngle` is the size of a pixel at distance 1; it limits how small lamps are drawn.
     explicit Lanterns(double pixelAngle);
 
-    // Replaces `sight` where a lamp, a garland or a post is nearer along `direction`, whose z is 1.
+    // Replaces `sight` if a lamp, a garland or a post is nearer along `direction`, whose z is 1.
     void look(const Vec3& from, const Vec3& direction, Sight& sight) const;
-    // The light that falls on a surface, and that of the sky.
+    // The light that falls on a surface, including that of the sky.
     Vec3 lightAt(const Vec3& place, const Vec3& normal) const;
 
 private:
-    // A flat thing across the line of sight.
+    // A flat disc facing the camera.
     struct Lamp {
         Vec3 place;
         double radius;
@@ -57,8 +57,8 @@ private:
     void lookAtGarlands(const Vec3& from, const Vec3& direction, Sight& sight) const;
 
     double pixelAngle_;
-    std::vector<Lamp> lamps_;     // everything that shines, near to far
-    std::vector<Lamp> lighting_;  // the few that light walls and street
+    std::vector<Lamp> lamps_;     // all light sources, near to far
+    std::vector<Lamp> lighting_;  // the few that illuminate walls and street
     std::vector<Post> posts_;
     std::vector<Garland> garlands_;
 };

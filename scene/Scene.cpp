@@ -7,12 +7,12 @@
 namespace scene {
 namespace {
 
-constexpr double kFocalLength = 1.15;  // in half heights of the picture
-constexpr double kHorizon = -0.10;     // height of the horizon in the picture, from -1 to 1
+constexpr double kFocalLength = 1.15;  // in half heights of the image
+constexpr double kHorizon = -0.10;     // height of the horizon in the image, from -1 to 1
 constexpr Vec3 kEye{0.0, 1.6, 0.0};    // metres
-constexpr int kSamples = 2;            // each way in a pixel, for the edges
+constexpr int kSamples = 2;            // per axis of a pixel, against aliasing
 
-// Lines of sight through the picture. The shorter side spans -1 to 1.
+// Lines of sight through the image. The shorter side spans -1 to 1.
 class Camera {
 public:
     Camera(int width, int height)
@@ -20,7 +20,7 @@ public:
 
     double pixelAngle() const { return 1.0 / (half_ * kFocalLength); }
 
-    // Through a place in pixels from the picture's top left corner.
+    // Through a position in pixels from the image's top left corner.
     Vec3 direction(double x, double y) const {
         const double u = (x - 0.5 * width_) / half_;
         const double v = (0.5 * height_ - y) / half_;
@@ -43,7 +43,7 @@ Vec3 meanColour(const Street& world, const Camera& camera, int x, int y) {
     return sum * (1.0 / (kSamples * kSamples));
 }
 
-// One row of the scene, into its place.
+// Renders one row of the scene.
 void drawRow(Scene& scene, const Street& world, const Camera& camera, int y) {
     const auto first = static_cast<std::size_t>(y) * static_cast<std::size_t>(scene.width);
     float* colours = scene.colours.data() + first * 3;
@@ -53,7 +53,7 @@ void drawRow(Scene& scene, const Street& world, const Camera& camera, int y) {
         *colours++ = static_cast<float>(colour.x);
         *colours++ = static_cast<float>(colour.y);
         *colours++ = static_cast<float>(colour.z);
-        // Distances are not averaged: between two things there is no third.
+        // Distances are not averaged: there is nothing between two objects.
         *distances++ =
             static_cast<float>(world.look(kEye, camera.direction(x + 0.5, y + 0.5)).distance);
     }

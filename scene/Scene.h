@@ -1,5 +1,5 @@
 #pragma once
-// A procedural night scene: something to blur, and its depth.
+// A procedural night scene with depth, as a test image for the blur.
 
 #include <atomic>
 #include <vector>
@@ -13,7 +13,7 @@ struct Scene {
     std::vector<float> distances;  // metres; infinite for the sky
 };
 
-// The same pixels for the same size, every time. Sizes from 1 up. Once `cancel` becomes true, the
+// The same size always has the same pixels. Sizes are at least 1. When `cancel` becomes true, the
 // remaining rows stay zero.
 Scene makeScene(int width, int height, const std::atomic<bool>& cancel);
 

@@ -38,7 +38,7 @@ inline double smoothStep(double from, double to, double x) {
     return t * t * (3.0 - 2.0 * t);
 }
 
-// A number in 0..1 that depends on nothing but three integers.
+// A number in 0..1 that depends only on three integers.
 inline double hash(int x, int y, int seed) {
     auto h = static_cast<std::uint32_t>(x) * 0x8DA6B343U ^
              static_cast<std::uint32_t>(y) * 0xD8163841U ^

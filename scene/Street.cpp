@@ -7,7 +7,7 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kWallEnd = 75.0;   // where the rows of houses end
-constexpr double kSkyline = 160.0;  // distance of the town behind them
+constexpr double kSkyline = 160.0;  // distance of the town beyond them
 constexpr double kBoardDistance = 3.2;
 constexpr double kRailingDistance = 1.7;
 constexpr double kHorizonEnd = 250.0;  // where the street ends in haze
@@ -29,8 +29,8 @@ Vec3 sky(const Vec3& direction) {
 }
 
 struct Facade {
-    Vec3 paint;   // share of light that it throws back
-    Vec3 shines;  // light of its own
+    Vec3 paint;   // share of light that it reflects
+    Vec3 shines;  // light that it emits
 };
 
 Vec3 windowLight(int column, int floor, int seed) {
@@ -82,7 +82,7 @@ Vec3 shopWindow(double along, double up, int side, const Vec3& tone) {
     return light * mix(bulbColour(item + 7 * shelf), {0.5, 0.5, 0.5}, 0.4) * 0.6;
 }
 
-// Neon signs and shop windows in the ground floor, over the bricks.
+// Neon signs and shop windows on the ground floor, in front of the bricks.
 Vec3 shopLight(double along, double up, int side) {
     const int shop = cell(along / 4.5);
     const double x = fraction(along / 4.5);
@@ -99,7 +99,7 @@ double roofHeight(double along, int side) {
     return 11.0 + 7.0 * hash(cell(along / 9.0), side, 70);
 }
 
-// Lines of chalk: edges and detail finer than a pixel of a small picture.
+// Chalk lines: edges, and detail finer than a pixel of a small image.
 Vec3 boardColour(double x, double y) {
     const bool frame = std::fabs(x) > 0.40 || std::fabs(y) > 0.60;
     if (frame) return Vec3{0.30, 0.17, 0.07} * (0.7 + 0.3 * noise(x * 12.0, y * 160.0, 80));
@@ -160,7 +160,7 @@ void Street::lookAtBoard(const Vec3& from, const Vec3& direction, Sight& sight) 
     const double x = at.x - 1.75;
     const double y = at.y - 0.98;
     if (std::fabs(x) > 0.44 || std::fabs(y) > 0.66) return;
-    const Vec3 lantern{1.35, 1.05, 0.8};  // from the shop beside it
+    const Vec3 lantern{1.35, 1.05, 0.8};  // from the shop next to it
     const double falling = 0.55 + 0.45 * smoothStep(-0.7, 0.7, x + 0.5 * y);
     sight = {boardColour(x, y) * lantern * falling, kBoardDistance};
 }
@@ -187,7 +187,7 @@ Sight Street::lookAboveStreet(const Vec3& from, const Vec3& direction) const {
     return sight;
 }
 
-// Wet cobbles: a dark ground that mirrors what stands on it, bent by the stones.
+// Wet cobbles: a dark surface that mirrors the scene, distorted by the stones.
 Sight Street::lookAtStreet(const Vec3& from, const Vec3& direction, double distance) const {
     const Vec3 at = from + direction * (distance - from.z);
     const double stone = cobbleHeight(at.x, at.z);

@@ -1,6 +1,6 @@
 #pragma once
-// What stands in the procedural scene: a wet street at night, seen from between its pavements.
-// Metres; x to the right, y up from the street, z into the picture.
+// The procedural scene: a wet street at night, seen from its middle. Units are metres; x to the
+// right, y up from the street, z into the image.
 
 #include "scene/Lanterns.h"
 #include "scene/SceneMath.h"
@@ -9,10 +9,10 @@ namespace scene {
 
 class Street {
 public:
-    // `pixelAngle` is the size of a pixel at distance 1: small lamps are drawn no smaller.
+    // `pixelAngle` is the size of a pixel at distance 1; it limits how small lamps are drawn.
     explicit Street(double pixelAngle);
 
-    // The first thing from `from` along `direction`, whose z is 1.
+    // The first hit from `from` along `direction`, whose z is 1.
     Sight look(const Vec3& from, const Vec3& direction) const;
 
 private:

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # build.sh [PRESET]
 #
-# Installs the packages that are missing, then configures and builds a CMake preset (release).
+# Installs missing packages, then configures and builds a CMake preset (default: release).
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

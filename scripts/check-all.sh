@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
 # check-all.sh
 #
-# Every check there is, whatever the time: the continuous integration, then what it has no time for.
-# Stops at the first failure. Ends with the duration of each step and the summary of the release's
-# tests.
+# Runs all checks: continuous integration, then those that take too long for it. Stops at the first
+# failure, and finally prints the duration of each step and the summary of the release's tests.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/steps.sh

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # check-bundle.sh BUILD
 #
-# Looks at the bundle in the build folder BUILD as the host's loader will: what it exports, what it
-# imports, how large it is when stripped, and for Windows the descriptor and the version inside and
-# how it moves vectors. Prints what is wrong and exits with 1.
+# Checks the bundle in the build folder BUILD: its exports, its imports and its size when stripped;
+# for Windows also its descriptor, its version and its moves of vectors. Prints one line for each
+# problem, and then exits with 1.
 set -euo pipefail
 
 readonly entry_point=EntryPointFunc
@@ -19,7 +19,7 @@ report() {
     findings=$((findings + 1))
 }
 
-# The program that the build found under a name, such as STRIP: the target's own.
+# The target's program that the build found under a name such as STRIP.
 tool() {
     sed -n "s/^CMAKE_$1:FILEPATH=//p" "$build/CMakeCache.txt"
 }
@@ -39,36 +39,36 @@ check_elf() {
     "$root/tests/bundle/inspect.sh" libraries "$bundle" 2>&1 || report 'wrong libraries'
 }
 
-# Names under a heading of the export table, and the DLLs of the import table.
+# The names in the export table and the DLLs in the import table.
 check_windows_tables() {
     local tables exports foreign
     tables=$("$(tool OBJDUMP)" -p "$bundle")
     exports=$(sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/ s/^\s\+\[ *[0-9]*\] *//p' <<<"$tables")
-    [[ $exports == "$entry_point" ]] || report "exports, not $entry_point alone: ${exports//$'\n'/ }"
+    [[ $exports == "$entry_point" ]] || report "exports other than only $entry_point: ${exports//$'\n'/ }"
     foreign=$(sed -n 's/.*DLL Name: //p' <<<"$tables" |
         grep -viE '^(kernel32|msvcrt|ucrtbase|api-ms-win-[a-z0-9-]+)\.dll$' || true)
-    [[ -z $foreign ]] || report "imports what is no part of Windows: ${foreign//$'\n'/ }"
+    [[ -z $foreign ]] || report "imports DLLs that are not part of Windows: ${foreign//$'\n'/ }"
 }
 
-# A resource reader has to find the very bytes that the generator wrote.
+# A resource reader has to find exactly the bytes that the generator wrote.
 check_descriptor() {
     wrestool --extract --raw --type=PIPL --name=16000 "$bundle" >"$scratch/descriptor"
-    cmp "$scratch/descriptor" "$build/bundle/windows/Orbel.pipl" || report 'no descriptor, or another'
+    cmp "$scratch/descriptor" "$build/bundle/windows/Orbel.pipl" || report 'missing or wrong descriptor'
 }
 
-# The project's version has to be there as numbers, which installers compare, and as text. The numbers
-# are 16-bit words in 8 bytes from byte 48 on, the minor one before the major one.
+# The project's version has to be present as numbers, which installers compare, and as text. The
+# numbers are 16-bit words in the 8 bytes from byte 48, the minor one before the major one.
 check_version() {
     local version numbers major minor patch
     version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")
     IFS=. read -r major minor patch <<<"$version"
     wrestool --extract --raw --type=version "$bundle" >"$scratch/version"
     numbers=$(od -An -tu2 -j48 -N8 "$scratch/version" | xargs)
-    [[ $numbers == "$minor $major 0 $patch" ]] || report "version in words $numbers, not of $version"
+    [[ $numbers == "$minor $major 0 $patch" ]] || report "version words $numbers instead of those of $version"
     tr -d '\0' <"$scratch/version" | grep -qaF "FileVersion$version" || report "no version text $version"
 }
 
-# Moves of 32-byte vectors that fault where the stack has Windows' 16-byte alignment.
+# Aligned moves of 32-byte vectors fault, since the stack under Windows is aligned to 16 bytes.
 check_vector_moves() {
     local code aligned
     code="$scratch/code"

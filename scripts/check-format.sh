@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # check-format.sh
 #
-# Fails where a source file in the repository is not as clang-format 14 would write it. Each version
-# writes a little differently, so that no other will do.
+# Fails if a source file in the repository is not formatted as by clang-format 14. Each version formats
+# slightly differently, so no other can be used.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -15,7 +15,7 @@ find_formatter() {
             return
         fi
     done
-    echo 'check-format.sh: no clang-format of version 14 is on the PATH' >&2
+    echo 'check-format.sh: clang-format 14 is not on the PATH' >&2
     return 1
 }
 

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # check-layers.sh [ROOT]
 #
-# Fails where the sources below ROOT (default: this repository) reach against the direction of the
-# layers, or where plug-in code asks for more than the C++ standard library. The build's include
-# directories already stop most of this; what they cannot see are system headers, paths that climb
-# with "..", and the names below. Prints one line for each finding.
+# Fails if sources below ROOT (default: this repository) include against the direction of the layers,
+# or if plug-in code uses more than the C++ standard library. The build's include directories already
+# prevent most of this, but not system headers, paths with "..", and the names below. Prints one line
+# for each finding.
 set -euo pipefail
 cd "${1:-$(dirname "${BASH_SOURCE[0]}")/..}"
 
@@ -27,12 +27,12 @@ declare -A below=(
 )
 plugin='platform host transform kernels depth pipeline effect bundle'
 
-# The frame vocabulary: headers of upper folders that the stages share with the shell.
+# The vocabulary of a frame: headers of upper folders that the stages share with them.
 shared='effect/ParameterIndices.h effect/RenderInfo.h pipeline/BlockLayout.h'
 shares='kernels depth pipeline'
 
-# What plug-in code may include in angle brackets. No streams: their static initialisers and
-# locales have no place in another program's process.
+# The headers that plug-in code may include in angle brackets. No streams: their static initialisers
+# and locales don't belong in another program's process.
 standard='algorithm array atomic bit cassert cctype cfloat climits cmath complex concepts cstdarg
 cstddef cstdint cstdio cstdlib cstring exception functional initializer_list iterator limits memory
 new numbers numeric optional span string string_view tuple type_traits utility variant vector'
@@ -43,7 +43,7 @@ report() {
     findings=$((findings + 1))
 }
 
-# Whether the words of $1 hold the word $2.
+# Whether $2 is one of the words of $1.
 holds() {
     [[ " ${1//$'\n'/ } " == *" $2 "* ]]
 }
@@ -63,7 +63,7 @@ lines_with() {
 check_own_include() {
     local folder="$1" place="$2" header="$3" other="${3%%/*}"
     if [[ $header == *..* ]]; then
-        report "$place" "\"$header\" climbs out of its folder"
+        report "$place" "\"$header\" leaves its folder"
     elif [[ $other != "$folder" ]] && ! holds "${below[$folder]}" "$other"; then
         holds "$shares" "$folder" && holds "$shared" "$header" && return 0
         report "$place" "$folder/ may not include \"$header\""
@@ -79,13 +79,13 @@ check_includes() {
         elif [[ $text =~ \<([^\>]+)\> ]]; then
             header="${BASH_REMATCH[1]}"
             if holds "$plugin" "$folder" && ! holds "$standard" "$header"; then
-                report "$file:$line" "<$header> is not among the headers of plug-in code"
+                report "$file:$line" "<$header> is not allowed in plug-in code"
             fi
         fi
     done < <(lines_with '^[[:space:]]*#[[:space:]]*include')
 }
 
-# forbid LAYERS EXPRESSION REASON: reports matching lines, comments and texts left out.
+# forbid LAYERS EXPRESSION REASON: reports matching lines, ignoring comments and strings.
 forbid() {
     local layers="$1" expression="$2" reason="$3" file line text
     while IFS=: read -r file line text; do
@@ -102,7 +102,7 @@ for folder in "${!below[@]}"; do
 done
 
 check_includes
-# A long has 32 bits under Windows and 64 elsewhere.
+# A long has 32 bits on Windows and 64 elsewhere.
 forbid "$plugin" '(^|[^A-Za-z0-9_])long([^A-Za-z0-9_]|$)' 'the width of long depends on the platform'
 forbid "$plugin" 'thread_local|__thread' 'plug-in code keeps no state between commands'
 forbid "${!below[*]}" 'NDEBUG' 'assertions stay active in every build'

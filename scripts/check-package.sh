@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
 # check-package.sh ARCHIVE...
 #
-# Compares the files in each package with what a package of its kind has to hold, no less and no
-# more. Prints the list of each, and exits with 1 after one that differs.
+# Compares the files in each package with the exact list for its platform. Prints the files of each
+# package, and exits with 1 if one differs.
 set -euo pipefail
 
-# below FOLDER NAME...: the names as paths, one a line.
+# below FOLDER NAME...: the names as paths, one per line.
 below() {
     local folder="$1" name
     shift
     for name in "$@"; do echo "$folder/$name"; done
 }
 
-# expected ARCHIVE FOLDER: the files that the archive has to hold, all of them below FOLDER.
+# expected ARCHIVE FOLDER: the files that the archive has to contain, all below FOLDER.
 expected() {
     local notes=(INSTALL.txt LICENSE.txt NOTICE.txt THIRD-PARTY.txt)
     case "$1" in
@@ -34,8 +34,8 @@ expected() {
     esac
 }
 
-# All names in an archive, folders with a slash at their end; CMake reads both kinds. On Windows it
-# ends lines in two characters.
+# All names in an archive, those of folders with a trailing slash; CMake reads both formats. On Windows
+# it ends lines with two characters.
 names() {
     cmake -E tar tf "$1" | tr -d '\r'
 }
@@ -46,7 +46,7 @@ for archive in "$@"; do
     folder=${folder%.zip}
     folder=${folder%.tar.gz}
     if ! wanted=$(expected "$archive" "$folder"); then
-        echo "$archive: no such package is known"
+        echo "$archive: unknown kind of package"
         failed=1
         continue
     fi
@@ -54,7 +54,7 @@ for archive in "$@"; do
     found=$(names "$archive" | grep -v '/$' | LC_ALL=C sort)
     printf '%s\n' "$archive:" "$found"
     if [[ $found != "$wanted" ]]; then
-        printf '%s\n' "but it has to hold:" "$wanted"
+        printf '%s\n' "but expected:" "$wanted"
         failed=1
     fi
 done

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # check-shell.sh
 #
-# Fails where shellcheck finds something in a shell script of the repository, new ones included.
+# Fails if shellcheck finds a problem in a shell script of the repository, including untracked ones.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

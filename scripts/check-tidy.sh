@@ -1,25 +1,25 @@
 #!/usr/bin/env bash
 # check-tidy.sh [--all | --full | FILE...]
 #
-# Fails where clang-tidy finds something, and prints each finding once.
+# Fails if clang-tidy finds a problem, and prints each finding once.
 #
-#   without arguments   the sources that differ from the branch main, uncommitted ones included
+#   without arguments   the sources that differ from the branch main, including uncommitted ones
 #   FILE...             these sources and headers
 #   --all               every source of the build, with the checks of .clang-tidy
-#   --full              the same with more checks, among them the static analyser: takes far longer
+#   --full              the same with more checks, including the static analyser: takes much longer
 #
-# Reads the compiler's commands from build/ci or build/release, and configures the latter if neither
-# is there. Nothing has to be built.
+# Reads the compile commands of build/ci or build/release, and configures the latter if neither
+# exists. Nothing has to be built.
 set -euo pipefail
 shopt -s inherit_errexit
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# What --full adds, but for what contradicts the code as a whole:
-#   cert-dcl37-c, cert-dcl51-cpp   bugprone-reserved-identifier, without the names that it permits
+# The checks that --full adds, except those that contradict the code as a whole:
+#   cert-dcl37-c, cert-dcl51-cpp   bugprone-reserved-identifier without its permitted names
 #   cert-err58-cpp                 each test case of GoogleTest is a static object that may throw
-#   cert-msc32-c, cert-msc51-cpp   tests take random numbers from fixed seeds, to be repeatable
+#   cert-msc32-c, cert-msc51-cpp   tests seed random numbers with constants, to be reproducible
 #   misc-const-correctness         wants const on every local variable
-#   misc-misplaced-const           a constant handle is a constant pointer, as it says
+#   misc-misplaced-const           a constant handle is meant to be a constant pointer
 #   misc-non-private-member-...    plain structures with an operator or a constructor
 #   misc-no-recursion              recursion as deep as a radix or a type allows
 readonly more_checks='performance-unnecessary-value-param,clang-analyzer-*,cert-*,misc-*,portability-*,
@@ -32,7 +32,7 @@ fail() {
     exit 1
 }
 
-# Prints the name of the tool: version 16 if there is one, since each version finds more.
+# Prints the name of the tool: version 16 if available, since each version finds more.
 find_tidy() {
     local name
     for name in clang-tidy-16 clang-tidy; do
@@ -44,7 +44,7 @@ find_tidy() {
     fail 'clang-tidy is missing'
 }
 
-# Whether the commands in the file $1 are older than a file that CMake reads.
+# Whether the compile commands $1 are older than a file that CMake reads.
 stale() {
     local file
     while IFS= read -r -d '' file; do
@@ -53,8 +53,7 @@ stale() {
     return 1
 }
 
-# Prints a build folder that holds the compiler's commands, after configuring where they are missing
-# or old.
+# Prints a build folder with compile commands; configures it if they are missing or out of date.
 find_build() {
     local preset
     for preset in ci release; do
@@ -68,8 +67,8 @@ find_build() {
     echo "build/$preset"
 }
 
-# Prints all sources that the build compiles. Generated ones differ in the number of depth layers
-# only: of these, the ones for two layers.
+# Prints all sources that the build compiles. Generated ones differ only in the number of depth
+# layers, so only those for two layers are printed.
 all_sources() {
     sed -nE -e 's/^ *"file": "(.*)",?$/\1/; T' -e "\#^$PWD/build/.*([^2]|[0-9]2)\.cpp\$#!p" \
         "$build/compile_commands.json"
@@ -83,13 +82,13 @@ changed_files() {
     git ls-files --others --exclude-standard '*.h' '*.cpp'
 }
 
-# Whether the build has a command for the file; for a header, that of a source next to it will do.
+# Whether the build compiles the file; for a header clang-tidy uses the command of a similar source.
 compiled() {
     [[ $1 == *.h ]] || grep -qF "\"file\": \"$(realpath "$1")\"" "$build/compile_commands.json"
 }
 
-# check FILE: writes the findings into a file of their own in $reports. The compiler's own warnings
-# are no matter of this script.
+# check FILE: writes the findings to a separate file in $reports. The compiler's own warnings are not
+# this script's concern.
 check() {
     local report="$reports/${1//\//_}" code=0
     "$tidy" --quiet -p "$build" --checks="$extra" --extra-arg=-Wno-error "$1" \
@@ -100,7 +99,7 @@ check() {
     rm "$report.stderr"
 }
 
-# Checks all files, as many at a time as there are processors.
+# Checks all files, as many at the same time as there are processors.
 check_all() {
     local file
     for file in "$@"; do
@@ -110,13 +109,13 @@ check_all() {
     wait
 }
 
-# Prints each finding once, with its lines of code and notes: one in a header comes up with every
+# Prints each finding once, with its lines of code and notes: one in a header is repeated for every
 # source that includes it.
 print_findings() {
     find "$reports" -type f -exec sed "s|^$PWD/||" {} + | awk '/: (warning|error): / { fresh = !seen[$0]++ } fresh'
 }
 
-# Prints the files that the arguments ask for.
+# Prints the files that the arguments select.
 asked_for() {
     case "${1:-}" in
         '') changed_files ;;

@@ -1,10 +1,9 @@
 #!/usr/bin/env bash
 # check-version.sh [TAG]
 #
-# Fails where the version is not the same everywhere: in CMakeLists.txt, which is the reference, in
-# effect/Identity.h, as the newest release of CHANGELOG.md, in the names of packages in README.md and
-# docs/, and in the tag v1.2.3, if there is one: TAG, or the tag that a workflow runs for. Prints one
-# line for each difference.
+# Fails if the version differs from that in CMakeLists.txt: in effect/Identity.h, as the newest release
+# of CHANGELOG.md, in the names of packages in README.md and docs/, and in the tag, such as v1.2.3, if
+# there is one: TAG, or the tag that a workflow runs for. Prints one line for each difference.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -27,7 +26,7 @@ constant() {
 }
 
 version=$(sed -nE "s/^project\(Orbel VERSION ($number).*/\1/p" CMakeLists.txt)
-[[ -n $version ]] || { echo 'CMakeLists.txt: no version of the project'; exit 1; }
+[[ -n $version ]] || { echo 'CMakeLists.txt: no project version'; exit 1; }
 
 agrees effect/Identity.h "$(constant kVersion).$(constant kSubversion).$(constant kBugFix)"
 

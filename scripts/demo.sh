@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # demo.sh
 #
-# Installs what is missing, builds the bundle and the tool of the release, makes a night scene with its
-# depth map, blurs it in many ways and puts the pictures on one contact sheet.
+# Installs missing packages, builds the bundle and the tool (preset release), makes a night scene with
+# its depth map, blurs it in many ways and puts the images on one contact sheet.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 scripts/setup.sh build demo
-# A folder without a build gets one that needs neither tests nor benchmarks; what is there stays so.
+# A new build folder is configured without tests and benchmarks; an existing one is used unchanged.
 [[ -f build/release/build.ninja ]] ||
     cmake --preset release -DBUILD_TESTING=OFF -DORBEL_BUILD_BENCHMARKS=OFF
 cmake --build --preset release --target Orbel orbel
@@ -19,8 +19,8 @@ font=$(fc-match --format '%{file}' 'DejaVu Sans' 2>/dev/null || true)
 rm -rf "$out"
 mkdir -p "$tiles"
 
-# show FILE CAPTION OPERATION...: adds a tile of the picture to the contact sheet, after the
-# operations that make it fit for a screen, with its caption if there is a font.
+# show FILE CAPTION OPERATION...: adds the image to the contact sheet as a tile, after the operations
+# that prepare it for a screen, with its caption if there is a font.
 sheet=()
 show() {
     local tile text=()
@@ -30,11 +30,11 @@ show() {
     sheet+=("$tile")
 }
 
-# Scene-linear light for a screen: cut at white, with a screen's gamma.
+# Scene-linear light for a screen: clipped at white, with a screen's gamma.
 encode=(--ch 'R,G,B' --clamp:min=0:max=1 --powc 0.4545)
 
-# blur PICTURE NAME CAPTION OPTION...: blurs the picture with these options and shows the result.
-# The scene in float is scene-linear light, which the exposure curve need not expand.
+# blur IMAGE NAME CAPTION OPTION...: blurs the image with these options and shows the result. The
+# scene in EXR is scene-linear light, which needs no exposure curve.
 blur() {
     local picture="$1" name="$2" caption="$3"
     shift 3
@@ -62,7 +62,7 @@ blur "$night" hexagon 'Six blades' --blur-radius 30
 blur "$night" star 'Five blades, bent to a star' --blur-radius 40 --vertices 5 --roundness -0.6
 blur "$night" ring 'Round, light at the rim' --blur-radius 40 --roundness 1 --concentration -0.9
 
-echo 'The exposure curve on an 8-bit picture, where light is cut at white'
+echo 'The exposure curve on an 8-bit image, where highlights are clipped'
 show "$night8" 'The scene in 8 bits'
 for exposure in 0 5 10; do
     blur "$night8" "exposure-$exposure" "Exposure $exposure" --blur-radius 20 --exposure "$exposure"
@@ -92,4 +92,4 @@ oiiotool "${sheet[@]}" --mosaic:pad=6 5x4 -o "$out/contact-sheet.png"
 rm -r "$tiles"
 
 echo
-echo "The pictures are in $out; all of them on one sheet: $out/contact-sheet.png"
+echo "The images are in $out; all on one sheet: $out/contact-sheet.png"

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # package.sh [PRESET...]
 #
-# Makes the packages of the presets (release, windows and arm64; ci in place of release has warnings
-# as errors) in build/packages: installs what is missing, builds, looks into the bundles, packs them,
-# and looks into the packages.
+# Makes the packages of the presets (default: release, windows and arm64; ci instead of release treats
+# warnings as errors) in build/packages: installs missing packages, builds, checks the bundles,
+# packages them, and checks the packages.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
 # setup.sh [GROUP...]
 #
-# Installs the packages of the named groups (default: build) of packages.txt that are missing.
-# With everything in place it changes nothing and asks no package server. As root it installs by
-# itself, else through sudo. What it can't install, for want of apt-get, of the right or of such a
-# package, it names in one line and succeeds: the same may be there in another way, and the build
-# reports what it really lacks.
+# Installs the missing packages of the named groups (default: build) of packages.txt. If none is
+# missing, it changes nothing and contacts no package server. It installs as root, otherwise with
+# sudo. If it can't install something, because apt-get, the permission or the package is missing, it
+# names it in one line and succeeds: it may be installed in another way, and the build reports what it
+# really lacks.
 set -euo pipefail
 
 list="$(dirname "${BASH_SOURCE[0]}")/packages.txt"
 [[ $# -gt 0 ]] || set -- build
 
-# The packages of one group, one a line.
+# The packages of one group, one per line.
 packages_of() {
     sed 's/#.*//' "$list" | awk -v group="$1" '$1 == group { print $2 }'
 }
@@ -25,15 +25,15 @@ privileged() {
     if [[ $(id -u) -eq 0 ]]; then "$@"; else sudo "$@"; fi
 }
 
-# Sudo is of use where it asks for no password or somebody is there to type it.
+# Sudo is usable if it needs no password, or if somebody can type it.
 may_install() {
     [[ $(id -u) -eq 0 ]] && return 0
     command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [[ -t 0 ]]; }
 }
 
-# leave REASON PACKAGE...: names what is needed, and ends the script.
+# leave REASON PACKAGE...: lists the packages that are needed, and ends the script.
 leave() {
-    echo "setup.sh: $1; needed, by Debian's names: ${*:2}" >&2
+    echo "setup.sh: $1; needed, with Debian's names: ${*:2}" >&2
     exit 0
 }
 
@@ -45,7 +45,7 @@ for group in "$@"; do
 done
 
 if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
-    leave 'no apt-get here' "${wanted[@]}"
+    leave 'apt-get is not available' "${wanted[@]}"
 fi
 
 missing=()
@@ -56,7 +56,7 @@ done
 may_install || leave 'neither root nor sudo' "${missing[@]}"
 
 echo "Installing ${missing[*]}"
-privileged apt-get update -q || echo "setup.sh: going on with the package lists at hand" >&2
+privileged apt-get update -q || echo "setup.sh: continuing with the existing package lists" >&2
 known=() unknown=()
 for package in "${missing[@]}"; do
     if apt-cache show "$package" >/dev/null 2>&1; then known+=("$package"); else unknown+=("$package"); fi

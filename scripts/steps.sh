@@ -1,5 +1,5 @@
-# To be sourced, in the root of the repository, by what checks the whole of it: the steps that every
-# submission passes, and the time that each step takes.
+# For scripts that check the whole repository, to be sourced in its root: the steps that every
+# submission has to pass, and the time that each takes.
 # shellcheck shell=bash
 
 CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$(nproc)}
@@ -8,7 +8,7 @@ durations=()
 test_log=$(mktemp)
 trap 'rm -f "$test_log"' EXIT
 
-# step NAME COMMAND...: runs the command under a heading and takes its time.
+# step NAME COMMAND...: runs the command under a heading and measures its time.
 step() {
     local name="$1" start=$SECONDS
     shift
@@ -32,10 +32,10 @@ platforms() {
     scripts/trial.sh build/ci
 }
 
-# What is checked in seconds comes first. The build of `ci` serves tests, packages and trial.
+# Checks that take seconds come first. Tests, packages and the trial share the build of `ci`.
 check_submission() {
     local preset
-    step 'packages of the system' scripts/setup.sh build test check
+    step 'system packages' scripts/setup.sh build test check
     step 'shell scripts' scripts/check-shell.sh
     step 'version' scripts/check-version.sh
     step 'format' scripts/check-format.sh
@@ -53,10 +53,10 @@ run_tests() {
     ctest --preset ci 2>&1 | tee "$test_log"
 }
 
-# The duration of each step, and the summary of the release's tests.
+# Prints the duration of each step, and the summary of the release's tests.
 summarize() {
     printf '\n== durations\n'
-    printf '%s\n' "${durations[@]}" "$(printf '%5d s  altogether' $SECONDS)"
+    printf '%s\n' "${durations[@]}" "$(printf '%5d s  in total' $SECONDS)"
     printf '\n== tests of the release\n'
     grep -E '^[0-9]+% tests passed|^Total Test time' "$test_log"
 }

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # test.sh [STEP...]
 #
-# Installs what is missing, then builds and tests in two steps, or in the one that is named:
+# Installs missing packages, then builds and tests in two steps, or only in those named:
 #
-#   release     the release, with every unit test
-#   platforms   the bundles and packages for Windows and arm64 too: what is in them, and how the
-#               bundles run, emulated, beside the native one
+#   release     the release, with all unit tests
+#   platforms   the bundles and packages for Windows and arm64 as well: their contents, and their
+#               frames, rendered under emulation, compared with those of the native bundle
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

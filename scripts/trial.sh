@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # trial.sh [RELEASE WINDOWS ARM64]
 #
-# Tries the bundles of three platforms out, each in a host of its own platform: the native one, the
-# Windows one under Wine and the arm64 one under qemu. Then holds their frames against each other,
-# and gives each host files that are no bundle for it. The arguments are the build folders, by
-# default those of the presets, which have to be built.
+# Tests the bundles of three platforms, each in a host of its own platform: the native one, the
+# Windows one under Wine and the arm64 one under qemu. Then compares their frames, and has each host
+# refuse files that are not a bundle for it. The arguments are the build folders, by default those of
+# the presets, which have to be built.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -21,8 +21,8 @@ fail() {
     exit 1
 }
 
-# find_program NAME...: the first of these programs that is on the PATH, or among those of Wine, which
-# Debian keeps off it.
+# find_program NAME...: the first of these programs that is on the PATH or in Wine's folder, which
+# Debian doesn't put on the PATH.
 find_program() {
     local name
     for name in "$@"; do
@@ -34,7 +34,7 @@ find_program() {
 wine=$(find_program wine64 wine)
 wineserver=$(find_program wineserver64 wineserver)
 qemu=$(find_program qemu-aarch64 qemu-aarch64-static)
-# The arm64 libraries lie where their compiler has its own.
+# The arm64 libraries are next to those of their compiler.
 arm64_libraries=$(dirname "$(realpath "$(aarch64-linux-gnu-g++ -print-file-name=libm.so.6)")")
 
 # The server of this prefix outlives its programs.
@@ -46,7 +46,7 @@ arm64_host=("$qemu" -L "$(dirname "$arm64_libraries")" "$arm64/orbel-trial")
 
 windows_bundle="$windows/Orbel.aex"
 
-# try NAME HOST... BUNDLE: the whole command stream; the frames go to $work/NAME.
+# try NAME HOST... BUNDLE: sends the whole command stream; saves the frames in $work/NAME.
 try() {
     local name="$1" log="$work/$1.log" start=$SECONDS
     shift
@@ -60,11 +60,11 @@ try() {
 }
 
 compare() {
-    echo "== $1 beside $2"
-    "${native_host[@]}" --compare "$work/$1" "$work/$2" || fail "the frames are too far apart"
+    echo "== $1 and $2 compared"
+    "${native_host[@]}" --compare "$work/$1" "$work/$2" || fail "the frames differ too much"
 }
 
-# refuses REASON FILE PROGRAM...: the program says that it can't load the file, and why.
+# refuses REASON FILE PROGRAM...: the program reports that it can't load the file, and why.
 refuses() {
     local reason="$1" file="$2" text code=0
     shift 2
@@ -74,12 +74,12 @@ refuses() {
     echo "$text" | tr -d '\r'
 }
 
-# Copies of the Windows bundle with another processor in the header, and without the second half.
+# Copies of the Windows bundle: with another processor in the header, and without the second half.
 header=$(od -An -tu4 -j60 -N4 "$windows_bundle")
 cp "$windows_bundle" "$work/foreign.aex"
 printf '\x64\xAA' | dd of="$work/foreign.aex" bs=1 seek=$((header + 4)) conv=notrunc status=none
 head -c $(($(stat -c %s "$windows_bundle") / 2)) "$windows_bundle" >"$work/half.aex"
-echo 'No bundle, but a text.' >"$work/text.aex"
+echo 'This is text, not a bundle.' >"$work/text.aex"
 
 try linux-x86_64 "${native_host[@]}" "$release/Orbel.so"
 try windows-x86_64 "${windows_host[@]}" "$windows_bundle"
@@ -87,7 +87,7 @@ try linux-arm64 "${arm64_host[@]}" "$arm64/Orbel.so"
 compare linux-x86_64 windows-x86_64
 compare linux-x86_64 linux-arm64
 
-echo '== files that are no bundle'
+echo '== files that are not a bundle'
 refuses 'was built for Linux on arm64' "$arm64/Orbel.so" "${native_host[@]}"
 refuses 'was built for Windows on x86-64' "$windows_bundle" "${native_host[@]}"
 refuses 'was built for Linux on x86-64' "$release/Orbel.so" "${arm64_host[@]}"
@@ -96,7 +96,7 @@ refuses 'was built for Linux on x86-64' "$release/Orbel.so" "${windows_host[@]}"
 refuses 'was built for Windows on arm64' "$work/foreign.aex" "${windows_host[@]}"
 refuses "can't be loaded: it is damaged" "$work/half.aex" "${windows_host[@]}"
 refuses 'is not a loadable file' "$work/text.aex" "${windows_host[@]}"
-refuses 'is not there' "$work/missing.aex" "${windows_host[@]}"
+refuses 'does not exist' "$work/missing.aex" "${windows_host[@]}"
 refuses 'has no function EntryPointFunc' 'C:\windows\system32\version.dll' "${windows_host[@]}"
 if [[ -x $release/orbel ]]; then
     refuses 'was built for Linux on arm64' "$arm64/Orbel.so" "$release/orbel" params --bundle

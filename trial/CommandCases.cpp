@@ -1,4 +1,4 @@
-// All commands but those of frames.
+// All commands except those for frames.
 
 #include <chrono>
 #include <cstdio>
@@ -18,7 +18,7 @@ double milliseconds(const std::function<void()>& body) {
         .count();
 }
 
-// Gives the times as a text.
+// Returns the times as text.
 std::string loadAndSetUp(Trial& trial) {
     const double load = milliseconds([&] { trial.load(); });
     const double setUp = milliseconds([&] { trial.effect().setUp(); });
@@ -31,12 +31,13 @@ std::string loadAndSetUp(Trial& trial) {
 void checkDeclaration(Trial& trial) {
     const headless::Effect& effect = trial.effect();
     trial.check(effect.declaredParameters() == effect.parameters().size(),
-                "the effect counts other parameters than it declares");
-    trial.check((effect.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) != 0, "16 bits are not declared");
+                "the effect reports a number of parameters other than it declares");
+    trial.check((effect.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) != 0,
+                "support for 16 bits is not declared");
     const PF_OutFlags2 wanted = PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE |
                                 PF_OutFlag2_SUPPORTS_THREADED_RENDERING;
     trial.check((effect.outFlags2() & wanted) == wanted,
-                "smart, float or threaded rendering is not declared");
+                "support for smart, float or threaded rendering is not declared");
     trial.check(effect.version() != 0, "the effect has no version");
 }
 
@@ -91,7 +92,7 @@ void tryUserChangedParam(Trial& trial) {
         const PF_Err status =
             trial.effect().send(PF_Cmd_USER_CHANGED_PARAM, out, pointers.data(), nullptr, &extra);
         trial.check(status == PF_Err_NONE && out.out_flags == 0,
-                    "not accepted for parameter " + std::to_string(i));
+                    "refused for parameter " + std::to_string(i));
     }
 }
 
@@ -101,7 +102,7 @@ void tryUnanswered(Trial& trial) {
         PF_OutData out{};
         const PF_Err status = trial.effect().send(command, out);
         trial.check(status == PF_Err_NONE && out.out_flags == 0 && out.return_msg[0] == '\0',
-                    headless::commandName(command) + " is answered");
+                    headless::commandName(command) + " is not ignored");
     }
 }
 
@@ -110,8 +111,9 @@ void trySequence(Trial& trial, PF_Cmd command, bool offered) {
     PF_Handle record = offered ? host.utils->host_new_handle(16) : nullptr;
     const PF_Err status = trial.effect().sendSequence(command, nullptr, record);
     trial.check(status == PF_Err_NONE, "code " + std::to_string(status));
-    // The last command frees an offered record and leaves its address.
-    if (command != PF_Cmd_SEQUENCE_SETDOWN) trial.check(record == nullptr, "a record came back");
+    // Set-down frees the record but doesn't clear the field.
+    if (command != PF_Cmd_SEQUENCE_SETDOWN)
+        trial.check(record == nullptr, "the effect returned a record");
 }
 
 }  // namespace
@@ -125,7 +127,7 @@ void trySetUp(Trial& trial) {
     trial.run("about", [&] {
         const std::string text = trial.effect().about();
         trial.report().note(text.substr(0, text.find('\n')));
-        trial.check(text.starts_with("Orbel, v"), "the text says something else: " + text);
+        trial.check(text.starts_with("Orbel, v"), "unexpected text: " + text);
     });
 }
 
@@ -143,7 +145,7 @@ void tryControls(Trial& trial) {
         if (parameters.info(i).hasValue()) parameters.reset(i);
     }
     trial.run("changed parameters", [&] { tryUserChangedParam(trial); });
-    trial.run("unanswered commands", [&] { tryUnanswered(trial); });
+    trial.run("unhandled commands", [&] { tryUnanswered(trial); });
 }
 
 void trySequences(Trial& trial) {

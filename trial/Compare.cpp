@@ -20,12 +20,12 @@ namespace {
 
 constexpr double kRelative = 1e-6;
 constexpr double kAbsolute = 1e-7;
-constexpr double kFaintAlpha = 1e-6;  // of float; below it colours aren't compared
+constexpr double kFaintAlpha = 1e-6;  // in float; below it colours aren't compared
 constexpr const char* kChannelNames[kChannels] = {"alpha", "red", "green", "blue"};
 
-// The difference that comes nearest to the allowed one, or furthest beyond it.
+// The largest difference, relative to the tolerance.
 struct Worst {
-    double share = 0;  // of what is allowed
+    double share = 0;  // of the tolerance
     double a = 0;
     double b = 0;
     std::string place;
@@ -38,7 +38,7 @@ struct Worst {
     }
 };
 
-// Of all frames with the same number of bits.
+// The statistics of all frames with the same number of bits.
 struct Tally {
     int frames = 0;
     std::uint64_t values = 0;
@@ -109,10 +109,10 @@ void print(std::ostream& out, int bits, const Tally& tally) {
                   100.0 * static_cast<double>(tally.differing) / static_cast<double>(tally.values),
                   static_cast<unsigned long long>(tally.values));
     out << bits << " bits: " << tally.frames << " frames, " << share << ", " << tally.faintPixels
-        << " pixels without alpha\n";
+        << " transparent pixels\n";
     if (tally.differing == 0) return;
     char allowed[64];
-    std::snprintf(allowed, sizeof allowed, "%.3g of what is allowed", tally.worst.share);
+    std::snprintf(allowed, sizeof allowed, "%.3g of the tolerance", tally.worst.share);
     out << "    worst: " << allowed << "; " << tally.worst.describe() << '\n';
 }
 
@@ -130,7 +130,7 @@ bool compareFolders(const fs::path& a, const fs::path& b, std::ostream& out) {
             const Tally tally = compareFrames(name, first, readFrame(b / name));
             tallies[first.bits].add(tally);
             if (tally.worst.passes()) continue;
-            out << "too far apart: " << tally.worst.describe() << '\n';
+            out << "differs too much: " << tally.worst.describe() << '\n';
         } catch (const std::runtime_error& error) {
             out << error.what() << '\n';
         }

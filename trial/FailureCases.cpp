@@ -1,4 +1,4 @@
-// Frames that can't end well: cancelled ones, and ones without enough memory.
+// Frames that have to fail: cancelled ones, and ones without enough memory.
 
 #include <algorithm>
 #include <atomic>
@@ -18,7 +18,7 @@ void checkCancelled(Trial& trial, const FrameResult& result) {
     trial.check(result.message.empty(), "a message: " + result.message);
 }
 
-// The user cancels at report `k`; true if there was such a report.
+// Cancels at progress report `k`; true if there was such a report.
 bool cancelAtReport(Trial& trial, FrameCase frame, int k) {
     std::atomic<bool> cancel{false};
     int reports = 0;
@@ -29,11 +29,11 @@ bool cancelAtReport(Trial& trial, FrameCase frame, int k) {
     const FrameResult result = frame.render(trial.effect());
     if (reports < k) return false;
     checkCancelled(trial, result);
-    trial.check(reports == k, "the frame went on after the cancel");
+    trial.check(reports == k, "the frame continued after the cancel");
     return true;
 }
 
-// The k-th iteration is cut off; true if there was such an iteration.
+// Cancels in the k-th iteration; true if there was such an iteration.
 bool cancelInIteration(Trial& trial, const FrameCase& frame, int k) {
     headless::Failures& failures = trial.host().failures();
     failures.clear();
@@ -66,7 +66,7 @@ void tryCancels(Trial& trial, const FrameCase& frame) {
     });
 }
 
-// Bytes that the host had given after each request of an unlimited frame.
+// The host memory in use after each request of a frame without a limit.
 std::vector<std::uint64_t> requestsOf(Trial& trial, const FrameCase& frame) {
     headless::Host& host = trial.host();
     host.startCallLog();
@@ -77,13 +77,14 @@ std::vector<std::uint64_t> requestsOf(Trial& trial, const FrameCase& frame) {
 
 void checkShortage(Trial& trial, const FrameResult& result) {
     trial.check(result.status == PF_Err_OUT_OF_MEMORY, "code " + std::to_string(result.status));
-    if (!result.rendered) return;  // the record between the two commands was refused
+    if (!result.rendered) return;  // there was no memory for the pre-render record
     trial.check(result.message.find("Memory is insufficient") != std::string::npos,
                 "no message about memory");
     trial.check(result.outputUntouched, "pixels were written");
 }
 
-// The memory ends at each of a frame's requests in turn, and last where it just suffices.
+// Limits the memory so that each of a frame's requests fails in turn, and last so that it is just
+// enough.
 void tryShortages(Trial& trial, const FrameCase& frame) {
     headless::Host& host = trial.host();
     const std::vector<std::uint64_t> requests = requestsOf(trial, frame);

@@ -11,7 +11,7 @@ namespace trial {
 
 namespace {
 
-// Blocks have 64 pixels with this radius, so a picture is cut into several tiles.
+// Blocks have 64 x 64 pixels with this radius, so a frame has several tiles.
 constexpr double kRadius = 5.5;
 
 struct Size {
@@ -121,7 +121,7 @@ std::vector<FrameCase> geometries(Trial& trial) {
     return {half, grown, region, wide, copy};
 }
 
-// Wide blurs, whose blocks exercise longer transforms.
+// Large blurs, whose blocks need longer transforms.
 std::vector<FrameCase> wideBlurs(Trial& trial) {
     if (trial.settings().small) return {};
     const int layers = usualLayers(trial.settings());
@@ -129,8 +129,8 @@ std::vector<FrameCase> wideBlurs(Trial& trial) {
             nightFrameWith(trial, "radius-100", 16, 1, {{"Blur Radius", 100}})};
 }
 
-// Whether a blur could make this of the input: a mean lies between the smallest and the largest
-// value. The pattern of a pixel that was left alone is no number.
+// Whether the values can come from a blur: means are between the smallest and the largest value of
+// the input. The pattern of a pixel that wasn't written is NaN.
 bool isMean(const Frame& frame) {
     constexpr double kBrightest = 8 * (1 + 1e-6);
     for (std::size_t i = 0; i < frame.values(); ++i) {
@@ -151,9 +151,10 @@ void tryFrame(Trial& trial, const FrameCase& made) {
     if (!result.output) return;
     const Frame frame = frameOf(*result.output);
     trial.keep(made.name, frame);
-    if (frame.bits == 32) trial.check(isMean(frame), "a value lies outside the input's range");
+    if (frame.bits == 32) trial.check(isMean(frame), "a value is outside the input's range");
     const bool same = frame.pixels == frameOf(*made.request.input).pixels;
-    trial.check(same != made.blurs, same ? "nothing was blurred" : "the copy is none");
+    trial.check(same != made.blurs,
+                same ? "nothing was blurred" : "the copy differs from the input");
 }
 
 }  // namespace
@@ -171,7 +172,7 @@ FrameCase nightFrame(Trial& trial, const std::string& name, int bits, int layers
     made.request.input = nightPicture(width, height, bits);
     made.request.bits = bits;
     made.parameters.set("Blur Radius", kRadius);
-    // The curve is exponential: lights of 8 would outshine all else beyond double's digits.
+    // The curve is exponential: next to lights of 8, double precision would lose everything else.
     made.parameters.set("Exposure", bits == 32 ? 0.5 : 10);
     if (layers > 1) {
         made.parameters.setLayer(made.parameters.find("Depth Map/Layer"),

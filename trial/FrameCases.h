@@ -9,7 +9,7 @@
 
 namespace trial {
 
-// One frame with all values that it depends on.
+// A frame and everything that it depends on.
 struct FrameCase {
     std::string name;
     headless::ParameterSet parameters;
@@ -23,9 +23,9 @@ struct FrameCase {
     }
 };
 
-// The number of depth layers where the frame is about something else: 6, or the largest there is.
+// The number of depth layers for frames that test something else: 6, or the largest available.
 int usualLayers(const Settings& settings);
-// A frame of nightPicture() blurred by some pixels. More than one layer take depthPicture().
+// A frame of nightPicture() with a small blur; with depthPicture() if there is more than one layer.
 FrameCase nightFrame(Trial& trial, const std::string& name, int bits, int layers);
 
 }  // namespace trial

@@ -11,7 +11,8 @@ namespace trial {
 
 namespace {
 
-static_assert(std::endian::native == std::endian::little, "the files' numbers are little-endian");
+static_assert(std::endian::native == std::endian::little,
+              "numbers in frame files are little-endian");
 
 constexpr const char* kMagic = "orbel-frame";
 
@@ -70,12 +71,12 @@ Frame readFrame(const std::filesystem::path& file) {
     Frame frame;
     in >> magic >> frame.width >> frame.height >> frame.bits;
     if (!in || magic != kMagic || in.get() != '\n' || !plausible(frame))
-        refuse(file, "is no frame");
+        refuse(file, "is not a frame");
     frame.pixels.resize(pixelBytes(frame));
     in.read(reinterpret_cast<char*>(frame.pixels.data()),
             static_cast<std::streamsize>(frame.pixels.size()));
     if (!in || in.peek() != std::ifstream::traits_type::eof()) {
-        refuse(file, "has not the length that its first line says");
+        refuse(file, "doesn't have the length that its first line states");
     }
     return frame;
 }

@@ -1,6 +1,5 @@
 #pragma once
-// Rendered frames as files: a line of text, then the pixels as they stand in memory, without row
-// padding.
+// Files of rendered frames: a line of text, then the pixels as in memory, without row padding.
 
 #include <cstddef>
 #include <filesystem>
@@ -16,7 +15,7 @@ inline constexpr int kChannels = 4;  // alpha, red, green, blue
 struct Frame {
     int width = 0;
     int height = 0;
-    int bits = 8;                   // of a channel: 8, 16 or 32
+    int bits = 8;                   // per channel: 8, 16 or 32
     std::vector<std::byte> pixels;  // rows from the top
 
     std::size_t values() const {
@@ -27,7 +26,7 @@ struct Frame {
 };
 
 Frame frameOf(const headless::World& world);
-// Both throw std::runtime_error with the file's name.
+// Both throw std::runtime_error, naming the file.
 void writeFrame(const Frame& frame, const std::filesystem::path& file);
 Frame readFrame(const std::filesystem::path& file);
 

@@ -6,8 +6,8 @@ namespace trial {
 
 namespace {
 
-// A channel in steps; 1 is kOne of them. Below 2^24 such a value is exact in float, and so is all
-// that World::set() does with it.
+// A channel value in steps of 1 / kOne. Below 2^24 such a value is exact in float, and so is
+// everything that World::set() computes with it.
 using Steps = std::int32_t;
 constexpr Steps kOne = 32768;
 
@@ -35,7 +35,7 @@ Picture paint(int width, int height, int bits, const PixelAt& pixelAt) {
     return world;
 }
 
-// 0 to below `range`, at most 65536, without a visible pattern.
+// From 0 to below `range`, which is at most 65536, without a visible pattern.
 Steps noise(int x, int y, int channel, Steps range) {
     auto bits = static_cast<std::uint32_t>((x * 613 + y) * 8 + channel);
     for (int round = 0; round < 3; ++round) bits = (bits ^ bits >> 15) * 747796405U + 12345U;

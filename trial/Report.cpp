@@ -6,7 +6,7 @@ namespace trial {
 
 namespace {
 
-// Each line of a text under the line of its case.
+// Prints each line of a text, indented below the line of its case.
 void printIndented(std::ostream& out, const std::string& text) {
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) out << "      " << line << '\n';

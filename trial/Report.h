@@ -1,5 +1,5 @@
 #pragma once
-// What a trial found: a line for each case and a summary.
+// The results of a trial: a line for each case and a summary.
 
 #include <functional>
 #include <ostream>
@@ -12,14 +12,14 @@ class Report {
 public:
     explicit Report(std::ostream& stream) : out_(stream) {}
 
-    // Runs `body`, which throws nothing, as the case `name` and prints how it went.
+    // Runs `body`, which must not throw, as the case `name` and prints the result.
     void run(const std::string& name, const std::function<void()>& body);
-    // Fails the case at hand unless `holds`; `what` says what is wrong.
+    // Fails the current case unless `holds`; `what` describes the failure.
     void check(bool holds, const std::string& what);
-    // Adds to the line of the case at hand.
+    // The remark at the end of the current case's line.
     void note(const std::string& text) { remark_ = text; }
 
-    // Whether every case so far went well.
+    // Whether every case so far passed.
     bool good() const { return failed_ == 0; }
     void printSummary() const;
 
@@ -27,7 +27,7 @@ private:
     std::ostream& out_;
     int cases_ = 0;
     int failed_ = 0;
-    std::vector<std::string> complaints_;  // of the case at hand
+    std::vector<std::string> complaints_;  // of the current case
     std::string remark_;
 };
 

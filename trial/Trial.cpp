@@ -4,8 +4,8 @@ namespace trial {
 
 namespace {
 
-// Sums over the threads of an iteration round differently with another number of threads, so it is
-// the same on every machine.
+// The number of threads is the same on every machine, since per-thread sums round differently with
+// another number.
 headless::HostOptions hostOptions() {
     headless::HostOptions options;
     options.threads = 2;
@@ -27,7 +27,7 @@ void Trial::run(const std::string& name, const std::function<void()>& body) {
         const std::string books = host_.accounts().describe();
         check(books == outstanding_, books);
         check(host_.memory().current == standing_, "host memory is still in use");
-        // What one case left behind is not held against the next.
+        // What one case left behind doesn't fail the next.
         host_.clearFaults();
         outstanding_ = host_.accounts().describe();
         takeAsStanding();

@@ -17,14 +17,14 @@ namespace trial {
 
 struct Settings {
     std::filesystem::path bundle;
-    std::filesystem::path frames;          // folder that takes the frames; empty: none are kept
+    std::filesystem::path frames;          // folder for the rendered frames; empty: none are saved
     bool small = false;                    // fewer and smaller frames, for a quick run
     std::vector<int> layers{1, 2, 6, 16};  // numbers of depth layers to render with
 };
 
 class Trial {
 public:
-    // Makes the host; the bundle isn't loaded before load().
+    // Makes the host; load() loads the bundle.
     Trial(const Settings& trialSettings, std::ostream& out);
 
     const Settings& settings() const { return chosen_; }
@@ -32,18 +32,18 @@ public:
     headless::Host& host() { return host_; }
     headless::Effect& effect() { return *effect_; }
 
-    // Loads the bundle and unloads it. Loading throws headless::BundleError.
+    // Load and unload the bundle. Loading throws headless::BundleError.
     void load() { effect_ = std::make_unique<headless::Effect>(host_, chosen_.bundle); }
     void unload() { effect_.reset(); }
 
-    // Runs `body` as a case, which an exception fails, then checks that the effect gave everything
-    // back and broke no rule.
+    // Runs `body` as a case, which fails on an exception, then checks that the effect returned
+    // everything and didn't misuse the interface.
     void run(const std::string& name, const std::function<void()>& body);
     void check(bool holds, const std::string& what) { cases_.check(holds, what); }
-    // What the effect holds from now on between two cases, such as its global data.
+    // Accepts what the effect holds now, such as its global data, as held between cases.
     void takeAsStanding() { standing_ = host_.memory().current; }
 
-    // Keeps the frame under a name of its own if frames are kept.
+    // Saves the frame under this name if frames are saved.
     void keep(const std::string& name, const Frame& frame) const;
 
 private:

@@ -1,4 +1,4 @@
-// orbel-trial: tries a bundle out in the host that is part of the program.
+// orbel-trial: tests a bundle in the host that is part of the program.
 
 #include <charconv>
 #include <iostream>
@@ -13,16 +13,20 @@ namespace {
 
 constexpr const char* kUsage =
     "orbel-trial BUNDLE [--frames DIR] [--small] [--layers N,N...]\n"
-    "    Loads the bundle, sends it every command, renders synthetic pictures, cancels, takes the\n"
-    "    memory away, and checks that everything is given back. DIR takes the rendered frames.\n"
-    "    --small renders less; --layers names the numbers of depth layers that the bundle has.\n"
+    "    Loads the bundle, sends it every command, renders synthetic images, cancels frames, "
+    "limits\n"
+    "    the memory, and checks that everything is returned. --frames saves the rendered frames "
+    "in\n"
+    "    DIR, --small renders fewer and smaller ones, and --layers lists the numbers of depth "
+    "layers\n"
+    "    that the bundle supports.\n"
     "orbel-trial --compare DIR DIR\n"
     "    Compares the frames of two bundles.\n"
-    "The exit code is 0 if all is well, 1 if not, 2 for a wrong command line.\n";
+    "The exit code is 0 if everything passes, 1 if not, 2 for a wrong command line.\n";
 
 enum ExitCode { kGood = 0, kBad = 1, kWrongUse = 2 };
 
-// Numbers from 1 to 16 with commas between them; none if the text is anything else.
+// Numbers from 1 to 16, separated by commas; none for any other text.
 std::optional<std::vector<int>> parseLayers(std::string_view text) {
     std::vector<int> layers;
     const char* at = text.data();

@@ -1,5 +1,5 @@
-// Blurs an array of floats with one point of light in its centre. The point becomes the shape of
-// the aperture, which is drawn in the terminal.
+// Blurs an array of floats with one point of light in its centre. The point takes the shape of the
+// aperture, which is printed in the terminal.
 #include <cstdio>
 #include <exception>
 #include <memory>

@@ -11,7 +11,7 @@ bool Books::takeBack(const std::string& kind, const std::string& name) {
     const std::lock_guard lock(mutex_);
     const auto entry = lent_.find({kind, name});
     if (entry == lent_.end()) {
-        faults_.push_back(kind + " \"" + name + "\" given back, though it was not out");
+        faults_.push_back(kind + " \"" + name + "\" returned, but not lent");
         return false;
     }
     if (--entry->second == 0) lent_.erase(entry);

@@ -1,5 +1,5 @@
 #pragma once
-// Who has what: counts of all things lent to the effect, and faults.
+// Counts of all things lent to the effect, and faults.
 
 #include <map>
 #include <mutex>
@@ -11,11 +11,11 @@
 
 namespace headless {
 
-// Things that are counted but carry no memory. All functions may be called from any thread.
+// Counts things without memory of their own. All functions may be called from any thread.
 class Books {
 public:
     void lend(const std::string& kind, const std::string& name);
-    // False, and a fault, if none of it is out.
+    // False, and a fault, if none of it is lent.
     bool takeBack(const std::string& kind, const std::string& name);
     // Records misuse of the interface.
     void fault(std::string text);

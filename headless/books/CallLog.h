@@ -1,5 +1,5 @@
 #pragma once
-// The calls of the effect in their order.
+// The effect's calls, in order.
 
 #include <atomic>
 #include <mutex>
@@ -9,14 +9,14 @@
 
 namespace headless {
 
-// The sequence of calls, for tests of order.
+// Records the sequence of calls, for tests.
 class CallLog {
 public:
     bool records() const { return recording_.load(std::memory_order_relaxed); }
     void start();
     std::vector<std::string> take();
 
-    // Adds "name" and the arguments, parted by blanks, if the log records.
+    // Adds `name` and the arguments, separated by spaces, if the log is recording.
     template <class... Arguments>
     void add(const char* name, const Arguments&... arguments) {
         if (!records()) return;

@@ -1,4 +1,4 @@
-// Parameters and progress.
+// The callbacks for parameters and progress.
 
 #include "headless/state/HostState.h"
 
@@ -11,8 +11,8 @@ std::string checkOutName(const ParameterSet& parameters, PF_ParamIndex index) {
     return std::to_string(index) + (label.empty() ? "" : " " + label);
 }
 
-// The whole layer at the downsample of the command, in its own pixel format. It is a copy of its
-// own for each check-out, so that a read after the check-in shows under a memory checker.
+// The whole layer at the downsample of the command, in its own pixel format. Each check-out gets a
+// separate copy, so that a memory checker reports reads after the check-in.
 std::shared_ptr<const World> layerOf(const CallContext& context, PF_ParamIndex index) {
     const auto source = index == 0 ? context.input : context.parameters->layer(index);
     if (!source) return nullptr;
@@ -68,7 +68,7 @@ PF_Err checkinParam(PF_ProgPtr effectRef, PF_ParamDef* param) {
             return PF_Err_BAD_CALLBACK_PARAM;
         }
         host.log.add("checkin_param", entry->second.index);
-        // An injected failure reports a code; the check-in counts all the same.
+        // A provoked failure returns a code, but the check-in still counts.
         const PF_Err injected = host.failures.check(Operation::kCheckinParam);
         host.books.takeBack("parameter", checkOutName(*context->parameters, entry->second.index));
         context->checkedOut.erase(entry);
@@ -87,7 +87,7 @@ PF_Err addParam(PF_ProgPtr effectRef, PF_ParamIndex index, PF_ParamDef* def) {
             host.books.fault("add_param during " + context->command);
             return PF_Err_INVALID_CALLBACK;
         }
-        // Only appending is offered.
+        // Only appending is supported.
         if (index != -1 && index != context->declaring->size()) return PF_Err_INVALID_INDEX;
         return context->declaring->declare(*def) ? PF_Err_NONE : PF_Err_UNRECOGNIZED_PARAM_TYPE;
     });

@@ -7,7 +7,7 @@ namespace headless {
 
 namespace {
 
-// The layer parameter's picture; null if it is set to none.
+// The layer parameter's world; null if it is set to none.
 std::shared_ptr<const World> sourceOf(const CallContext& context, PF_ParamIndex index) {
     return index == 0 ? context.input : context.parameters->layer(index);
 }
@@ -16,7 +16,8 @@ std::string layerName(PF_ParamIndex index) {
     return "pixels of layer " + std::to_string(index);
 }
 
-// The context of a smart-render callback, if this is the command it belongs to.
+// The context of a smart-render callback, if the running command offers it; otherwise null and a
+// fault.
 CallContext* frameContext(PF_ProgPtr effectRef, const char* operation, bool rendering) {
     CallContext* context = contextOnItsThread(effectRef, operation);
     if (!context) return nullptr;
@@ -63,7 +64,7 @@ PF_Err checkoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, std::int32_t id,
     });
 }
 
-// The announced part of the layer, at the downsample and in the frame's format.
+// The part of the layer that was checked out, at the downsample and in the frame's format.
 std::shared_ptr<World> pixelsOf(const CallContext& context,
                                 const FrameState::LayerCheckOut& layer) {
     const FrameRequest& request = *context.frame->request;
@@ -85,7 +86,8 @@ PF_Err checkoutLayerPixels(PF_ProgPtr effectRef, std::int32_t id, PF_EffectWorld
         if (const PF_Err err = host.failures.check(Operation::kCheckoutLayerPixels)) return err;
         const auto entry = context->frame->layers.find(id);
         if (entry == context->frame->layers.end()) {
-            host.books.fault("checkout_layer_pixels of an id that was not announced");
+            host.books.fault(
+                "checkout_layer_pixels of an id that was not checked out in pre-render");
             return PF_Err_BAD_CALLBACK_PARAM;
         }
         auto& layer = entry->second;

@@ -1,4 +1,4 @@
-// The utility callbacks: handles, the copy of worlds, and the two text functions.
+// The utility callbacks: handles, copying worlds, and the two text functions.
 
 #include <algorithm>
 #include <cstdarg>
@@ -79,13 +79,13 @@ A_char* ansiStrcpy(A_char* destination, const A_char* source) {
     return std::strcpy(destination, source);
 }
 
-// A rectangle in a world's own pixels, within the world.
+// A rectangle in a world's own pixels, clipped to the world.
 PF_LRect within(const PF_LayerDef& world, const PF_Rect* rect) {
     if (!rect) return {0, 0, world.width, world.height};
     return intersection(*rect, {0, 0, world.width, world.height});
 }
 
-// Pixels from the upper left corner of one rectangle to that of the other, as far as both reach.
+// Copies pixels between the common part of two rectangles, aligned at their upper left corners.
 void copyPixels(const PF_LayerDef& from, const PF_LRect& fromRect, const PF_LayerDef& to,
                 const PF_LRect& toRect, int pixel) {
     const int width = std::min(fromRect.right - fromRect.left, toRect.right - toRect.left);

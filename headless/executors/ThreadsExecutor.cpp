@@ -49,8 +49,8 @@ private:
         int next = 0;
     };
 
-    // Runs one body of `job` with the lock released. A job whose last body is taken leaves the
-    // queue at once, so the queue holds only jobs with work.
+    // Runs one body of `job` with the lock released. A job leaves the queue when its last body is
+    // taken, so the queue holds only jobs with work.
     void runNext(Job& job, std::unique_lock<std::mutex>& lock) {
         const int body = job.next++;
         if (job.next == job.bodies) jobs_.erase(std::find(jobs_.begin(), jobs_.end(), &job));

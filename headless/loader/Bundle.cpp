@@ -19,7 +19,7 @@ constexpr const char* kEntryPointName = "EntryPointFunc";
 
 #ifdef _WIN32
 
-// The system's text for one of its error numbers, in one line.
+// The system's message for an error number, in one line.
 std::string systemText(DWORD code) {
     constexpr DWORD kFlags =
         FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
@@ -30,14 +30,15 @@ std::string systemText(DWORD code) {
 
 std::string lastError() {
     const DWORD code = GetLastError();
-    // The system's texts for these two read as if the file itself were not there, or no library.
+    // The system's messages for these two read as if the file itself didn't exist or were no
+    // library.
     if (code == ERROR_MOD_NOT_FOUND) return "a library that it needs is missing";
     if (code == ERROR_BAD_EXE_FORMAT) return "it is damaged, or a library that it needs is";
     return systemText(code);
 }
 
 void* openLibrary(const std::filesystem::path& file) {
-    // Otherwise a damaged file opens a box that waits for a click.
+    // Otherwise a damaged file opens a dialog that waits for a click.
     SetErrorMode(SEM_FAILCRITICALERRORS);
     return LoadLibraryW(file.c_str());
 }
@@ -71,23 +72,23 @@ void closeLibrary(void* library) {
 
 #endif
 
-// The loader's reason as a sentence about `file`.
+// The loader's error as a sentence about `file`.
 std::string sentence(const std::string& file, std::string reason) {
-    // The dynamic loader reads the processor level that the linker noted in the file.
+    // The dynamic loader checks the processor level that the linker recorded in the file.
     if (reason.find("CPU ISA level is lower than required") != std::string::npos) {
-        return file + " needs a processor with AVX2 (x86-64-v3), and this one has none";
+        return file + " needs a processor with AVX2 (x86-64-v3), which this one doesn't have";
     }
     if (reason.starts_with(file + ": ")) reason.erase(0, file.size() + 2);
     return file + " can't be loaded: " + reason;
 }
 
-// Throws unless the file was made for this system and processor, and is whole.
+// Throws unless the file was built for this system and processor, and is complete.
 void checkFile(const std::filesystem::path& file) {
     if (!std::ifstream(file)) throw BundleError(file.string() + " can't be read");
     const auto target = bundleTarget(file);
     if (!target) throw BundleError(file.string() + " is not a loadable file");
     if (target->fitsThisProgram()) {
-        if (endsEarly(file)) throw BundleError(file.string() + " is not whole, its end is missing");
+        if (endsEarly(file)) throw BundleError(file.string() + " is truncated");
         return;
     }
     throw BundleError(file.string() + " was built for " + target->describe() + ", and this is " +
@@ -100,7 +101,7 @@ Bundle::Bundle(const std::filesystem::path& file) {
     const std::filesystem::path whole = std::filesystem::absolute(file);
     std::error_code error;
     if (!std::filesystem::exists(whole, error)) {
-        throw BundleError(whole.string() + " is not there");
+        throw BundleError(whole.string() + " does not exist");
     }
     if (!std::filesystem::is_regular_file(whole, error)) {
         throw BundleError(whole.string() + " is not a file");
@@ -112,7 +113,7 @@ Bundle::Bundle(const std::filesystem::path& file) {
     if (!entry_) {
         closeLibrary(library_);
         throw BundleError(whole.string() + " has no function " + kEntryPointName +
-                          ", so it is no effect");
+                          ", so it is not an effect");
     }
 }
 

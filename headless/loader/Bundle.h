@@ -8,17 +8,18 @@
 
 namespace headless {
 
-// The message names the file and says what is wrong with it.
+// The message names the file and what is wrong with it.
 class BundleError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// A loaded bundle; unloaded at the end of its life.
+// A loaded bundle; the destructor unloads it.
 class Bundle {
 public:
-    // Throws BundleError if the file isn't there, can't be loaded here (no loadable file, one for
-    // another system or processor, on Linux a processor without AVX2) or has no entry point.
+    // Throws BundleError if the file doesn't exist, can't be loaded here (not a loadable file,
+    // built for another system or processor, on Linux a processor without AVX2) or has no entry
+    // point.
     explicit Bundle(const std::filesystem::path& file);
     ~Bundle();
     Bundle(const Bundle&) = delete;

@@ -10,8 +10,8 @@ namespace headless {
 
 namespace {
 
-// The first bytes of a file: enough for the headers of all three systems, wherever the tools that
-// are in use put the Windows one.
+// The first bytes of a file: enough for the headers of all three systems, wherever common linkers
+// put the Windows one.
 class FileHead {
 public:
     explicit FileHead(const std::filesystem::path& file) {
@@ -25,7 +25,7 @@ public:
         return offset <= size_ && all.substr(offset).starts_with(text);
     }
 
-    // A little-endian number; 0 beyond the end.
+    // A little-endian number; bytes beyond the end count as 0.
     std::uint64_t number(std::uint64_t offset, std::uint64_t width) const {
         std::uint64_t value = 0;
         for (std::uint64_t i = width; i-- > 0;) {

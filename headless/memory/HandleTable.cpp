@@ -15,10 +15,10 @@ constexpr std::size_t kCacheLine = 64;
 constexpr std::size_t kFirstWord = 8;
 constexpr int kGuardByte = 0xB5;
 
-// The payload's place in `memory`: behind a guard, and so that what stands behind the payload's
-// first word opens a cache line. An effect keeps the block's handle in that word and its data right
-// behind it, and wide loads and stores are slow where they cross lines. A pointer is aligned there
-// too, and no more than that is promised.
+// The payload's position in `memory`: after a guard, and with a cache line starting after the
+// payload's first word. An effect stores the block's handle in that word and its data right after
+// it, and wide loads and stores that cross cache lines are slow. The payload itself is aligned for
+// pointers, and no more than that is guaranteed.
 std::byte* payloadIn(std::byte* memory) {
     const auto earliest = reinterpret_cast<std::uintptr_t>(memory) + kGuard + kFirstWord;
     const std::uintptr_t pastLine = earliest % kCacheLine;
@@ -36,7 +36,7 @@ struct HandleTable::Block {
     bool owned = false;
     std::string name = "unnamed";
     std::byte* memory = nullptr;   // all of it, from calloc
-    std::byte* payload = nullptr;  // with a guard before and behind it
+    std::byte* payload = nullptr;  // with a guard before and after it
 
     PF_Handle handle() { return &data; }
     bool guardsIntact() const {
@@ -74,7 +74,7 @@ PF_Handle HandleTable::create(std::uint64_t size) {
     return handle;
 }
 
-// To be called with the mutex held.
+// Requires the mutex to be held.
 HandleTable::Block* HandleTable::find(PF_Handle handle, const char* operation) {
     const auto entry = blocks_.find(handle);
     if (entry == blocks_.end()) {

@@ -1,5 +1,5 @@
 #pragma once
-// The blocks of memory behind handles that the effect gets from the host.
+// The memory blocks of the handles that the effect gets from the host.
 
 #include <cstdint>
 #include <memory>
@@ -13,7 +13,7 @@
 
 namespace headless {
 
-// All live handles. A handle that is none is a fault in the books and otherwise has no effect.
+// All live handles. Using an invalid handle is a fault in the books and otherwise has no effect.
 // All functions may be called from any thread.
 class HandleTable {
 public:
@@ -22,20 +22,20 @@ public:
     HandleTable(const HandleTable&) = delete;
     HandleTable& operator=(const HandleTable&) = delete;
 
-    // A zeroed block whose payload is aligned to 8 bytes, with a cache line beginning behind its
-    // first word; null when memory is short. Pages cost nothing before they are used.
+    // A zeroed block whose payload is aligned to 8 bytes, with a cache line starting after its
+    // first word; null if there isn't enough memory. Pages cost nothing until they are used.
     PF_Handle create(std::uint64_t size);
     void* lock(PF_Handle handle);
     void unlock(PF_Handle handle);
     std::uint64_t size(PF_Handle handle);
-    // Frees the block, locked or not: set-down disposes of the global record under its own lock.
+    // Frees the block, locked or not: set-down disposes of the global record while it is locked.
     void dispose(PF_Handle handle);
 
-    // Gives a live block a name in the accounts. One `owned` by the host isn't listed there.
+    // Names a live block for the accounts. A block that the host owns (`owned`) isn't listed there.
     void name(PF_Handle handle, const std::string& name, bool owned);
     // The block whose payload contains `address`, or null.
     PF_Handle containing(const void* address) const;
-    // Frees all blocks of this name, without checks; gives their number.
+    // Frees all blocks of this name without checks, and returns their number.
     int disposeAll(const std::string& name);
     void report(Accounts& accounts) const;
 

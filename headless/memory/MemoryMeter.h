@@ -1,5 +1,5 @@
 #pragma once
-// The bytes that the effect holds, counted against a limit.
+// The bytes that the effect holds, and their limit.
 
 #include <cstdint>
 #include <mutex>
@@ -11,7 +11,7 @@ namespace headless {
 // Counts bytes against a limit. All functions may be called from any thread.
 class MemoryMeter {
 public:
-    // False if the limit would be passed; nothing is counted then.
+    // False, without counting anything, if the limit would be exceeded.
     bool take(std::uint64_t bytes);
     void giveBack(std::uint64_t bytes);
     void setLimit(std::uint64_t bytes);

@@ -18,7 +18,7 @@ public:
     WorldTable(const WorldTable&) = delete;
     WorldTable& operator=(const WorldTable&) = delete;
 
-    // Fills `*record`. Pixels that are not to be cleared carry the guard pattern.
+    // Fills `*record`. Pixels hold the guard pattern unless `clear` is set.
     PF_Err create(int width, int height, bool clear, PF_PixelFormat format, PF_LayerDef* record);
     PF_Err dispose(PF_LayerDef* record);
     void report(Accounts& accounts) const;

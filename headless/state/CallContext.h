@@ -1,5 +1,5 @@
 #pragma once
-// One command in flight, and the way from a call of the effect back to it.
+// A running command, and how a call of the effect finds it.
 
 #include <atomic>
 #include <functional>
@@ -16,15 +16,15 @@ struct FrameState;
 
 inline constexpr std::uint64_t kContextMagic = 0x545845544e4f4348;  // "HCONTEXT"
 
-// One command in flight: what `effect_ref` points to.
+// A running command: what `effect_ref` points to.
 struct CallContext {
     std::uint64_t magic = kContextMagic;
     std::string command = "no command";
-    // The one thread that may use the parameter and frame callbacks; empty: any.
+    // The only thread that may use the parameter and frame callbacks; empty: any.
     std::thread::id thread;
-    ParameterSet* declaring = nullptr;         // takes add_param; null: refused
-    ParameterSet* uiParameters = nullptr;      // takes PF_UpdateParamUI; null: refused
-    const ParameterSet* parameters = nullptr;  // read by check-outs; null: refused
+    ParameterSet* declaring = nullptr;         // for add_param; null: refused
+    ParameterSet* uiParameters = nullptr;      // for PF_UpdateParamUI; null: refused
+    const ParameterSet* parameters = nullptr;  // for check-outs; null: refused
     std::shared_ptr<const World> input;        // layer 0
     Geometry geometry;
     A_Time time{0, 1};
@@ -35,7 +35,7 @@ struct CallContext {
     FrameState* frame = nullptr;  // of a smart-render command
     InfoPanel info;
 
-    // Check-outs that stand: by the address of the record they were written to.
+    // Parameters checked out, by the address of the record they were written to.
     struct CheckedOut {
         int index;
         std::shared_ptr<const World> layer;
@@ -45,9 +45,9 @@ struct CallContext {
     bool isCancelled() const { return cancel && cancel->load(std::memory_order_relaxed); }
 };
 
-// The command that runs on this thread, or the host's own context.
+// The command running on this thread, or the host's own context.
 CallContext& contextOfThread();
-// Makes `context` the command of this thread for the life of the object.
+// Makes `context` the command of this thread during the object's lifetime.
 class CommandScope {
 public:
     explicit CommandScope(CallContext& context);
@@ -59,14 +59,15 @@ private:
     CallContext* before_;
 };
 
-// The context behind the `effect_ref` of `operation`. A null result is a fault in the books.
+// The context of the `effect_ref` passed to `operation`; null, and a fault in the books, if it is
+// invalid.
 CallContext* contextOf(PF_ProgPtr effectRef, const char* operation);
 // The same, for operations that only the thread of the command may call.
 CallContext* contextOnItsThread(PF_ProgPtr effectRef, const char* operation);
 // Whether this is the main thread; if not, a fault.
 bool onMainThread(const char* operation);
 
-// A record of the interface for `context`, with every service wired up.
+// A record of the interface for `context`, with every service.
 PF_InData makeInData(HostState& host, CallContext& context);
 
 }  // namespace headless

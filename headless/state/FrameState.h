@@ -1,5 +1,5 @@
 #pragma once
-// One frame on its way through the two smart-render commands.
+// A frame during its two smart-render commands.
 
 #include <functional>
 #include <map>
@@ -16,13 +16,13 @@ struct FrameState {
     struct LayerCheckOut {
         PF_ParamIndex index = 0;
         PF_LRect rect{};               // of the layer, at the downsample
-        std::shared_ptr<World> world;  // made when the pixels are asked for
-        int out = 0;                   // how often the pixels are out
+        std::shared_ptr<World> world;  // made when the pixels are requested
+        int out = 0;                   // how often the pixels are checked out
     };
 
     const FrameRequest* request = nullptr;
     FrameResult* result = nullptr;
-    bool rendering = false;                        // between the two commands the callbacks differ
+    bool rendering = false;                        // the two commands offer different callbacks
     std::map<std::int32_t, LayerCheckOut> layers;  // by check-out id
     std::shared_ptr<World> output;
 };
@@ -30,7 +30,7 @@ struct FrameState {
 PF_PreRenderCallbacks preRenderCallbacks();
 PF_SmartRenderCallbacks smartRenderCallbacks();
 
-// Takes the pixels back that the effect still holds, as the host does when the command ends, and
+// Checks in the pixels that the effect still holds, as the host does when the command ends, and
 // looks for writes outside the rows.
 void closeLayers(HostState& host, FrameState& frame);
 

@@ -21,7 +21,7 @@ HostState::HostState(const HostOptions& options)
     outside.cancel = &outsideCancelled;
     HostState* none = nullptr;
     if (!livingHost.compare_exchange_strong(none, this)) {
-        throw std::logic_error("a process has one host at a time");
+        throw std::logic_error("only one host can exist in a process at a time");
     }
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// What the host's functions share.
+// The state that the host's functions share.
 
 #include <atomic>
 #include <functional>
@@ -43,7 +43,7 @@ struct HostState {
     std::mutex infoMutex;
     InfoPanel lastInfo;
 
-    // The living host. Throws std::logic_error if there is none.
+    // The existing host. Throws std::logic_error if there is none.
     static HostState& current();
 };
 
@@ -52,7 +52,7 @@ PF_InteractCallbacks interactCallbacks();
 PF_UtilCallbacks utilCallbacks();
 SPBasicSuite basicSuite();
 
-// The body of a function that the effect calls: no exception passes into the effect.
+// Runs the body of a function that the effect calls: no exception propagates into the effect.
 template <class Body>
 PF_Err guarded(Body&& body) noexcept {
     try {

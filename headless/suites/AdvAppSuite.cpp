@@ -9,7 +9,7 @@ namespace headless {
 
 namespace {
 
-// Applies `change` to the panel of the running command, and shows it as the last one.
+// Applies `change` to the panel of the running command, which becomes the last one drawn.
 template <class Change>
 PF_Err draw(const char* operation, Change&& change) {
     return guarded([&] {

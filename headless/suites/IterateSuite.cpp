@@ -16,7 +16,7 @@ A_Err getNumThreads(std::int32_t* count) {
     });
 }
 
-// An `int` of the effect's own passes through to the effect; the call sites inside unwind by it.
+// An `int` thrown by the effect propagates to the effect; its callers unwind by it.
 A_Err iterateGeneric(std::int32_t iterations, void* refcon, AEGP_IterateFunction fn) {
     try {
         HostState& host = HostState::current();

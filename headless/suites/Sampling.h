@@ -2,7 +2,7 @@
 // The arithmetic of the sampling suites.
 //
 // Positions and radii are 16.16. Pixel i has its centre at coordinate i, so it covers i - 0.5 to
-// i + 0.5. Outside the picture alpha is zero. Colours are straight, so each counts with its alpha.
+// i + 0.5. Outside the image alpha is zero. Colours are straight, so they are weighted by alpha.
 
 #include <algorithm>
 #include <cmath>
@@ -14,7 +14,7 @@
 
 namespace headless {
 
-// Sums of alpha and of the colours times alpha.
+// Sums of alpha and of the colours multiplied by alpha.
 template <class Number>
 struct PixelSum {
     Number alpha = 0;
@@ -47,11 +47,11 @@ struct PixelSum {
     }
 };
 
-// Integer channels sum exactly and fast in integers.
+// Integer channels are summed in integers, which is exact and fast.
 template <class Pixel>
 using RunNumber = std::conditional_t<std::is_same_v<Pixel, PF_PixelFloat>, double, std::uint64_t>;
 
-// The pixels of one axis that an interval covers, within the picture.
+// The pixels along one axis that an interval covers, within the image.
 struct Coverage {
     std::int64_t begin;  // of the interval, 16.16 from the outer edge of pixel 0
     std::int64_t end;
@@ -85,7 +85,7 @@ Pixel pixelFrom(double alpha, double red, double green, double blue) {
     }
 }
 
-// The mean over `area`: alpha over all of it, colours over where there is alpha.
+// The mean over `area`: of alpha over all of it, of the colours weighted by alpha.
 template <class Pixel>
 Pixel meanOf(const PixelSum<double>& sum, double area) {
     if (sum.alpha == 0) return {};
@@ -99,7 +99,8 @@ const Pixel* rowOf(const PF_LayerDef& world, std::int64_t y) {
                                           y * world.rowbytes);
 }
 
-// One row of a box: the two outer pixels may be covered in part, those between are whole.
+// One row of a box: the two outer pixels may be covered partially, those in between are covered
+// fully.
 template <class Pixel>
 PixelSum<double> sumOfRow(const Pixel* row, const Coverage& across) {
     PixelSum<double> sum;
@@ -126,7 +127,7 @@ Pixel areaSample(const PF_LayerDef& world, PF_Fixed x, PF_Fixed y, PF_Fixed radi
     return meanOf<Pixel>(sum, area);
 }
 
-// The alpha-weighted bilinear value between the four pixels around the position.
+// The alpha-weighted bilinear interpolation of the four pixels around the position.
 template <class Pixel>
 Pixel subpixelSample(const PF_LayerDef& world, PF_Fixed x, PF_Fixed y) {
     const std::int64_t left = x >> 16;
@@ -140,14 +141,14 @@ Pixel subpixelSample(const PF_LayerDef& world, PF_Fixed x, PF_Fixed y) {
         for (std::int64_t column = left; column <= left + 1; ++column) {
             if (column < 0 || column >= world.width) continue;
             const double weight = weightY * (column == left ? 1.0 - fractionX : fractionX);
-            // A pixel without weight isn't read: infinity times 0 is not a number.
+            // A pixel without weight isn't read: infinity times 0 is NaN.
             if (weight > 0) sum.add(rowOf<Pixel>(world, row)[column], weight);
         }
     }
     return meanOf<Pixel>(sum, 1.0);
 }
 
-// The pixel whose centre is nearest; a position halfway belongs to the right or lower one.
+// The pixel whose centre is nearest; halfway between two, the right or the lower one.
 template <class Pixel>
 Pixel nearestSample(const PF_LayerDef& world, PF_Fixed x, PF_Fixed y) {
     const std::int64_t column = (std::int64_t{x} + kFixedOne / 2) >> 16;

@@ -9,7 +9,7 @@ namespace headless {
 
 namespace {
 
-// A source that can be read as pixels of this type without leaving its rows.
+// Whether the source can be read as pixels of this type without leaving its rows.
 template <class Pixel>
 bool isReadable(const PF_SampPB* params) {
     if (!params || !params->src || !params->src->data) return false;
@@ -22,7 +22,7 @@ bool isRadius(PF_Fixed radius) {
     return radius >= 0 && radius <= kMaxFixedRadius;
 }
 
-// Checks what all three functions share, and stores what `sample` gives.
+// Makes the checks that all three functions share, and stores the result of `sample`.
 template <class Pixel, class Sample>
 PF_Err checkedSample(PF_ProgPtr effectRef, const PF_SampPB* params, Pixel* pixel,
                      const char* operation, Operation failing, Sample&& sample) {
@@ -53,7 +53,7 @@ PF_Err subpixelSampleOf(PF_ProgPtr effectRef, PF_Fixed x, PF_Fixed y, const PF_S
         [&](const PF_LayerDef& world) { return subpixelSample<Pixel>(world, x, y); });
 }
 
-// A radius of 0 gives the smallest box that there is.
+// A radius of 0 becomes the smallest possible box.
 template <class Pixel>
 PF_Err areaSampleOf(PF_ProgPtr effectRef, PF_Fixed x, PF_Fixed y, const PF_SampPB* params,
                     Pixel* pixel) {

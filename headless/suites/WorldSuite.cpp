@@ -21,14 +21,14 @@ PF_Err disposeWorld(PF_ProgPtr effectRef, PF_EffectWorld* world) {
         HostState& host = HostState::current();
         host.log.add("PF_DisposeWorld");
         if (!contextOf(effectRef, "PF_DisposeWorld") || !world) return PF_Err_BAD_CALLBACK_PARAM;
-        // An injected failure reports a code; the pixels are freed all the same.
+        // A provoked failure returns a code, but the pixels are still freed.
         const PF_Err injected = host.failures.check(Operation::kDisposeWorld);
         const PF_Err err = host.worlds.dispose(world);
         return injected != PF_Err_NONE ? injected : err;
     });
 }
 
-// A record of no living world, such as that of a layer set to none, has no format.
+// A record that belongs to no world, such as that of a layer set to none, has no format.
 PF_Err getPixelFormat(const PF_EffectWorld* world, PF_PixelFormat* format) {
     return guarded([&] {
         HostState& host = HostState::current();

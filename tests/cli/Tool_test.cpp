@@ -1,4 +1,4 @@
-// The built tool as a user meets it: exit codes, messages, files.
+// The built tool as users see it: exit codes, messages, files.
 #include <gmock/gmock.h>
 
 #include <cmath>
@@ -25,7 +25,7 @@ protected:
         }
         writeValues(path("photo.png"), imageSpec(40, 30, {"R", "G", "B"}, TypeDesc::UINT8), values);
     }
-    // Renders the photo, or another picture, to `output`.
+    // Renders the photo, or another image, to `output`.
     ToolRun render(std::vector<std::string> options, const std::string& output = "out.png",
                    const std::string& input = "photo.png") const {
         options.insert(options.begin(), {"render", path(input), "-o", path(output)});
@@ -154,13 +154,13 @@ TEST_F(Tool, WarnsOnceAndCounts) {
     writeValues(path("odd.exr"), imageSpec(16, 16, {"R", "G", "B", "A"}, TypeDesc::FLOAT), values);
     const ToolRun run = render({"--exposure", "0"}, "odd.png", "odd.exr");
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_THAT(run.err, AllOf(HasSubstr("2 values not finite"),
+    EXPECT_THAT(run.err, AllOf(HasSubstr("2 non-finite values"),
                                HasSubstr("1 pixel with colour but alpha 0")));
-    EXPECT_EQ(lines(run.err), 3U) << run.err;  // and that a PNG holds 16 bits at most
+    EXPECT_EQ(lines(run.err), 3U) << run.err;  // the third: a PNG holds at most 16 bits
     const ToolRun clipped = render({"--exposure", "0", "--bits", "8"}, "odd.png", "odd.exr");
     EXPECT_THAT(clipped.err, HasSubstr("1 pixel too bright for 8 bits"));
     const ToolRun bright = render({"--exposure", "10"}, "odd.png", "odd.exr");
-    EXPECT_THAT(bright.err, HasSubstr("the largest that suits is --exposure"));
+    EXPECT_THAT(bright.err, HasSubstr("use at most --exposure"));
     EXPECT_EQ(render({"--quiet", "--exposure", "10"}, "odd.png", "odd.exr").err, "");
 }
 
@@ -208,7 +208,7 @@ TEST_F(Tool, ControlCCancelsAndLeavesNothing) {
     runTool({"scene", path("s.exr"), "--size", "1280x720", "--depth", path("z.exr")});
     writeText(path("out.exr"), "earlier");
     const auto before = names();
-    // Minutes of work, of which the depth's range is printed before the frame begins.
+    // Takes minutes, and prints the range of the depth map before the frame begins.
     const ToolRun run =
         runTool({"render", path("s.exr"), "-o", path("out.exr"), "--exposure", "0", "--blur-radius",
                  "150", "--resolution", "16", "--depth-map-layer", path("z.exr"), "--depth-auto"},

@@ -31,14 +31,14 @@ fs::path write(const fs::path& file, const std::string& contents) {
     return file;
 }
 
-// The library with another number for its processor.
+// The library with another processor number in its header.
 std::string elfFor(std::string library, char machine) {
     library.at(18) = machine;
     library.at(19) = 0;
     return library;
 }
 
-// The beginning of a Windows file, with its headers at 0x80.
+// The start of a Windows file, with its headers at 0x80.
 std::string windowsHead(char low, char high) {
     std::string head = "MZ";
     head.resize(0x3C);
@@ -60,7 +60,7 @@ TEST(Bundle, MessageNamesFileAndReason) {
     const std::string text = "no library, however long the text of the file is";
 
     const std::pair<fs::path, std::string> cases[] = {
-        {folder / "missing.so", " is not there"},
+        {folder / "missing.so", " does not exist"},
         {folder, " is not a file"},
         {write(folder / "empty.so", ""), " is not a loadable file"},
         {write(folder / "text.so", text), " is not a loadable file"},
@@ -75,18 +75,18 @@ TEST(Bundle, MessageNamesFileAndReason) {
         {write(folder / "mac.so", std::string("\xCF\xFA\xED\xFE\x0C\0\0\1", 8)),
          builtFor + "macOS on arm64" + here},
         {write(folder / "universal.so", "\xCA\xFE\xBA\xBE"), builtFor + "macOS" + here},
-        {ORBEL_NO_ENTRY_MODULE, " has no function EntryPointFunc, so it is no effect"}};
+        {ORBEL_NO_ENTRY_MODULE, " has no function EntryPointFunc, so it is not an effect"}};
     for (const auto& [file, reason] : cases) EXPECT_EQ(messageFor(file), file.string() + reason);
 }
 
-// The system's loader would map pages that the file doesn't have, and the process would die.
+// The system's loader would map pages beyond the end of the file, and the process would crash.
 TEST(Bundle, ACutOffFileIsRefusedBeforeTheLoaderSeesIt) {
     const TestFolder own;
     const fs::path file = own.path / "cut.so";
     const std::string library = contentsOf(ORBEL_NO_ENTRY_MODULE);
     for (const std::size_t length : {std::size_t{20}, std::size_t{64}, library.size() / 4}) {
         write(file, library.substr(0, length));
-        EXPECT_EQ(messageFor(file), file.string() + " is not whole, its end is missing") << length;
+        EXPECT_EQ(messageFor(file), file.string() + " is truncated") << length;
     }
 }
 

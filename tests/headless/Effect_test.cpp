@@ -9,7 +9,7 @@
 namespace headless {
 namespace {
 
-// An effect that answers commands as `answer` says.
+// An effect that passes its commands to `answer`.
 std::function<PF_Err(PF_Cmd, PF_InData&, PF_OutData&, void* extra)> answer;
 
 PF_Err entry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[], PF_LayerDef*,
@@ -26,7 +26,7 @@ TEST(Effect, CommandsHaveTheInterfacesNames) {
     EXPECT_EQ(commandName(-1), "command -1");
 }
 
-// What an effect forgets in its render command, damages, or asks for at the wrong time.
+// What an effect forgets in its render command, damages, or requests at the wrong time.
 TEST(Effect, MisuseIsListedInTheAccounts) {
     const auto render = [](PF_InData& in, PF_SmartRenderCallbacks& cb) {
         PF_ParamDef def{};

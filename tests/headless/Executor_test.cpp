@@ -23,7 +23,7 @@ A_Err runItems(Executor& executor, int iterations, Item item) {
 
 using ExecutorTest = testing::TestWithParam<ExecutorKind>;
 
-// The items that each thread index sees, in order; none sees two at a time.
+// The items that each thread index gets, in order; none gets two at the same time.
 std::array<std::vector<int>, 8> schedule(Executor& executor, int count) {
     std::array<std::vector<int>, 8> items;
     std::array<std::atomic<bool>, 8> busy{};

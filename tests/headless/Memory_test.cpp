@@ -1,4 +1,4 @@
-// Memory as the effect gets it, and the books that tell of misuse.
+// Memory as the effect gets it, and the books that record misuse.
 
 #include <gtest/gtest.h>
 
@@ -45,7 +45,7 @@ TEST_F(Memory, WorldsStartAsNoNumbersAndAreWatched) {
     PF_LayerDef world{};
     suite.PF_NewWorld(in.effect_ref, 3, 2, 0, PF_PixelFormat_ARGB128, &world);
     EXPECT_TRUE(std::isnan(static_cast<PF_PixelFloat*>(world.data)->red));
-    // A row further down than the picture has.
+    // A row below the image.
     static_cast<PF_PixelFloat*>(world.data)[6].alpha = 1;
     EXPECT_EQ(host.accounts().outstanding.size(), 2u) << "suite and world";
     const PF_LayerDef copy = world;
@@ -59,7 +59,7 @@ TEST_F(Memory, WorldsStartAsNoNumbersAndAreWatched) {
     EXPECT_EQ(faults(), 3u);
 }
 
-// Some of the host's functions name no context, so there can't be two.
+// Some of the host's functions carry no context, so there can't be two hosts.
 TEST_F(Memory, ASecondHostIsRefused) {
     EXPECT_THROW(Host{}, std::logic_error);
 }

@@ -18,7 +18,7 @@ TEST(Reduce, TakesTheMeanOfWhatAPixelCoversWithColourByAlpha) {
     const auto half = reduce(source, {1, 2}, {1, 2}, {0, 0, 2, 1}, PF_PixelFormat_ARGB128);
     EXPECT_THAT(half->get(0, 0),
                 FieldsAre(1.5F / 4, testing::FloatEq((0.2F + 0.5F * 0.8F) / 1.5F), 0, 3));
-    // The last column covers one pixel only.
+    // The last column covers only one pixel.
     EXPECT_THAT(half->get(1, 0), FieldsAre(0.5F, 0.25F, 0.5F, 0.75F));
 }
 

@@ -34,7 +34,7 @@ TEST_F(AtomicFileTest, AppearsWholeAndKeepsPermissionsAndLinks) {
     EXPECT_EQ(names().size(), 2U);
 }
 
-// A limit on the size of files stands in for the full disk: the system refuses the same call.
+// A limit on the file size replaces the full disk: the system fails the same call.
 TEST_F(AtomicFileTest, ReportsAFullDisk) {
     const auto made = test::imageSpec(64, 64, {"R", "G", "B"}, OIIO::TypeDesc::UINT8);
     const std::vector<float> values(64 * 64 * 3, 0.5F);

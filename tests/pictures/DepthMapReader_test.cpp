@@ -22,7 +22,7 @@ protected:
         test::writeValues(path("z.exr"), test::imageSpec(width, 1, {"Z"}, TypeDesc::FLOAT),
                           distances);
     }
-    // The red values that the effect would get.
+    // The red values that the effect gets.
     std::vector<float> read(const DepthMapping& mapping, const std::string& name = "z.exr") {
         said_.str("");
         Messages messages(said_, false);

@@ -19,7 +19,7 @@ std::vector<ChannelPlace> onePart(const std::vector<std::string>& names) {
     return channels;
 }
 
-// A multi-layer file as renderers write it; no channel stands outside a layer.
+// A multi-layer file as renderers write it; no channel is outside a layer.
 const std::vector<ChannelPlace> kRender =
     onePart({"ViewLayer.Depth.Z", "ViewLayer.Combined.B", "ViewLayer.Combined.A",
              "ViewLayer.Combined.R", "ViewLayer.Combined.G", "ViewLayer.Normal.X",

@@ -18,7 +18,7 @@ using OIIO::TypeDesc;
 
 class RoundTrip : public test::FolderTest {
 protected:
-    // Gives what was said.
+    // Returns the messages.
     std::string copy(const std::string& from, const std::string& to,
                      PF_LRect grown = {0, 0, 0, 0}) const {
         Picture picture = readPicture(path(from));
@@ -36,8 +36,8 @@ protected:
     }
 };
 
-// Integers of all sizes; with `associated`, colours don't exceed alpha, which is 0, full or
-// between.
+// Integers over the whole range; with `associated`, colours don't exceed alpha, which is 0, full or
+// in between.
 template <class Value>
 std::vector<Value> somePixels(std::size_t channels, bool associated) {
     constexpr unsigned kTop = std::numeric_limits<Value>::max();
@@ -54,7 +54,7 @@ std::vector<Value> somePixels(std::size_t channels, bool associated) {
     return values;
 }
 
-// Eight bits come back exactly, sixteen within a step, in the channels and the type of the file.
+// 8 bits are restored exactly, 16 within a step, in the channels and the type of the file.
 TEST_F(RoundTrip, IntegersKeepTheirValues) {
     const struct {
         const char* suffix;
@@ -113,7 +113,7 @@ std::vector<float> lightPixels() {
     return values;
 }
 
-// Where alpha is whole; elsewhere within two units in the last place.
+// Exact where alpha is 0 or 1; elsewhere within two units in the last place.
 TEST_F(RoundTrip, FloatAndHalfAreExact) {
     const auto values = lightPixels();
     const std::vector<std::string> channels{"R", "G", "B", "A"};
@@ -167,7 +167,7 @@ TEST_F(RoundTrip, AlphaFollowsTheFormatsConvention) {
     EXPECT_NEAR(test::readValues<std::uint8_t>(path("out.jpg"))[0], 40, 3);
 }
 
-// What lies outside the picture is transparent: in EXR a data window, elsewhere a larger picture.
+// Pixels beyond the layer need alpha: in EXR the data window grows, in other formats the image.
 TEST_F(RoundTrip, MetadataAndWindowsStayAndOverscanGrowsThem) {
     auto made = test::imageSpec(8, 6, {"R", "G", "B"}, TypeDesc::HALF);
     made.full_x = made.x = 100;

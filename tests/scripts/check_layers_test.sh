@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Plants one fault at a time in a small tree and expects check-layers.sh to name it; expects the
+# Plants one fault at a time in a small tree and expects check-layers.sh to report it; expects the
 # tree without faults to pass.
 set -euo pipefail
 
@@ -11,7 +11,7 @@ failures=0
 plant() {
     rm -rf "${root:?}"/*
     mkdir -p "$root"/{platform,host,kernels,pipeline,bundle/descriptor,headless,cli}
-    # What has to pass: the way down, the shared headers, any header outside the plug-in.
+    # What has to pass: includes downwards, the shared headers, any header outside the plug-in.
     printf '#include <cstdint>\n// a long comment, "NDEBUG"\n' >"$root/platform/Scalars.h"
     printf '#include "platform/Scalars.h"\n#include "effect/RenderInfo.h"\n' >"$root/kernels/Filter.h"
     printf '#include <dlfcn.h>\n#include <iostream>\n#include "platform/Scalars.h"\nlong n;\n' \
@@ -20,7 +20,7 @@ plant() {
     [[ $# -eq 0 ]] || printf '%s\n' "$2" >"$root/$1"
 }
 
-# expect FILE LINE: with LINE in FILE the check fails and names the place.
+# expect FILE LINE: with LINE in FILE the check fails and reports the place.
 expect() {
     local output
     plant "$1" "$2"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # check_version_test.sh CHECK
 #
-# Plants one wrong version at a time in a small tree and expects check-version.sh to name the place;
-# expects the tree without faults to pass, with its own tag too.
+# Plants one wrong version at a time in a small tree and expects check-version.sh to report the place;
+# expects the tree without faults to pass, also with its own tag.
 set -euo pipefail
 
 root=$(mktemp -d)
@@ -52,7 +52,7 @@ passes v2.3.4
 GITHUB_REF_TYPE=branch GITHUB_REF_NAME=v9.9.9 passes
 
 swap CMakeLists.txt 2.3.4 2.3
-expect 'CMakeLists.txt: no version'
+expect 'CMakeLists.txt: no project version'
 swap effect/Identity.h 'kBugFix = 4' 'kBugFix = 5'
 expect 'effect/Identity.h: version 2.3.5'
 swap effect/Identity.h 'kSubversion' 'kMinor'

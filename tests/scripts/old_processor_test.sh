@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # old_processor_test.sh QEMU ORBEL
 #
-# Runs the tool on an emulated processor without AVX2, which the bundle needs: what doesn't load the
-# bundle works, and a render ends with one line that says why, not with an illegal instruction.
+# Runs the tool on an emulated processor without AVX2, which the bundle needs: commands that don't load
+# the bundle work, and a render ends with one line that says why, not with an illegal instruction.
 set -euo pipefail
 
 qemu="$1"
@@ -27,5 +27,5 @@ code=0
 run render "$work/night.exr" -o "$work/out.exr" || code=$?
 [[ $code -eq 1 ]] || fail "exit code $code instead of 1"
 [[ $(wc -l <"$work/stderr") -eq 1 ]] || fail "not one line:"
-grep -qiE 'processor|AVX2|x86-64-v3|ISA level' "$work/stderr" || fail "the line doesn't name the cause:"
-[[ ! -e $work/out.exr ]] || fail "a picture was left behind"
+grep -qiE 'processor|AVX2|x86-64-v3|ISA level' "$work/stderr" || fail "the line doesn't state the cause:"
+[[ ! -e $work/out.exr ]] || fail "an image was left behind"

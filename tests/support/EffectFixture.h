@@ -13,7 +13,7 @@ protected:
     }
     headless::ParameterSet& parameters() { return host.parameters(); }
 
-    // The handle word and the object behind it.
+    // The handle word and the object that follows it.
     static PF_Handle handleBefore(const void* object) {
         return static_cast<PF_Handle const*>(object)[-1];
     }
@@ -21,7 +21,7 @@ protected:
     PF_OutData out_data{};
 };
 
-// The calls that begin with `prefix`, without it.
+// The calls that begin with `prefix`, with the prefix removed.
 inline std::vector<std::string> argumentsOf(const std::vector<std::string>& calls,
                                             const std::string& prefix) {
     std::vector<std::string> arguments;
@@ -31,7 +31,7 @@ inline std::vector<std::string> argumentsOf(const std::vector<std::string>& call
     return arguments;
 }
 
-// The calls of a handler that makes `inner` while it holds the sampling suites.
+// The calls of a handler that makes the calls `inner` while it holds the sampling suites.
 inline std::vector<std::string> withinSampling(std::vector<std::string> inner) {
     const std::string suites[] = {"PF Sampling8 Suite 1", "PF Sampling16 Suite 1",
                                   "PF SamplingFloat Suite 1"};
@@ -42,8 +42,8 @@ inline std::vector<std::string> withinSampling(std::vector<std::string> inner) {
     return calls;
 }
 
-// Lets the k-th check-in through `record` fail with `code`. The parameter stays out, so the one
-// that follows gives it back: a read that fails and leaves nothing behind.
+// Makes the k-th check-in through `record` fail with `code`. The parameter stays checked out, so
+// the next check-in returns it: the read fails, but leaves nothing checked out.
 inline void failCheckin(PF_InData& record, int k, PF_Err code) {
     static int left;
     static PF_Err failure;

@@ -24,7 +24,7 @@ BlurEffect::BlurEffect(int threads)
     setLayer("Custom Blur Shape", shape);
     effect.parameters().setChoice(effect.parameters().find("Custom Layer Channel"), "Alpha");
     set("Exposure", 2.0);
-    set("Resolution", 3);  // counts only with a depth map
+    set("Resolution", 3);  // matters only with a depth map
 }
 
 void BlurEffect::useDepth(std::shared_ptr<const headless::World> map, int layers) {
@@ -68,7 +68,7 @@ void expectPixels(const headless::FrameResult& result, const reference::Scene& s
         const PF_PixelFloat got = output.get(x, y);
         const reference::Pixel& want = expected[i];
         const double wanted[] = {want.alpha, want.red, want.green, want.blue};
-        // Where hardly any light arrives, a colour is the quotient of two roundings.
+        // Where alpha is close to 0, a colour is the quotient of two rounding errors.
         for (int c = 0; c < (want.alpha > 1e-6 ? 4 : 1); ++c) {
             const double clamped = std::min(wanted[c], top);
             ASSERT_NEAR(channelOf(got, c), clamped, step * std::max(1.0, std::fabs(clamped)))

@@ -1,5 +1,5 @@
 #pragma once
-// A set-up effect and small deterministic pictures for whole-frame tests.
+// A set-up effect and small deterministic test images for whole-frame tests.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@
 namespace frame {
 
 // The bundle in a host of its own, set up with a blur of 5.5 pixels in the shape of a picture of
-// 12 x 12, so that one kernel pixel covers exactly one pixel of it.
+// 12 x 12, so one kernel pixel covers exactly one pixel of the shape.
 class BlurEffect {
 public:
     explicit BlurEffect(int threads = 2);
@@ -21,7 +21,7 @@ public:
     headless::FrameResult render(const headless::FrameRequest& request) {
         return effect.renderFrame(request);
     }
-    // Adds a depth layer and the number of layers that it is cut into.
+    // Sets the depth map and the number of depth layers.
     void useDepth(std::shared_ptr<const headless::World> map, int layers);
     void set(const std::string& label, double value) { effect.parameters().set(label, value); }
     void setLayer(const std::string& label, std::shared_ptr<const headless::World> layer) {
@@ -33,7 +33,7 @@ public:
     std::shared_ptr<const headless::World> shape;
 };
 
-// Noise with all alphas and a few bright points; another seed makes another picture.
+// Noise with a range of alphas and a few bright points; another seed gives another picture.
 std::shared_ptr<headless::World> noisePicture(int width, int height, int bits, unsigned seed = 1);
 
 headless::FrameRequest requestFor(std::shared_ptr<const headless::World> input, int bits);

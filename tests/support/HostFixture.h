@@ -11,7 +11,7 @@
 #include "headless/Host.h"
 #include "host/AEO_Base.h"
 
-// Tests run with two threads and look at the host's books at their end.
+// Tests run with two threads and check the host's books at their end.
 class HostFixture : public testing::Test {
 protected:
     using Calls = std::vector<std::string>;

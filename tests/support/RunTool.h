@@ -19,7 +19,7 @@ struct ToolRun {
     std::string err;
 };
 
-// Appends what can be read from `file` to `text`, up to a buffer full; false at its end.
+// Reads up to one buffer from `file` and appends it to `text`; false at the end of the file.
 inline bool drain(int file, std::string& text) {
     char buffer[4096];
     const ssize_t count = read(file, buffer, sizeof buffer);
@@ -27,8 +27,8 @@ inline bool drain(int file, std::string& text) {
     return count > 0;
 }
 
-// Runs `orbel` with these arguments and waits for its end. If asked to, presses Control-C as soon
-// as the tool has printed anything on standard output.
+// Runs `orbel` with these arguments and waits for it. With `interrupt`, sends Control-C as soon as
+// the tool has printed anything on standard output.
 inline ToolRun runTool(const std::vector<std::string>& arguments, bool interrupt = false) {
     std::vector<char*> argv{const_cast<char*>(ORBEL_TOOL)};
     for (const std::string& each : arguments) argv.push_back(const_cast<char*>(each.c_str()));

@@ -1,5 +1,5 @@
 #pragma once
-// Declares as much of the effect's controls as the render driver reads: `Custom Blur Shape`.
+// Declares the only control that the render driver reads: `Custom Blur Shape`.
 
 #include <memory>
 #include <utility>
@@ -7,7 +7,7 @@
 #include "effect/ParameterIndices.h"
 #include "headless/Host.h"
 
-// Fills the indices up to the shape layer with layer parameters and sets it; null for none.
+// Declares layer parameters up to the shape's index, and sets the shape; null for none.
 inline void declareShapeParameter(headless::Host& host,
                                   std::shared_ptr<const headless::World> shape) {
     for (int index = kInputLayer + 1; index <= kCustomBlurShape; ++index) {

@@ -28,7 +28,7 @@ Kernel kernelOf(const headless::World& shape, double radius, double factor) {
     return kernel;
 }
 
-// What one pixel sends out: its share in each layer, of premultiplied expanded light.
+// What one pixel emits: expanded light times alpha, and its share in each depth layer.
 struct Source {
     double light[4];  // red, green, blue, alpha
     std::vector<double> weights;
@@ -96,14 +96,14 @@ private:
         return result;
     }
 
-    // The map goes on beyond its borders.
+    // The map's border pixels are repeated.
     double depth(int x, int y) const {
         const headless::World& map = *scene.map;
         return static_cast<double>(
             map.get(std::clamp(x, 0, map.width() - 1), std::clamp(y, 0, map.height() - 1)).red);
     }
 
-    // A triangle over the layers: layer i has its centre at i + 0.5, the ends stay flat.
+    // A triangle for each layer i, centred at i + 0.5; constant beyond the outer centres.
     std::vector<double> weightsAt(int x, int y) const {
         const double value = depth(x, y);
         const double t = std::clamp(scene.invert ? value : 1 - value, 0.0, 1.0);

@@ -1,5 +1,5 @@
 #pragma once
-// A frame's parameters and context for tests of single stages, without an effect around them.
+// A frame's parameters and context, for tests of single stages without the effect.
 
 #include "effect/RenderInfo.h"
 #include "headless/Host.h"
@@ -40,7 +40,7 @@ struct StageFixture {
         info.frameRect = info.paddedRect = {0, 0, 0, 0};
     }
 
-    // Binds the two pictures; the frame is as large as the output.
+    // Binds the two worlds; the frame is as large as the output.
     void show(headless::World& input, headless::World& output) {
         info.input = input.layer();
         info.output = output.layer();

@@ -1,5 +1,5 @@
 #pragma once
-// Folders and picture files for tests.
+// Folders and image files for tests.
 
 #include <OpenImageIO/imageio.h>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ namespace test {
 class FolderTest : public ::testing::Test {
 protected:
     std::string path(const std::string& name) const { return (folder_.path / name).string(); }
-    // The names in the folder, hidden ones too.
+    // The names in the folder, including hidden ones.
     std::vector<std::string> names() const {
         std::vector<std::string> found;
         for (const auto& entry : std::filesystem::directory_iterator(folder_.path)) {
@@ -42,7 +42,7 @@ inline std::string readText(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The message of the error that `action` ends with, or nothing.
+// The message of the exception that `action` throws; empty if it throws none.
 template <class Action>
 std::string refusalOf(Action action) {
     try {
@@ -53,7 +53,7 @@ std::string refusalOf(Action action) {
     return {};
 }
 
-// A picture header with these channel names; one named A is alpha.
+// An image header with these channel names; one named A is alpha.
 inline OIIO::ImageSpec imageSpec(int width, int height, const std::vector<std::string>& channels,
                                  OIIO::TypeDesc type) {
     OIIO::ImageSpec made(width, height, static_cast<int>(channels.size()), type);
@@ -64,7 +64,7 @@ inline OIIO::ImageSpec imageSpec(int width, int height, const std::vector<std::s
     return made;
 }
 
-// Writes values as they are: integers of the file's own type, or floats.
+// Writes values unchanged: integers of the file's own type, or floats.
 template <class Value>
 void writeValues(const std::string& path, OIIO::ImageSpec made, const std::vector<Value>& values) {
     auto output = OIIO::ImageOutput::create(path);
@@ -73,7 +73,7 @@ void writeValues(const std::string& path, OIIO::ImageSpec made, const std::vecto
     ASSERT_TRUE(output->close());
 }
 
-// Integer values come as they are stored, as long as `Stored` is the file's own type.
+// Reads integers as stored if `Stored` is the file's own type.
 template <class Stored>
 std::vector<Stored> readValues(const std::string& path, OIIO::ImageSpec* found = nullptr) {
     OIIO::ImageSpec wishes;

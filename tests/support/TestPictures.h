@@ -1,6 +1,6 @@
 #pragma once
-// The host's pixel formats, and its area sampling evaluated directly: what stages that sample are
-// tested against.
+// The host's pixel formats, and its area sampling evaluated directly, as the reference for stages
+// that sample.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,8 @@
 
 #include "headless/World.h"
 
-// kTop stands for 1.0; kTolerance is how far a sampled channel may lie from the exact mean.
+// kTop is the channel value for 1.0; kTolerance is how far a sampled channel may be from the exact
+// mean.
 template <class Pixel>
 struct Format;
 template <>
@@ -32,17 +33,17 @@ struct Format<PF_PixelFloat> {
 };
 using PixelTypes = testing::Types<PF_Pixel, PF_Pixel16, PF_PixelFloat>;
 
-// A box around (x, y), in pixels of a picture whose pixel i reaches from i - 0.5 to i + 0.5.
+// A box around (x, y), in pixels of an image whose pixel i covers i - 0.5 to i + 0.5.
 struct Box {
     double x, y, halfX, halfY;
 };
 
-// A number as it arrives in 16.16 fixed point, however large.
+// A number rounded to 16.16 fixed point, without its limits.
 inline double asFixed(double value) {
     return std::round(value * 65536.0) / 65536.0;
 }
 
-// The same for half the extent of a box, which the host takes up to 128 pixels.
+// The same for the half extent of a box, which the host accepts up to 128 pixels.
 inline double asRadius(double value) {
     return std::clamp(asFixed(value), 1.0 / 65536.0, 128.0);
 }
@@ -52,7 +53,7 @@ inline double covered(int i, double centre, double half) {
     return std::max(0.0, std::min(i + 0.5, centre + half) - std::max(i - 0.5, centre - half));
 }
 
-// The mean alpha over the box, nothing outside the picture, and the colours' alpha-weighted mean.
+// The mean alpha over the box, 0 outside the image, and the colours' alpha-weighted mean.
 inline PF_PixelFloat boxMean(const headless::World& picture, const Box& box) {
     double alpha = 0, red = 0, green = 0, blue = 0;
     for (int y = 0; y < picture.height(); ++y) {
@@ -73,7 +74,7 @@ inline PF_PixelFloat boxMean(const headless::World& picture, const Box& box) {
             mean(blue, alpha)};
 }
 
-// Fills a picture with values that differ from pixel to pixel and channel to channel.
+// Fills an image with values that differ from pixel to pixel and from channel to channel.
 inline void fillUnevenly(headless::World& picture) {
     const auto step = [](int value, int steps) {
         return static_cast<float>(value % steps) / static_cast<float>(steps - 1);

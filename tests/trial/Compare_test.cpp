@@ -53,7 +53,7 @@ protected:
 
 TEST_F(Compare, IntegersMayDifferByOneStep) {
     using Bytes = std::array<std::uint8_t, 8>;
-    // 10 and 13 are line ends, which a file in text mode wouldn't keep.
+    // 10 and 13 are line breaks, which a file in text mode wouldn't preserve.
     const Bytes values{255, 10, 13, 26, 128, 7, 0, 255};
     EXPECT_TRUE(compare(values, values));
     EXPECT_TRUE(mentions("0.0000 % of 8 values differ")) << text;
@@ -81,7 +81,7 @@ TEST_F(Compare, FloatsMayDifferByAMillionthAndATenMillionth) {
 TEST_F(Compare, WithoutAlphaColoursDoNotCount) {
     using Bytes = std::array<std::uint8_t, 8>;
     EXPECT_TRUE(compare(Bytes{0, 9, 9, 9, 255, 1, 1, 1}, Bytes{0, 90, 9, 9, 255, 1, 1, 1}));
-    EXPECT_TRUE(mentions("1 pixels without alpha")) << text;
+    EXPECT_TRUE(mentions("1 transparent pixels")) << text;
     EXPECT_FALSE(compare(Bytes{1, 9, 9, 9, 255, 1, 1, 1}, Bytes{0, 90, 9, 9, 255, 1, 1, 1}));
     using Floats = std::array<float, 8>;
     EXPECT_TRUE(compare(Floats{1e-9F, 9, 9, 9, 1, 1, 1, 1}, Floats{2e-9F, 1, 9, 9, 1, 1, 1, 1}));
