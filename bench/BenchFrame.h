@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // A frame for benchmarks of the pipeline: images of noise, a depth map and the effect's defaults.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whole frames of 1920 x 1080 with the default exposure of 10.
 //
 //   frame.FORMAT/RADIUS/THREADS        without a depth map

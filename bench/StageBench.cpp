@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Each stage by itself on one thread, through the host's iteration, over one block of 256 x 256.
 //
 //   stage.store.N.FORMAT        with the exposure curve on every pixel; Split from N = 2 on

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The transforms, by themselves and against FFTW.
 //
 //   transform.row.LANES/B      one row of B samples, in the cache

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Parses numbers of the command line. Each function throws UsageError, naming `option` and the
 // expected form, for any other text.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Compiler settings shared by every target.
 #
 # orbel_flags          warnings and sanitizers, for all code

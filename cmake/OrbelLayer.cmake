@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # orbel_layer(folder [TARGET name] [HEADERS h...] [INTERNAL_HEADERS h...] [SOURCES s...]
 #             [LINKS target...] [FLAGS target])
 #

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # What is installed, in two components, and the archives that CPack makes of the first.
 #
 # package       on Windows and macOS the file to be copied to the application's folder, elsewhere the

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Linux arm64 with Debian's g++-aarch64-linux-gnu.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)

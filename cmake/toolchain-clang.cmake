@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # clang++: the one that the environment variable ORBEL_CLANG names, else version 16, with which the
 # code is checked, else whichever is installed.
 if(DEFINED ENV{ORBEL_CLANG})

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Windows x86_64 with Mingw-w64. Of the two compilers that Debian has, only the one for POSIX
 # threads has std::thread; elsewhere there is only one.
 set(CMAKE_SYSTEM_NAME Windows)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The focal distance of a frame whose user points at the image instead of entering a distance.
 //

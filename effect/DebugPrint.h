@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // Prints one debug line to the standard output, formatted as by printf and cut at 1023 characters.

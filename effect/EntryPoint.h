@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The only function that the plug-in exports. The host calls everything through it.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The plug-in's life in the process: setup, setdown and the about box.
 

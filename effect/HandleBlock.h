@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // One object in a locked block of host memory, after the block's handle word.
 

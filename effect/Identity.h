@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // What the plug-in reports to the host about itself. Constants only: the entry point, the about
 // text and the bundle's descriptor read them from here, so that they can't disagree.

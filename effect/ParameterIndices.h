@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The index of each parameter: its place in the order in which the host shows the controls. The
 // host's input layer has index 0; groups have indices of their own.

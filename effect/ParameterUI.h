@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Enables and disables the controls, depending on whether they have an effect.
 

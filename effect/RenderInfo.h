@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Everything that a frame needs from the parameters and the host, in render units.
 

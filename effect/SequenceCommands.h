@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The commands for an effect instance's own data. An instance has none: everything that a frame
 // needs comes from the parameters, so the handlers keep the host's handle empty. Each returns 0.

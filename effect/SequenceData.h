@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The two forms of an effect instance's data. An instance keeps no state today, so both are empty
 // except for a reserved number.

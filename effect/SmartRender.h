@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The commands of one frame. Both smart-render commands keep their state on the stack, and the
 // host may run them for different frames on different threads at once.

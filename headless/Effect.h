@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The effect as the host sees it: a set-up plug-in that answers commands and renders frames.
 

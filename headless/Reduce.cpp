@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reduces an image for a preview at a lower resolution.
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Renders one frame with PF_Cmd_SMART_PRE_RENDER and PF_Cmd_SMART_RENDER.
 
 #include <stdexcept>

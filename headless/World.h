@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Pixel buffers of the host: input, output, layers, and the worlds that the effect requests.
 

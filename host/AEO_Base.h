@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The context of one host command, and the base of the wrappers that hold a first error.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "host/AEO_Parameter.h"
 
 #include "host/Assertion.h"

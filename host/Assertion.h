@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Assertions that are active in every build. Each reports a function and a file by fixed names,
 // wherever the code has moved to. The line is that of the source in the accessors of Parameter, and

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The host's 16.16 fixed-point numbers, and its ratios.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Locked blocks of host memory that hold their own handle.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // What sampling a kernel needs of each pixel type: its sampling suite and its channels.
 

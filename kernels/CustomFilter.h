@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Samples the image of the aperture into the kernels of all depth layers.
 

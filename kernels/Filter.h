@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The bank of blur kernels of one frame, one kernel for each depth layer.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Scales each kernel of a bank to the sum 1 / (B x B), by the factors that CustomFilter computes.
 

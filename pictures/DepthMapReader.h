@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Reads depth maps: pictures with values 0..1, as the effect expects, or scene distances, as
 // renderers write them.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "pictures/PictureWriter.h"
 
 #include <OpenImageIO/filesystem.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Converts between the pixels of files and of worlds. A world holds straight colours: 0..255 in 8
 // bits, 0..32768 in 16, any value in float.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // How a frame is cut into tiles, and the block that each tile is convolved in.
 

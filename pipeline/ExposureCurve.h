@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The exposure curve, which expands highlights before the blur and compresses them after it.
 //

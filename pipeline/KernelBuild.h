@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Builds the kernel bank of a frame: chooses the image of the aperture, samples it, normalises.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // How a pixel shares its weight between two neighbouring depth layers.
 

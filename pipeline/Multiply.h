@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The middle stage of a block: its spectrum times the spectra of the kernel bank, in place.
 

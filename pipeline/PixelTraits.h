@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The three pixel types of the host as doubles on the scale 0 to 1, and their positions in a world.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The first stage of a block: pixels of the input layer become the input of the transform.
 

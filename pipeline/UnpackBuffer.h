@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The last stage of a block: the blurred layers become pixels of the output.
 

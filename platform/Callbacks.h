@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The callback tables that come with every command (`in_data->inter` and `*in_data->utils`).
 //

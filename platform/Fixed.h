@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The interface's 16.16 fixed point.
 
@@ -14,8 +15,8 @@ constexpr double fromFixed(PF_Fixed value) {
     return value * 1.52587890625e-5;
 }
 
-// The nearest fixed-point value, halves away from zero. Defined for every argument: what doesn't
-// fit ends at the limit of the range, a NaN at its lower one.
+// The nearest fixed-point value, halves away from zero. Defined for every argument: values out of
+// range are clamped to it, a NaN becomes its lower limit.
 constexpr PF_Fixed toFixed(double value) {
     const double rounded = value * kFixedOne + (value >= 0.0 ? 0.5 : -0.5);
     const double bounded = std::min(std::max(-2147483648.0, rounded), 2147483647.0);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Rectangles of pixels, of the interface's type or any other with the same four edges.
 

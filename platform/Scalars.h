@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Scalar types, rectangles, pixels and status codes of the host's C interface.
 //

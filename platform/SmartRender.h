@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The records of the two smart-render commands, PF_Cmd_SMART_PRE_RENDER and PF_Cmd_SMART_RENDER.
 

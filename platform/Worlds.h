@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Pixel buffers ("worlds", also called layers) of the host's C interface.
 

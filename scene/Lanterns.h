@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // All light sources of the street: lamps on posts, garlands of bulbs, traffic, and a lantern near
 // the camera. Units are metres; x to the right, y up from the street, z into the image.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // A procedural night scene with depth, as a test image for the blur.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Vectors, hashes and noise for the procedural scene.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The procedural scene: a wet street at night, seen from its middle. Units are metres; x to the
 // right, y up from the street, z into the image.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # build.sh [PRESET]
 #
 # Installs missing packages, then configures and builds a CMake preset (default: release).

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # check-all.sh
 #
 # Runs all checks: continuous integration, then those that take too long for it. Stops at the first

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # check-bundle.sh BUILD
 #
 # Checks the bundle in the build folder BUILD: its exports, its imports and its size when stripped;

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # check-format.sh
 #
 # Fails if a source file in the repository is not formatted as by clang-format 14. Each version formats

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # check-layers.sh [ROOT]
 #
 # Fails if sources below ROOT (default: this repository) include against the direction of the layers,

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # check-package.sh ARCHIVE...
 #
 # Compares the files in each package with the exact list for its platform. Prints the files of each

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # check-shell.sh
 #
 # Fails if shellcheck finds a problem in a shell script of the repository, including untracked ones.

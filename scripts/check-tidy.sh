@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # check-tidy.sh [--all | --full | FILE...]
 #
 # Fails if clang-tidy finds a problem, and prints each finding once.

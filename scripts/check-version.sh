@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # check-version.sh [TAG]
 #
 # Fails if the version differs from that in CMakeLists.txt: in effect/Identity.h, as the newest release

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # demo.sh
 #
 # Installs missing packages, builds the bundle and the tool (preset release), makes a night scene with

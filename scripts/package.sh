@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # package.sh [PRESET...]
 #
 # Makes the packages of the presets (default: release, windows and arm64; ci instead of release treats

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # setup.sh [GROUP...]
 #
 # Installs the missing packages of the named groups (default: build) of packages.txt. If none is

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # For scripts that check the whole repository, to be sourced in its root: the steps that every
 # submission has to pass, and the time that each takes.
 # shellcheck shell=bash
@@ -38,6 +39,7 @@ check_submission() {
     step 'system packages' scripts/setup.sh build test check
     step 'shell scripts' scripts/check-shell.sh
     step 'version' scripts/check-version.sh
+    step 'licence' scripts/check-licence.sh
     step 'format' scripts/check-format.sh
     step 'layers' scripts/check-layers.sh
     step 'ci: build' compile ci

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # test.sh [STEP...]
 #
 # Installs missing packages, then builds and tests in two steps, or only in those named:

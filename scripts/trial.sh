@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # trial.sh [RELEASE WINDOWS ARM64]
 #
 # Tests the bundles of three platforms, each in a host of its own platform: the native one, the

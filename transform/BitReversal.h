@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Permutations that bring the samples of a transform from bit-reversed into natural order. They
 // move whole elements of T: sample j is the pair a[2j], a[2j + 1].

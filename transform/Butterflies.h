@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The butterflies of the split-radix transform, each written once for all lane counts.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // One-dimensional, in-place complex transform of power-of-two length, of the split-radix family, on
 // elements of vector lanes: one run transforms as many signals as T has live lanes.

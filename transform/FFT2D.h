@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Transform of one square block, in place, on all lanes of its elements, over the host's threads.
 //

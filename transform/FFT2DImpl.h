@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The steps of FFT2D, each an iteration over the host's threads. Included where FFT2D is compiled
 // for an element type; everything else needs only its declaration.

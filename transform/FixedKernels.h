@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The sections of fixed size at the bottom of the transform's tree (see Butterflies.h). `w` is the
 // sub-table of size 4 of TwiddleTables.h, and of size 16 for cftf162.

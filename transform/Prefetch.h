@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Prefetches elements. Processors don't predict walks down a column or in bit-reversed order, which
 // would otherwise wait for memory at every wide element.

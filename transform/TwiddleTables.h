@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Tables of the one-dimensional transform. Both are plain arrays that the caller owns; a transform
 // of n array elements needs them built for nw >= n / 4 and only reads them.

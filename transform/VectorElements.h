@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Short vectors of scalars with lazy, elementwise arithmetic: the data that the transform runs on.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // All commands except those for frames.
 
 #include <chrono>

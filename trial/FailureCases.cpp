@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Frames that have to fail: cancelled ones, and ones without enough memory.
 
 #include <algorithm>

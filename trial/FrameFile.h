@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Files of rendered frames: a line of text, then the pixels as in memory, without row padding.
 

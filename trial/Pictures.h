@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Synthetic test images that are byte-identical on every platform: they use only integer
 // arithmetic, no library's mathematical functions or random generators.

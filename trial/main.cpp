@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // orbel-trial: tests a bundle in the host that is part of the program.
 
 #include <charconv>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The binary forms of a description: the property list ("PiPL") that the host reads from the file.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // orbel-descriptor FORM OUTPUT [DESCRIPTION]
 //
 // Writes the host's descriptor of the plug-in, or of the plug-in that a text file describes, in one

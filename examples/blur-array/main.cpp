@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Blurs an array of floats with one point of light in its centre. The point takes the shape of the
 // aperture, which is printed in the terminal.
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The callbacks for parameters and progress.
 
 #include "headless/state/HostState.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The callbacks that come with the two smart-render commands.
 
 #include "headless/state/FrameState.h"

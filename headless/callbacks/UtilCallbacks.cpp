@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The utility callbacks: handles, copying worlds, and the two text functions.
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Iterations on oneTBB's workers.
 
 #include <oneapi/tbb/global_control.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Iterations on a pool of std::thread: for the thread sanitizer, which can't see into an
 // uninstrumented library, and for platforms without oneTBB.
 

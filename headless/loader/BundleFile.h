@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Finds out from its header which system a loadable file was built for: loaders report little about
 // that.

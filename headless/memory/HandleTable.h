@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The memory blocks of the handles that the effect gets from the host.
 

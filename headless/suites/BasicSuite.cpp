@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Hands out the suites and counts them.
 
 #include <string_view>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "headless/state/HostState.h"
 #include "headless/suites/Suites.h"
 

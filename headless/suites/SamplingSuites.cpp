@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The three sampling suites, which differ only in their pixel type.
 
 #include "headless/state/HostState.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The tables of the function suites. Each is constant and lives as long as the program.
 

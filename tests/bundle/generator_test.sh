@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: Apache-2.0
 # generator_test.sh GENERATOR
 #
 # A description that can't be written ends the generator with a message and leaves no file, so that

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: Apache-2.0
 # inspect.sh exports FILE NAME     NAME is the one symbol that others can link to
 # inspect.sh globals FILE NAME     NAME is the one object in writable memory
 # inspect.sh libraries FILE        the file needs nothing but the language's run-time libraries

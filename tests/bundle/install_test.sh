@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: Apache-2.0
 # install_test.sh CMAKE BUILD
 #
 # What `cmake --install` puts into a folder works there, wherever the folder is.

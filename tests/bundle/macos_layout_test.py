@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """macos_layout_test.py BUNDLE VERSION
 
 Reads the files of a macOS bundle, except for the binary, as the system and the host do, and compares

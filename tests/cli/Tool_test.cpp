@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The built tool as users see it: exit codes, messages, files.
 #include <gmock/gmock.h>
 

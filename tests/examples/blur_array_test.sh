@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # blur_array_test.sh installed|subproject CMAKE GENERATOR SOURCE BUILD
 #
 # Builds and runs the example blur-array: a copy of it with what `cmake --install` makes of BUILD, at

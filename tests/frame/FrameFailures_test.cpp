@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How a frame ends when the host fails: the code, the message, the output, the books.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rendered frames against a direct evaluation in space, and against laws.
 
 #include <gtest/gtest.h>

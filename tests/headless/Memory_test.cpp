@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Memory as the effect gets it, and the books that record misuse.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A file read into a world and written again, as with a blur of radius 0.
 #include <gmock/gmock.h>
 

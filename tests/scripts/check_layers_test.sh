@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Plants one fault at a time in a small tree and expects check-layers.sh to report it; expects the
 # tree without faults to pass.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # check_version_test.sh CHECK
 #
 # Plants one wrong version at a time in a small tree and expects check-version.sh to report the place;

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # old_processor_test.sh QEMU ORBEL
 #
 # Runs the tool on an emulated processor without AVX2, which the bundle needs: commands that don't load

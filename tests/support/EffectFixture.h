@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // A host that knows the effect's controls, and the commands outside a frame.
 

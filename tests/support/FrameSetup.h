@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // A set-up effect and small deterministic test images for whole-frame tests.
 

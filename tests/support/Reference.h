@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The transform by its definition, and access to the lanes of an array of elements.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // Declares the only control that the render driver reads: `Custom Blur Shape`.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // A slow and direct evaluation of a whole frame in space: no blocks, no transform, one sum over the
 // kernel for each pixel. Independent of the plug-in's code.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // A frame's parameters and context, for tests of single stages without the effect.
 

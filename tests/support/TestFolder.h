@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // A folder of its own for each test and process, removed afterwards: CTest runs the cases of one
 // program at the same time.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The host's pixel formats, and its area sampling evaluated directly, as the reference for stages
 // that sample.
