@@ -22,7 +22,8 @@ inline void fillWithNoise(headless::World& world) {
 inline void fillWithDepth(headless::World& world) {
     for (int y = 0; y < world.height(); ++y) {
         for (int x = 0; x < world.width(); ++x) {
-            const float value = static_cast<float>((x + y / 2) % 256 / 16) / 15.0F;
+            const int step = (x + y / 2) % 256 / 16;
+            const float value = static_cast<float>(step) / 15.0F;
             world.set(x, y, {1.0F, value, value, value});
         }
     }

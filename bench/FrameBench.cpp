@@ -160,7 +160,7 @@ void registerLayers() {
     registerMode<N>("split", kCompositeSplit);
 }
 
-const bool registered = [] {
+const bool kRegistered = [] {
     registerFormat(PF_PixelFormat_ARGB32);
     registerFormat(PF_PixelFormat_ARGB64);
     registerFormat(PF_PixelFormat_ARGB128);

@@ -128,7 +128,7 @@ void registerLayers() {
         ->Unit(benchmark::kMillisecond);
 }
 
-const bool registered = [] {
+const bool kRegistered = [] {
     benchmark::RegisterBenchmark("stage.shape", shape)->Unit(benchmark::kMillisecond);
     registerLayers<1>();
     registerLayers<2>();

@@ -73,7 +73,7 @@ private:
     FFTWeights weights_;
 };
 
-enum class Layout { Lanes, Apart };
+enum class Layout { kLanes, kApart };
 
 // FFTW's plan for one block and the memory it works on.
 class FftwBlock {
@@ -82,7 +82,7 @@ public:
         : count_(2 * static_cast<std::size_t>(lanes) * static_cast<std::size_t>(size) *
                  static_cast<std::size_t>(size)),
           data_(fftw_alloc_real(count_)),
-          plan_(layout == Layout::Lanes ? planLanes(lanes, size) : planApart(lanes, size)) {
+          plan_(layout == Layout::kLanes ? planLanes(lanes, size) : planApart(lanes, size)) {
         fill();
     }
     ~FftwBlock() {
@@ -172,7 +172,7 @@ void ratio(benchmark::State& state) {
     OneThreadHost host;
     const auto size = static_cast<std::size_t>(state.range(0));
     Block<T> ours(host.context(), size, size);
-    FftwBlock theirs(Layout::Apart, static_cast<int>(T::kLanes), static_cast<int>(size));
+    FftwBlock theirs(Layout::kApart, static_cast<int>(T::kLanes), static_cast<int>(size));
     std::vector<double> ourSeconds, theirSeconds;
     for (auto _ : state) {
         ourSeconds.push_back(secondsOf(ours));
@@ -216,14 +216,14 @@ void registerRatio() {
 }
 
 void registerFftw(Layout layout, int lanes) {
-    const std::string name = layout == Layout::Lanes ? "fftw.lanes." : "fftw.apart.";
+    const std::string name = layout == Layout::kLanes ? "fftw.lanes." : "fftw.apart.";
     benchmark::RegisterBenchmark((name + std::to_string(lanes)).c_str(), fftw, layout, lanes)
         ->RangeMultiplier(2)
         ->Range(64, 512)
         ->Unit(benchmark::kMillisecond);
 }
 
-const bool registered = [] {
+const bool kRegistered = [] {
     registerElement<ET::vecT<double, 1>>();
     registerElement<ET::vecT<double, 4>>();
     registerElement<ET::StrideVecT<double, 6, 10>>();
@@ -231,8 +231,8 @@ const bool registered = [] {
     registerElement<ET::vecT<double, 30>>();
     registerElement<ET::vecT<double, 80>>();
     for (const int lanes : {1, 4, 10, 30}) {
-        registerFftw(Layout::Lanes, lanes);
-        registerFftw(Layout::Apart, lanes);
+        registerFftw(Layout::kLanes, lanes);
+        registerFftw(Layout::kApart, lanes);
     }
     registerRatio<ET::vecT<double, 1>>();
     registerRatio<ET::vecT<double, 4>>();

@@ -87,6 +87,7 @@ std::string firstOptionOf(const std::vector<std::string>& arguments) {
                                        const std::vector<std::unique_ptr<Command>>& commands) {
     if (invocation.arguments.empty()) throw UsageError("no command given; see orbel --help");
     std::vector<std::string> names;
+    names.reserve(commands.size());
     for (const auto& command : commands) names.push_back(command->app().get_name());
     const std::string& given = invocation.arguments.front();
     const std::string nearest = nearestOption(given, names);

@@ -42,8 +42,8 @@ int ExtractDepth::iterate(int, int index, int) {
     const std::int32_t col = index % rect_.width();
     const std::int32_t x = col + rect_.left + info_.output->origin_x;
     const std::int32_t y = row + rect_.top + info_.output->origin_y;
-    const AEO::PointValue p = MapPlacement::clamped(
-        map_.world, MapPlacement::position(info_, map_.world, x, y), halfWidth, halfHeight);
+    const AEO::PointValue p = map_placement::clamped(
+        map_.world, map_placement::position(info_, map_.world, x, y), halfWidth, halfHeight);
     const AEO::Pixel::f32 pixel = map_.area_sample(p.x, p.y, halfWidth, halfHeight);
     depth_[static_cast<std::size_t>(index)] = channelValue(pixel, info_.depthChannel);
     return map_._err;

@@ -18,8 +18,8 @@ inline AEO::PointValue mapPosition(const RenderInfo& info, const PF_LayerDef& ma
                                    double y) {
     const bool known = info.placement == kPlacementCenter || info.placement == kPlacementStretch;
     const AEO::PointValue q =
-        known ? MapPlacement::position(info, map, x, y) : AEO::PointValue{0.0, 0.0};
-    return MapPlacement::clamped(map, q, 1.0, 1.0);
+        known ? map_placement::position(info, map, x, y) : AEO::PointValue{0.0, 0.0};
+    return map_placement::clamped(map, q, 1.0, 1.0);
 }
 
 // The sample's value by the map's `Channel`; an unknown channel reads 0.

@@ -7,7 +7,7 @@
 #include "effect/RenderInfo.h"
 #include "host/AEO_Parameter.h"
 
-namespace MapPlacement {
+namespace map_placement {
 
 // The position in the map of point (x, y) of the frame: the map is stretched over the frame, or
 // centred at its own size.
@@ -23,12 +23,12 @@ inline AEO::PointValue position(const RenderInfo& info, const PF_LayerDef& map, 
     return {(x - fw * 0.5) + mw * 0.5, (y - fh * 0.5) + mh * 0.5};
 }
 
-// The position held inside the map, at least (marginX, marginY) from its right and lower edge. One
-// that is not a number ends at 0.
+// The position clamped into the map, at least (marginX, marginY) from its right and lower edge. NaN
+// becomes 0.
 inline AEO::PointValue clamped(const PF_LayerDef& map, const AEO::PointValue& p, double marginX,
                                double marginY) {
     return {std::min(map.width - marginX, std::max(0.0, p.x)),
             std::min(map.height - marginY, std::max(0.0, p.y))};
 }
 
-}  // namespace MapPlacement
+}  // namespace map_placement

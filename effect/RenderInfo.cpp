@@ -18,7 +18,8 @@ constexpr double kEdgeLeakReach = 0.99;
 
 // The host's ratio, truncated to a whole number: 4/3 becomes 1, 10/11 becomes 0.
 double truncatedRatio(const PF_RationalScale& ratio) {
-    return static_cast<double>(static_cast<std::uint32_t>(ratio.num) / ratio.den);
+    const std::uint32_t whole = static_cast<std::uint32_t>(ratio.num) / ratio.den;
+    return whole;
 }
 
 // Reads parameters at the command's time; keeps the first error of all reads.

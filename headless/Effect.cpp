@@ -107,12 +107,14 @@ PF_Err Effect::updateParamsUI(A_Time time) {
     context.uiParameters = &parameters_;
 
     std::vector<PF_ParamDef> defs;
+    defs.reserve(static_cast<std::size_t>(parameters_.size()));
     for (int i = 0; i < parameters_.size(); ++i) {
         defs.push_back(parameters_.evaluate(i, time, context.geometry));
         const auto layer = parameters_.layer(i);
         if (layer) defs.back().u.ld = layer->record();
     }
     std::vector<PF_ParamDef*> pointers;
+    pointers.reserve(defs.size());
     for (auto& def : defs) pointers.push_back(&def);
 
     PF_OutData out{};

@@ -96,8 +96,8 @@ void requireWhole(const ParameterInfo& info, double value) {
 
 void requireRange(const ParameterInfo& info, double value) {
     // The limits are truncated to 16.16, so the decimal that users see may be just outside.
-    constexpr double slack = 1.0 / kFixedOne;
-    if (value >= info.validMin - slack && value <= info.validMax + slack) return;
+    constexpr double kSlack = 1.0 / kFixedOne;
+    if (value >= info.validMin - kSlack && value <= info.validMax + kSlack) return;
     char text[64];
     std::snprintf(text, sizeof text, "%g", value);
     refuse(info, std::string(text) + " is outside " + info.rangeText());

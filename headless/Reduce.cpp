@@ -64,12 +64,12 @@ void checkScale(PF_RationalScale scale) {
 // Full resolution: all pixels are copied unchanged, including colour without alpha.
 void copyRect(const World& source, World& target) {
     const PF_LRect rect = target.rect();
-    const int pixel = bytesPerPixel(source.format());
+    const std::ptrdiff_t pixel = bytesPerPixel(source.format());
     for (int y = rect.top; y < rect.bottom; ++y) {
         const std::byte* from = source.bytesOfRow(y) + rect.left * pixel;
         std::byte* to = target.bytesOfRow(y - rect.top);
         if (source.format() == target.format()) {
-            std::memcpy(to, from, static_cast<std::size_t>(target.width() * pixel));
+            std::memcpy(to, from, static_cast<std::size_t>(pixel * target.width()));
             continue;
         }
         for (int x = rect.left; x < rect.right; ++x) {

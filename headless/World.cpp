@@ -150,7 +150,7 @@ World::World(int width, int height, PF_PixelFormat format, const WorldOptions& o
     layerRecord_.origin_x = options.originX;
     layerRecord_.origin_y = options.originY;
 
-    const auto used = static_cast<std::size_t>(width * bytesPerPixel(format));
+    const std::size_t used = pixelBytesOfRow();
     const auto row = static_cast<std::size_t>(layerRecord_.rowbytes);
     writePattern(memory_.get(), kGuard);
     writePattern(memory_.get() + kGuard + size, kGuard);
@@ -181,12 +181,20 @@ const std::byte* World::bytesOfRow(int y) const {
     return memory_.get() + kGuard + static_cast<std::ptrdiff_t>(y) * layerRecord_.rowbytes;
 }
 
+std::size_t World::pixelBytesOfRow() const {
+    return static_cast<std::size_t>(bytesOfPixels(width()));
+}
+
+std::ptrdiff_t World::bytesOfPixels(int count) const {
+    return static_cast<std::ptrdiff_t>(count) * bytesPerPixel(identity_.format);
+}
+
 PF_PixelFloat World::get(int x, int y) const {
-    return readPixel(bytesOfRow(y) + x * bytesPerPixel(identity_.format), identity_.format);
+    return readPixel(bytesOfRow(y) + bytesOfPixels(x), identity_.format);
 }
 
 void World::set(int x, int y, const PF_PixelFloat& pixel) {
-    writePixel(bytesOfRow(y) + x * bytesPerPixel(identity_.format), identity_.format, pixel);
+    writePixel(bytesOfRow(y) + bytesOfPixels(x), identity_.format, pixel);
 }
 
 void World::fill(const PF_PixelFloat& pixel) {
@@ -196,12 +204,12 @@ void World::fill(const PF_PixelFloat& pixel) {
 }
 
 void World::fillWithPattern() {
-    const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity_.format));
+    const std::size_t used = pixelBytesOfRow();
     for (int y = 0; y < height(); ++y) writePattern(bytesOfRow(y), used);
 }
 
 bool World::holdsPatternOnly() const {
-    const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity_.format));
+    const std::size_t used = pixelBytesOfRow();
     for (int y = 0; y < height(); ++y) {
         if (!isPattern(bytesOfRow(y), used)) return false;
     }
@@ -211,7 +219,7 @@ bool World::holdsPatternOnly() const {
 std::string World::damage() const {
     if (!isPattern(memory_.get(), kGuard)) return "bytes before the first row were written";
     if (!isPattern(bytesOfRow(height()), kGuard)) return "bytes after the last row were written";
-    const auto used = static_cast<std::size_t>(width() * bytesPerPixel(identity_.format));
+    const std::size_t used = pixelBytesOfRow();
     const auto row = static_cast<std::size_t>(rowBytes());
     for (int y = 0; y < height(); ++y) {
         if (!isPattern(bytesOfRow(y) + used, row - used)) {

@@ -86,6 +86,9 @@ public:
     static PF_PixelFormat formatOf(const PF_LayerDef& record);
 
 private:
+    std::ptrdiff_t bytesOfPixels(int count) const;
+    std::size_t pixelBytesOfRow() const;  // without the padding
+
     Identity identity_;
     PF_LayerDef layerRecord_;
     struct Release {

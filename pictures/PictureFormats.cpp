@@ -14,7 +14,7 @@ const std::vector<PictureFormat>& formats() {
     constexpr bool kYes = true;
     constexpr bool kNo = false;
     // name, title, suffixes, alpha, grey, grey with alpha, windows, needs a file, types
-    static const std::vector<PictureFormat> table = {
+    static const std::vector<PictureFormat> kTable = {
         {"openexr",
          "EXR",
          {".exr"},
@@ -40,7 +40,7 @@ const std::vector<PictureFormat>& formats() {
         {"hdr", "HDR", {".hdr"}, AlphaKind::kNone, kNo, kNo, kNo, kNo, {kFloat}},
         {"pnm", "PNM", {".ppm", ".pgm"}, AlphaKind::kNone, kYes, kNo, kNo, kNo, {kUInt8}},
     };
-    return table;
+    return kTable;
 }
 
 std::string lowerSuffix(const std::filesystem::path& path) {

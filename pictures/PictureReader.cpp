@@ -65,7 +65,7 @@ std::vector<ChannelPlace> listChannels(const std::vector<OIIO::ImageSpec>& specs
         const std::string prefix = specs.size() > 1 ? partPrefix(specs[part], part, exr) : "";
         for (int c = 0; c < specs[part].nchannels; ++c) {
             std::string name = specs[part].channelnames[static_cast<std::size_t>(c)];
-            if (name.find('.') == std::string::npos) name = prefix + name;
+            if (name.find('.') == std::string::npos) name.insert(0, prefix);
             channels.push_back({name, static_cast<int>(part), c});
         }
     }

@@ -37,8 +37,10 @@ private:
 Vec3 meanColour(const Street& world, const Camera& camera, int x, int y) {
     Vec3 sum;
     for (int i = 0; i < kSamples * kSamples; ++i) {
-        const double dx = (i % kSamples + 0.5) / kSamples;
-        const double dy = (static_cast<double>(i / kSamples) + 0.5) / kSamples;
+        const int column = i % kSamples;
+        const int row = i / kSamples;
+        const double dx = (column + 0.5) / kSamples;
+        const double dy = (row + 0.5) / kSamples;
         sum = sum + world.look(kEye, camera.direction(x + dx, y + dy)).colour;
     }
     return sum * (1.0 / (kSamples * kSamples));

@@ -44,6 +44,7 @@ check_submission() {
     step 'layers' scripts/check-layers.sh
     step 'ci: build' compile ci
     step 'ci: tests' run_tests
+    step 'tidy' scripts/check-tidy.sh --all
     step 'check-clang' compile check-clang
     step 'platforms: packages and trial' platforms
     for preset in asan-ubsan tsan; do

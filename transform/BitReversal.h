@@ -102,7 +102,7 @@ private:
     // The array is usually a row of a block. Prefetches the next row while this one, which is in
     // the cache by now, is permuted.
     void exchange(T* x, T* y) const {
-        const auto row = static_cast<std::size_t>(2 * top_);
+        const auto row = 2 * static_cast<std::size_t>(top_);
         for (const T* element : {x, x + 1, y, y + 1}) fft::prefetch(element, row);
         Move::exchange(x, y);
     }

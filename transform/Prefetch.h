@@ -21,8 +21,10 @@ ORBEL_LANE_INLINE void prefetch([[maybe_unused]] const T* near,
                                 [[maybe_unused]] std::size_t distance) {
 #if defined(__GNUC__)
     if constexpr (sizeof(T) >= kCacheLine) {
+        // Computed as a number, since a pointer outside the array would be undefined.
         const auto address = reinterpret_cast<std::uintptr_t>(near) + distance * sizeof(T);
         for (std::size_t offset = 0; offset < sizeof(T); offset += kCacheLine) {
+            // NOLINTNEXTLINE(performance-no-int-to-ptr): nothing is read through it
             __builtin_prefetch(reinterpret_cast<const void*>(address + offset), 0, 2);
         }
     }

@@ -84,8 +84,10 @@ void tryState(Trial& trial, const ControlState& state) {
 void tryUserChangedParam(Trial& trial) {
     const headless::ParameterSet& parameters = trial.effect().parameters();
     std::vector<PF_ParamDef> defs;
+    defs.reserve(static_cast<std::size_t>(parameters.size()));
     for (int i = 0; i < parameters.size(); ++i) defs.push_back(parameters.evaluate(i, {0, 1}, {}));
     std::vector<PF_ParamDef*> pointers;
+    pointers.reserve(defs.size());
     for (PF_ParamDef& def : defs) pointers.push_back(&def);
     for (int i = 1; i < parameters.size(); ++i) {
         PF_UserChangedParamExtra extra{i};

@@ -88,7 +88,7 @@ PF_LRect within(const PF_LayerDef& world, const PF_Rect* rect) {
 
 // Copies pixels between the common part of two rectangles, aligned at their upper left corners.
 void copyPixels(const PF_LayerDef& from, const PF_LRect& fromRect, const PF_LayerDef& to,
-                const PF_LRect& toRect, int pixel) {
+                const PF_LRect& toRect, std::ptrdiff_t pixel) {
     const int width = std::min(fromRect.right - fromRect.left, toRect.right - toRect.left);
     const int height = std::min(fromRect.bottom - fromRect.top, toRect.bottom - toRect.top);
     if (width <= 0) return;

@@ -62,8 +62,8 @@ constexpr PF_AdvAppSuite1 makeTable() {
 }  // namespace
 
 const PF_AdvAppSuite1* advAppSuite() {
-    static constexpr PF_AdvAppSuite1 table = makeTable();
-    return &table;
+    static constexpr PF_AdvAppSuite1 kTable = makeTable();
+    return &kTable;
 }
 
 }  // namespace headless

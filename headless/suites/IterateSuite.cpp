@@ -35,8 +35,8 @@ A_Err iterateGeneric(std::int32_t iterations, void* refcon, AEGP_IterateFunction
 }  // namespace
 
 const AEGP_IterateSuite1* iterateSuite() {
-    static constexpr AEGP_IterateSuite1 table{getNumThreads, iterateGeneric};
-    return &table;
+    static constexpr AEGP_IterateSuite1 kTable{getNumThreads, iterateGeneric};
+    return &kTable;
 }
 
 }  // namespace headless

@@ -31,8 +31,8 @@ constexpr PF_ParamUtilsSuite3 makeTable() {
 }  // namespace
 
 const PF_ParamUtilsSuite3* paramUtilsSuite() {
-    static constexpr PF_ParamUtilsSuite3 table = makeTable();
-    return &table;
+    static constexpr PF_ParamUtilsSuite3 kTable = makeTable();
+    return &kTable;
 }
 
 }  // namespace headless

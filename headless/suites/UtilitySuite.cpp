@@ -29,8 +29,8 @@ constexpr AEGP_UtilitySuite11 makeTable() {
 }  // namespace
 
 const AEGP_UtilitySuite11* utilitySuite() {
-    static constexpr AEGP_UtilitySuite11 table = makeTable();
-    return &table;
+    static constexpr AEGP_UtilitySuite11 kTable = makeTable();
+    return &kTable;
 }
 
 }  // namespace headless

@@ -46,8 +46,8 @@ PF_Err getPixelFormat(const PF_EffectWorld* world, PF_PixelFormat* format) {
 }  // namespace
 
 const PF_WorldSuite2* worldSuite() {
-    static constexpr PF_WorldSuite2 table{newWorld, disposeWorld, getPixelFormat};
-    return &table;
+    static constexpr PF_WorldSuite2 kTable{newWorld, disposeWorld, getPixelFormat};
+    return &kTable;
 }
 
 }  // namespace headless

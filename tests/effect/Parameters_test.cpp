@@ -16,7 +16,7 @@ struct Row {
     PF_ParamType type;
     std::vector<int> numbers;
     PF_ParamFlags flags = 0;
-    std::string text = "";
+    std::string text{};
 
     bool operator==(const Row&) const = default;
 };

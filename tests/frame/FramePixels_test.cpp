@@ -69,10 +69,10 @@ TEST(FramePixels, DepthLayersEqualTheDirectSumInBothModes) {
         double focalDistance, profile;
         bool invert;
         int bits;
-    } cases[] = {{2, Mode::Normal, 0.0, 0.0, false, 32},  {2, Mode::Split, 1.0, -0.5, true, 32},
-                 {3, Mode::Normal, 0.3, 0.5, true, 32},   {3, Mode::Split, -1.0, 0.0, false, 32},
-                 {16, Mode::Normal, 0.5, 0.2, false, 32}, {16, Mode::Split, 2.0, 0.0, false, 32},
-                 {3, Mode::Normal, 0.4, 0.0, false, 8},   {3, Mode::Split, 0.4, 0.0, false, 16}};
+    } cases[] = {{2, Mode::kNormal, 0.0, 0.0, false, 32},  {2, Mode::kSplit, 1.0, -0.5, true, 32},
+                 {3, Mode::kNormal, 0.3, 0.5, true, 32},   {3, Mode::kSplit, -1.0, 0.0, false, 32},
+                 {16, Mode::kNormal, 0.5, 0.2, false, 32}, {16, Mode::kSplit, 2.0, 0.0, false, 32},
+                 {3, Mode::kNormal, 0.4, 0.0, false, 8},   {3, Mode::kSplit, 0.4, 0.0, false, 16}};
     const auto map = trial::depthPicture(70, 30, 32);
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.layers << " layers, mode " << static_cast<int>(c.mode)
@@ -105,7 +105,7 @@ TEST(FrameLaws, EqualDepthBlursWithOneMixOfKernels) {
     auto map = std::make_shared<World>(40, 40, PF_PixelFormat_ARGB128);
     map->fill({1, 2.0F / 3, 0, 0});
     blur.useDepth(map, 3);
-    blur.set("Composite Mode", static_cast<int>(Mode::Split));
+    blur.set("Composite Mode", static_cast<int>(Mode::kSplit));
     blur.set("Focal Distance", 0.0);
     blur.set("Exposure", 0.0);
 

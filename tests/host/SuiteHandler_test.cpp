@@ -38,6 +38,7 @@ TEST_F(SuiteHandler, KeepsTheCountEvenWhenThreadsMeet) {
         std::latch start(kThreads);
         std::vector<const PF_Sampling8Suite1*> tables(kThreads);
         std::vector<std::jthread> threads;
+        threads.reserve(kThreads);
         for (auto& table : tables) {
             threads.emplace_back([&] {
                 start.arrive_and_wait();

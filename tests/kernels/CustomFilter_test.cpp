@@ -169,7 +169,7 @@ PF_SampPB told;
 std::array<PF_Fixed, 2> toldPosition;
 
 TEST_F(CustomFilterTest, PassesOnlyTheBoxToTheSampler) {
-    static const PF_SamplingFloatSuite1 recorder{
+    static const PF_SamplingFloatSuite1 kRecorder{
         nullptr, nullptr,
         [](PF_ProgPtr, PF_Fixed x, PF_Fixed y, const PF_SampPB* params, PF_PixelFloat*) -> PF_Err {
             told = *params;
@@ -178,7 +178,7 @@ TEST_F(CustomFilterTest, PassesOnlyTheBoxToTheSampler) {
         }};
     SPBasicSuite basic{};
     basic.AcquireSuite = [](const char*, std::int32_t, const void** suite) -> SPErr {
-        *suite = &recorder;
+        *suite = &kRecorder;
         return 0;
     };
     basic.ReleaseSuite = [](const char*, std::int32_t) -> SPErr { return 0; };

@@ -25,11 +25,11 @@ protected:
     }
     // The red values that the effect gets.
     std::vector<float> read(const DepthMapping& mapping, const std::string& name = "z.exr") {
-        said_.str("");
-        Messages messages(said_, false);
+        said.str("");
+        Messages messages(said, false);
         const DepthMap map = readDepthMap(path(name), mapping, messages);
-        bits_ = headless::bitsOfFormat(map.world->format());
-        range_ = map.range;
+        bits = headless::bitsOfFormat(map.world->format());
+        range = map.range;
         std::vector<float> values;
         for (int x = 0; x < map.world->width(); ++x) values.push_back(map.world->get(x, 0).red);
         return values;
@@ -40,9 +40,9 @@ protected:
         EXPECT_THAT(read(mapping), testing::Pointwise(testing::FloatNear(1e-6F), values));
     }
 
-    std::ostringstream said_;
-    DepthRange range_;
-    int bits_ = 0;
+    std::ostringstream said;
+    DepthRange range;
+    int bits = 0;
 };
 
 TEST_F(DepthMapReader, DistancesBecomeOneAtNearAndZeroAtFar) {
@@ -51,17 +51,17 @@ TEST_F(DepthMapReader, DistancesBecomeOneAtNearAndZeroAtFar) {
            {1, 0.375F, 0, 1, 0, 1, 1});
     expect({4, 50}, {.near = 2.0, .far = HUGE_VAL, .inverse = true}, {0.5F, 0.04F});
     expect({5, 5, kInfinity}, {.automatic = true}, {1, 1, 0});
-    EXPECT_EQ(bits_, 32);
+    EXPECT_EQ(bits, 32);
 }
 
 TEST_F(DepthMapReader, TheSkyIsFarAndOutsideTheRange) {
     expect({3, kInfinity, NAN, 1e10F, -kInfinity, 9, 999e6F}, {.near = 3.0, .far = 9.0},
            {1, 0, 0, 0, 0, 0, 0});
     expect({3, kInfinity, NAN, 1e10F, 1e9F, 9, 6}, {.automatic = true}, {1, 0, 0, 0, 0, 0, 0.5F});
-    EXPECT_EQ(range_.least, 3.0);
-    EXPECT_EQ(range_.most, 9.0);
-    EXPECT_EQ(range_.sky, 4U);
-    EXPECT_EQ(said_.str(), "");
+    EXPECT_EQ(range.least, 3.0);
+    EXPECT_EQ(range.most, 9.0);
+    EXPECT_EQ(range.sky, 4U);
+    EXPECT_EQ(said.str(), "");
     writeDistances({kInfinity, 1e10F});
     EXPECT_THROW(read({.automatic = true}), Failure);
     writeDistances({0.0F, 4.0F});
@@ -70,16 +70,16 @@ TEST_F(DepthMapReader, TheSkyIsFarAndOutsideTheRange) {
 
 TEST_F(DepthMapReader, WithoutAMappingDistancesAreWarnedAbout) {
     expect({0, 0.5F, 1}, {}, {0, 0.5F, 1});
-    EXPECT_EQ(said_.str(), "");
+    EXPECT_EQ(said.str(), "");
     expect({0.25F, 80, kInfinity}, {}, {0.25F, 80, 0});  // the sky never reaches the effect
-    EXPECT_THAT(said_.str(), testing::HasSubstr("0.25 to 80"));
+    EXPECT_THAT(said.str(), testing::HasSubstr("0.25 to 80"));
 }
 
 TEST_F(DepthMapReader, IntegerMapsKeepTheirBits) {
     test::writeValues<std::uint8_t>(path("z.png"), test::imageSpec(3, 1, {"Y"}, TypeDesc::UINT8),
                                     {0, 51, 255});
     EXPECT_THAT(read({}, "z.png"), testing::ElementsAre(0, testing::FloatEq(0.2F), 1));
-    EXPECT_EQ(bits_, 8);
+    EXPECT_EQ(bits, 8);
 }
 
 }  // namespace

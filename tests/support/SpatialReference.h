@@ -23,7 +23,7 @@ struct Kernel {
 // without any weight is a single point.
 std::vector<Kernel> kernelsOf(const headless::World& shape, double radius, int layers);
 
-enum class Mode { Normal = 1, Split = 2 };
+enum class Mode { kNormal = 1, kSplit = 2 };
 
 struct Scene {
     const headless::World* input = nullptr;  // the layer, whole
@@ -34,7 +34,7 @@ struct Scene {
 
     // With two or more kernels: a map of the input's size, its red channel.
     const headless::World* map = nullptr;
-    Mode mode = Mode::Normal;
+    Mode mode = Mode::kNormal;
     bool invert = false;
     double focalDistance = 0;
     double profile = 0;
