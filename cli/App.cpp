@@ -130,7 +130,7 @@ int runCommand(const Invocation& invocation) {
     }
     for (const auto& command : commands) {
         if (!command->app().parsed()) continue;
-        if (controls.failure) throw *controls.failure;
+        if (controls.failure) throw Failure(*controls.failure);
         if (!app.remaining().empty()) refuseArgument(app.remaining().front(), "", longOptions(app));
         const std::vector<std::string> extras = command->app().remaining();
         if (!extras.empty()) {

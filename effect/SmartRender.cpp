@@ -89,8 +89,6 @@ void setGeometry(RenderInfo& info, const FrameWorlds& worlds) {
 int renderOrCopy(const Frame& frame, RenderInfo& info, PF_PixelFormat format) {
     int err = info.extractParameters(frame.in_data);
     setGeometry(info, frame.worlds);
-    AEGP_SuiteHandler suites(frame.in_data->pica_basicP);
-    info.suites = &suites;
     info.frameRect = frame.record->frameRect;
     info.paddedRect = frame.record->paddedRect;
 
@@ -114,6 +112,8 @@ int renderWorlds(const Frame& frame) {
     RenderInfo info(frame.context, *depth.layer());
     keepFirst(err, depth._err);
     if (err != PF_Err_NONE) return err;
+    AEGP_SuiteHandler suites(frame.in_data->pica_basicP);
+    info.suites = &suites;
     return renderOrCopy(frame, info, format);
 }
 

@@ -56,6 +56,7 @@ template <std::size_t N>
 std::size_t Filter<N>::GetFilterSize(double radius) {
     constexpr std::size_t kLargest = 8192;
     std::size_t edge = 64;
+    // NOLINTNEXTLINE(cert-flp30-c): doubling is exact
     for (double limit = 16.0; edge < kLargest && !(radius < limit); limit *= 2.0) edge *= 2;
     return edge;
 }

@@ -227,7 +227,9 @@ public:
     // It would be unclear whether assignment changes the lane or the reference.
     LaneRef& operator=(const LaneRef&) = delete;
 
+    // Changes the lane, not the reference, so it is const.
     template <SameLanes<LaneRef> V>
+    // NOLINTNEXTLINE(misc-unconventional-assign-operator)
     ORBEL_LANE_INLINE constexpr const LaneRef& operator=(const V& value) const {
         *lane_ = value[0];
         return *this;
