@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <filesystem>
 #include <span>
 
@@ -26,6 +27,10 @@ public:
     // Writes all bytes and flushes them to the disk. Throws Failure, for example when the disk is
     // full.
     void write(std::span<const unsigned char> bytes);
+    // For an encoder that writes to a stream. Not owned.
+    std::FILE* stream() { return file_; }
+    // Flushes what was written to the stream to the disk. Throws Failure if any write failed.
+    void flush();
     // For an encoder that needs a file name: closes the temporary file and returns its path. The
     // caller makes sure that it is complete.
     std::filesystem::path handOver();

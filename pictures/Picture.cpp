@@ -37,20 +37,28 @@ Window enclosing(const Window& a, const Window& b) {
             std::max(a.bottom, b.bottom)};
 }
 
-Repairs repair(Picture& picture) {
+Repairs& Repairs::operator+=(const Repairs& other) {
+    notFinite += other.notFinite;
+    lightWithoutAlpha += other.lightWithoutAlpha;
+    return *this;
+}
+
+Repairs repairPixels(std::span<float> rgba, bool associated) {
     Repairs repairs;
-    for (float& value : picture.pixels) {
+    for (float& value : rgba) {
         if (std::isfinite(value)) continue;
         value = std::isnan(value) ? 0.0F : std::copysign(kLargestHalf, value);
         ++repairs.notFinite;
     }
-    if (!picture.associated || !picture.hasAlpha) return repairs;
-    for (std::size_t i = 0; i < picture.pixelCount(); ++i) {
-        const float* p = picture.pixel(i);
-        const bool light = p[0] != 0.0F || p[1] != 0.0F || p[2] != 0.0F;
-        if (p[3] == 0.0F && light) ++repairs.lightWithoutAlpha;
+    for (std::size_t i = 0; associated && i < rgba.size(); i += kChannels) {
+        const bool light = rgba[i] != 0.0F || rgba[i + 1] != 0.0F || rgba[i + 2] != 0.0F;
+        if (rgba[i + 3] == 0.0F && light) ++repairs.lightWithoutAlpha;
     }
     return repairs;
+}
+
+Repairs repair(Picture& picture) {
+    return repairPixels(picture.pixels, picture.associated && picture.hasAlpha);
 }
 
 }  // namespace pictures

@@ -5,6 +5,7 @@
 #include <OpenImageIO/imageio.h>
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -39,15 +40,18 @@ Window enclosing(const Window& a, const Window& b);
 inline constexpr std::size_t kChannels = 4;  // red, green, blue, alpha
 
 struct Picture {
-    std::string name;  // as the user gave it, for messages
-    Window window;     // what `pixels` covers, in the file's coordinates
-    Window display;    // the file's display window
+    std::string name;    // as the user gave it, for messages
+    std::string format;  // the image library's name of the file's format
+    Window window;       // what `pixels` covers, in the file's coordinates
+    Window display;      // the file's display window
     bool grey = false;
     bool hasAlpha = false;
     bool associated = false;  // colour is multiplied by alpha
+    bool alphaGiven = false;  // the user said whether it is
+    bool turned = false;      // the file's pixels are stored in another orientation
+    bool transposed = false;  // its rows are this picture's columns
     SampleType type = SampleType::kUInt8;
     std::string greyName;              // name of the only colour channel of a grey picture
-    bool cropped = false;              // the file has pixels outside `window`
     std::vector<std::string> leftOut;  // layers and channels of the file that were not read
     OIIO::ImageSpec imageSpec;         // of the part read: metadata
     // Red, green, blue, alpha of each pixel, row by row. Integers are scaled to 0..1; grey is in
@@ -61,13 +65,18 @@ struct Picture {
     const float* pixel(std::size_t i) const { return pixels.data() + i * kChannels; }
 };
 
-// What repair() found in a picture.
+// What repairPixels() found.
 struct Repairs {
     std::size_t notFinite = 0;          // values that were NaN or infinite, replaced
     std::size_t lightWithoutAlpha = 0;  // pixels with associated colour but alpha 0, kept
+
+    Repairs& operator+=(const Repairs& other);
 };
 
-// Replaces NaN by 0 and infinity by the largest half value of its sign, and counts what it found.
+// Replaces NaN by 0 and infinity by the largest half value of its sign in pixels of red, green,
+// blue and alpha, and counts what it found.
+Repairs repairPixels(std::span<float> rgba, bool associated);
+// The same for all pixels of a picture.
 Repairs repair(Picture& picture);
 
 }  // namespace pictures

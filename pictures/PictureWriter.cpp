@@ -17,23 +17,23 @@
 namespace pictures {
 namespace {
 
+// Pixels of a strip: small compared with a large picture, large compared with a call.
+constexpr int kStripPixels = 1 << 20;
+// Compressed files hold blocks of up to 256 rows; threads encode several at a time.
+constexpr int kLeastStripRows = 64;
+
 // The channels and the type of the file to write.
 struct Plan {
     SampleType type = SampleType::kUInt8;
     bool grey = false;
     bool alpha = false;
     bool associated = false;
+    bool multiplied = false;  // also if alpha isn't written: the image is composited over black
 
     std::size_t channels() const { return (grey ? 1U : 3U) + (alpha ? 1U : 0U); }
 };
 
-bool growsBeyondLayer(const WriteRequest& request) {
-    const PF_LRect rect = request.result.rect();
-    return rect.left < 0 || rect.top < 0 || rect.right > request.layerWidth ||
-           rect.bottom > request.layerHeight;
-}
-
-bool isAssociated(const PictureFormat& format, const Picture& source) {
+bool writesAssociated(const PictureFormat& format, const Picture& source) {
     switch (format.alpha) {
         case AlphaKind::kStraight:
             return false;
@@ -48,18 +48,21 @@ bool isAssociated(const PictureFormat& format, const Picture& source) {
 
 Plan makePlan(const PictureFormat& format, const WriteRequest& request, bool wantsAlpha) {
     Plan plan;
-    plan.type = nearestType(format, request.source.type);
+    plan.type = nearestType(format, request.type.value_or(request.source.type));
     plan.alpha = wantsAlpha && format.alpha != AlphaKind::kNone;
-    plan.associated = isAssociated(format, request.source);
+    plan.associated = writesAssociated(format, request.source);
+    plan.multiplied = wantsAlpha && plan.associated;
     plan.grey = request.source.grey && (plan.alpha ? format.greyWithAlpha : format.grey);
     return plan;
 }
 
 // Prints one line for each property of the source that the file can't keep.
 void tellDifferences(const std::filesystem::path& path, const PictureFormat& format,
-                     const Picture& source, const Plan& plan, bool wantsAlpha, Messages& messages) {
+                     const WriteRequest& request, const Plan& plan, bool wantsAlpha,
+                     Messages& messages) {
     const std::string file = path.string();
-    if (plan.type != source.type) {
+    const Picture& source = request.source;
+    if (plan.type != request.type.value_or(source.type)) {
         messages.note(file + " is written with " + sampleTypeName(plan.type) + " per channel: " +
                       format.title + " can't hold the input's " + sampleTypeName(source.type));
     }
@@ -133,28 +136,37 @@ void setChannels(OIIO::ImageSpec& imageSpec, const Plan& plan, const std::string
     if (!plan.associated) imageSpec.attribute("oiio:UnassociatedAlpha", 1);
 }
 
-// The data window is the result's rectangle, the display window that of the source.
+// Other formats hold only the data window.
 void setWindows(OIIO::ImageSpec& imageSpec, const WriteRequest& request, bool windows) {
-    const headless::World& result = request.result;
-    imageSpec.width = result.width();
-    imageSpec.height = result.height();
-    imageSpec.depth = 1;
+    const Window data{0, 0, request.result.width(), request.result.height()};
+    const Window& place = windows ? request.data : data;
+    const Window& display = windows ? request.display : data;
+    imageSpec.x = place.left;
+    imageSpec.y = place.top;
+    imageSpec.width = place.width();
+    imageSpec.height = place.height();
+    imageSpec.full_x = display.left;
+    imageSpec.full_y = display.top;
+    imageSpec.full_width = display.width();
+    imageSpec.full_height = display.height();
+    imageSpec.z = imageSpec.full_z = 0;
+    imageSpec.depth = imageSpec.full_depth = 1;
     imageSpec.tile_width = imageSpec.tile_height = imageSpec.tile_depth = 0;
-    imageSpec.x = imageSpec.y = imageSpec.z = imageSpec.full_x = imageSpec.full_y =
-        imageSpec.full_z = 0;
-    imageSpec.full_width = imageSpec.width;
-    imageSpec.full_height = imageSpec.height;
-    imageSpec.full_depth = 1;
-    if (!windows) return;
-    const auto reduced = [&](int edge) {
-        return static_cast<int>(std::floor(static_cast<double>(edge) * request.scale));
-    };
-    imageSpec.full_x = reduced(request.source.display.left);
-    imageSpec.full_y = reduced(request.source.display.top);
-    imageSpec.full_width = request.layerWidth;
-    imageSpec.full_height = request.layerHeight;
-    imageSpec.x = imageSpec.full_x + result.rect().left;
-    imageSpec.y = imageSpec.full_y + result.rect().top;
+}
+
+// The pixels are upright, whatever the source's were.
+void setUpright(OIIO::ImageSpec& imageSpec, const Picture& source) {
+    if (!source.turned) return;
+    imageSpec.attribute("Orientation", 1);
+    if (!source.transposed) return;
+    const float x = imageSpec.get_float_attribute("XResolution");
+    const float y = imageSpec.get_float_attribute("YResolution");
+    if (x > 0.0F && y > 0.0F) {
+        imageSpec.attribute("XResolution", y);
+        imageSpec.attribute("YResolution", x);
+    }
+    const float aspect = imageSpec.get_float_attribute("PixelAspectRatio");
+    if (aspect > 0.0F) imageSpec.attribute("PixelAspectRatio", 1.0F / aspect);
 }
 
 OIIO::ImageSpec makeSpec(const PictureFormat& format, const WriteRequest& request,
@@ -165,26 +177,21 @@ OIIO::ImageSpec makeSpec(const PictureFormat& format, const WriteRequest& reques
     imageSpec.set_format(libraryType(plan.type));
     setChannels(imageSpec, plan, format.windows ? request.source.greyName : "Y");
     setWindows(imageSpec, request, format.windows);
+    setUpright(imageSpec, request.source);
     return imageSpec;
 }
 
-std::vector<float> selectChannels(const std::vector<float>& rgba, const Plan& plan) {
-    std::vector<float> values;
-    values.reserve(rgba.size() / kChannels * plan.channels());
+// Appends the channels of the file to `values`.
+void selectChannels(std::span<const float> rgba, const Plan& plan, std::vector<float>& values) {
     for (std::size_t i = 0; i < rgba.size(); i += kChannels) {
         for (std::size_t c = 0; c < (plan.grey ? 1U : 3U); ++c) values.push_back(rgba[i + c]);
         if (plan.alpha) values.push_back(rgba[i + 3]);
     }
-    return values;
 }
 
 // Half has no larger finite value; anything larger would round to infinity.
 void clampToHalf(std::vector<float>& values) {
     for (float& value : values) value = std::clamp(value, -65504.0F, 65504.0F);
-}
-
-bool stopWriting(void*, float) {
-    return interruptFlag().load();
 }
 
 [[noreturn]] void fail(const std::filesystem::path& path, const std::string& reason) {
@@ -198,28 +205,25 @@ std::unique_ptr<OIIO::ImageOutput> encoderFor(const std::filesystem::path& path)
     return encoder;
 }
 
-// Encodes all values into the file `name`; messages name `path`.
-void encode(OIIO::ImageOutput& encoder, const std::filesystem::path& name,
-            const OIIO::ImageSpec& imageSpec, const std::vector<float>& values,
-            const std::filesystem::path& path) {
-    if (!encoder.open(name.string(), imageSpec)) fail(path, encoder.geterror());
-    const bool written = encoder.write_image(OIIO::TypeDesc::FLOAT, values.data(), OIIO::AutoStride,
-                                             OIIO::AutoStride, OIIO::AutoStride, stopWriting);
-    const bool closed = encoder.close();
-    throwIfInterrupted();
-    if (!written || !closed) fail(path, encoder.geterror());
-}
+// Produces the values of rows top to bottom - 1 of a file, all channels.
+using MakeRows = std::function<std::span<const float>(int top, int bottom)>;
 
-// The encoded file in memory, since encoders don't report every failed write to disk.
-std::vector<unsigned char> encodeInMemory(const std::filesystem::path& path,
-                                          const OIIO::ImageSpec& imageSpec,
-                                          const std::vector<float>& values) {
-    std::vector<unsigned char> bytes;
-    OIIO::Filesystem::IOVecOutput memory(bytes);
-    const auto encoder = encoderFor(path);
-    if (!encoder->set_ioproxy(&memory)) fail(path, encoder->geterror());
-    encode(*encoder, path, imageSpec, values, path);
-    return bytes;
+// Encodes the rows into the file `name`, strip by strip; messages name `path`.
+void encode(OIIO::ImageOutput& encoder, const std::filesystem::path& name,
+            const OIIO::ImageSpec& imageSpec, const MakeRows& makeRows,
+            const std::filesystem::path& path) {
+    const int rows = std::max(kLeastStripRows, kStripPixels / std::max(1, imageSpec.width));
+    if (!encoder.open(name.string(), imageSpec)) fail(path, encoder.geterror());
+    for (int top = 0; top < imageSpec.height; top += rows) {
+        throwIfInterrupted();
+        const int bottom = std::min(top + rows, imageSpec.height);
+        const std::span<const float> values = makeRows(top, bottom);
+        if (!encoder.write_scanlines(imageSpec.y + top, imageSpec.y + bottom, 0,
+                                     OIIO::TypeDesc::FLOAT, values.data())) {
+            fail(path, encoder.geterror());
+        }
+    }
+    if (!encoder.close()) fail(path, encoder.geterror());
 }
 
 // Reads the file back to its last pixel, since its encoder doesn't report every failed write.
@@ -235,38 +239,94 @@ void requireWhole(const std::filesystem::path& name, const std::filesystem::path
     }
 }
 
+// For encoders that open their file themselves.
+void writeByName(const std::filesystem::path& path, const OIIO::ImageSpec& imageSpec,
+                 const MakeRows& makeRows) {
+    AtomicFile file(path);
+    const std::filesystem::path beside = file.handOver();
+    encode(*encoderFor(path), beside, imageSpec, makeRows, path);
+    requireWhole(beside, path);
+    throwIfInterrupted();
+    file.commit();
+}
+
+// For encoders that write to a stream, whose errors count even if the encoder ignores them.
+void writeToStream(const std::filesystem::path& path, const OIIO::ImageSpec& imageSpec,
+                   const MakeRows& makeRows) {
+    AtomicFile file(path);
+    {
+        OIIO::Filesystem::IOFile stream(file.stream(), OIIO::Filesystem::IOProxy::Write);
+        const auto encoder = encoderFor(path);
+        if (!encoder->set_ioproxy(&stream)) fail(path, encoder->geterror());
+        encode(*encoder, path, imageSpec, makeRows, path);
+    }
+    file.flush();
+    throwIfInterrupted();
+    file.commit();
+}
+
+void write(const std::filesystem::path& path, const OIIO::ImageSpec& imageSpec,
+           const MakeRows& makeRows) {
+    if (formatOf(path).needsFile) {
+        writeByName(path, imageSpec, makeRows);
+    } else {
+        writeToStream(path, imageSpec, makeRows);
+    }
+}
+
+// The rows of a result as its file holds them.
+class ResultRows {
+public:
+    ResultRows(const WriteRequest& request, const Plan& plan) : request_(request), plan_(plan) {}
+
+    std::span<const float> operator()(int top, int bottom) {
+        const auto width = static_cast<std::size_t>(request_.result.width());
+        rgba_.resize(width * kChannels);
+        values_.clear();
+        values_.reserve(width * static_cast<std::size_t>(bottom - top) * plan_.channels());
+        for (int y = top; y < bottom; ++y) {
+            loadRow(request_.result, 0, y, rgba_);
+            if (request_.convert) request_.convert(rgba_);
+            if (plan_.multiplied) associate(rgba_, hiddenColour());
+            selectChannels(rgba_, plan_, values_);
+        }
+        if (plan_.type == SampleType::kHalf) clampToHalf(values_);
+        if (request_.progress) {
+            request_.progress(static_cast<double>(bottom) / request_.result.height());
+        }
+        return values_;
+    }
+
+private:
+    HiddenColour hiddenColour() const {
+        return request_.source.associated ? HiddenColour::kKept : HiddenColour::kDropped;
+    }
+
+    const WriteRequest& request_;
+    Plan plan_;
+    std::vector<float> rgba_;
+    std::vector<float> values_;
+};
+
 }  // namespace
 
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,
                  Messages& messages) {
     const PictureFormat& format = formatOf(path);
-    const bool wantsAlpha = request.source.hasAlpha || growsBeyondLayer(request);
+    const bool wantsAlpha = request.source.hasAlpha || request.grown;
     const Plan plan = makePlan(format, request, wantsAlpha);
-    tellDifferences(path, format, request.source, plan, wantsAlpha, messages);
-
-    std::vector<float> rgba = straightPixels(request.result);
-    if (wantsAlpha && plan.associated) associate(rgba);
-    std::vector<float> values = selectChannels(rgba, plan);
-    if (plan.type == SampleType::kHalf) clampToHalf(values);
-    writeChannels(path, makeSpec(format, request, plan), values);
+    tellDifferences(path, format, request, plan, wantsAlpha, messages);
+    write(path, makeSpec(format, request, plan), ResultRows(request, plan));
 }
 
 void writeChannels(const std::filesystem::path& path, const OIIO::ImageSpec& imageSpec,
                    const std::vector<float>& values) {
-    if (formatOf(path).needsFile) {
-        AtomicFile file(path);
-        const std::filesystem::path beside = file.handOver();
-        encode(*encoderFor(path), beside, imageSpec, values, path);
-        requireWhole(beside, path);
-        throwIfInterrupted();
-        file.commit();
-        return;
-    }
-    const std::vector<unsigned char> bytes = encodeInMemory(path, imageSpec, values);
-    AtomicFile file(path);
-    file.write(bytes);
-    throwIfInterrupted();
-    file.commit();
+    const std::size_t row =
+        static_cast<std::size_t>(imageSpec.width) * static_cast<std::size_t>(imageSpec.nchannels);
+    write(path, imageSpec, [&](int top, int bottom) {
+        return std::span(values).subspan(static_cast<std::size_t>(top) * row,
+                                         static_cast<std::size_t>(bottom - top) * row);
+    });
 }
 
 }  // namespace pictures

@@ -3,6 +3,10 @@
 // Writes image files.
 
 #include <filesystem>
+#include <functional>
+#include <optional>
+#include <span>
+#include <vector>
 
 #include "headless/World.h"
 #include "pictures/Messages.h"
@@ -12,17 +16,23 @@ namespace pictures {
 
 // A rendered image, and what its file takes over from the source.
 struct WriteRequest {
-    const Picture& source;          // for type, alpha, grey, windows and metadata
-    const headless::World& result;  // straight; its origin is relative to the layer's corner
-    int layerWidth = 0;             // of the whole layer at the downsample
-    int layerHeight = 0;
-    double scale = 1.0;  // of the downsample; applied to the display window's origin
+    const Picture& source;          // for type, alpha, grey and metadata
+    const headless::World& result;  // straight
+    // In the coordinates of the file, at the downsample. Only for formats with windows; others hold
+    // just the result.
+    Window data;  // the result's place
+    Window display;
+    bool grown = false;                // the result has pixels beyond the source's layer
+    std::optional<SampleType> type{};  // of a channel; default: that of the source
+    // Converts straight pixels in place before they are written; may be empty.
+    std::function<void(std::span<float> rgba)> convert{};
+    // Called with the share written, 0 to 1; may be empty.
+    std::function<void(double)> progress{};
 };
 
-// Writes the result to `path` in the format of its suffix, completely or not at all. Prints one
-// line for each thing that the format can't keep. EXR keeps the source's windows; other formats
-// hold only the result's pixels. Throws UsageError for an unknown suffix, Failure if the file can't
-// be written, Interrupted after Control-C.
+// Writes the result to `path` in the format of its suffix, completely or not at all, in strips.
+// Prints one line for each thing that the format can't keep. Throws UsageError for an unknown
+// suffix, Failure if the file can't be written, Interrupted after Control-C.
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,
                  Messages& messages);
 

@@ -20,6 +20,12 @@ std::string oneLine(std::string_view text) {
     return line;
 }
 
+std::string firstSentence(std::string_view text) {
+    std::string line = oneLine(text.substr(0, text.find('\n')));
+    while (line.ends_with('.')) line.pop_back();
+    return line;
+}
+
 std::string counted(std::size_t count, std::string_view noun) {
     std::string text = std::to_string(count) + " ";
     text += noun;

@@ -11,6 +11,9 @@ namespace pictures {
 // `text` with runs of white space as single spaces, so that a message is one line.
 std::string oneLine(std::string_view text);
 
+// The first line of a library's message, without a full stop at its end.
+std::string firstSentence(std::string_view text);
+
 // `count` and the noun, in the plural if needed: "1 pixel", "2 pixels".
 std::string counted(std::size_t count, std::string_view noun);
 

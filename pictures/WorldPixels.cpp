@@ -73,19 +73,13 @@ void fill(headless::World& world, const Picture& picture) {
 }
 
 template <class Pixel>
-std::vector<float> decode(const headless::World& world) {
-    std::vector<float> pixels;
-    pixels.reserve(static_cast<std::size_t>(world.width()) *
-                   static_cast<std::size_t>(world.height()) * kChannels);
-    for (int y = 0; y < world.height(); ++y) {
-        const Pixel* row = world.row<Pixel>(y);
-        for (int x = 0; x < world.width(); ++x) {
-            for (const auto channel : {row[x].red, row[x].green, row[x].blue, row[x].alpha}) {
-                pixels.push_back(static_cast<float>(scaled<Pixel>(channel)));
-            }
-        }
+void decode(const Pixel* row, std::span<float> rgba) {
+    for (std::size_t i = 0; i < rgba.size(); i += kChannels, ++row) {
+        rgba[i] = static_cast<float>(scaled<Pixel>(row->red));
+        rgba[i + 1] = static_cast<float>(scaled<Pixel>(row->green));
+        rgba[i + 2] = static_cast<float>(scaled<Pixel>(row->blue));
+        rgba[i + 3] = static_cast<float>(scaled<Pixel>(row->alpha));
     }
-    return pixels;
 }
 
 }  // namespace
@@ -107,32 +101,47 @@ std::shared_ptr<headless::World> makeWorld(const Picture& picture, int bits) {
     return world;
 }
 
-std::vector<float> straightPixels(const headless::World& world) {
+void loadRow(const headless::World& world, int x, int y, std::span<float> rgba) {
     switch (headless::bitsOfFormat(world.format())) {
         case 8:
-            return decode<PF_Pixel>(world);
+            return decode(world.row<PF_Pixel>(y) + x, rgba);
         case 16:
-            return decode<PF_Pixel16>(world);
+            return decode(world.row<PF_Pixel16>(y) + x, rgba);
         default:
-            return decode<PF_PixelFloat>(world);
+            return decode(world.row<PF_PixelFloat>(y) + x, rgba);
     }
 }
 
-void associate(std::vector<float>& pixels) {
-    for (std::size_t i = 0; i + 3 < pixels.size(); i += kChannels) {
+void storeRow(headless::World& world, int x, int y, std::span<const float> rgba) {
+    PF_PixelFloat* pixel = world.row<PF_PixelFloat>(y) + x;
+    for (std::size_t i = 0; i < rgba.size(); i += kChannels, ++pixel) {
+        *pixel = {rgba[i + 3], rgba[i], rgba[i + 1], rgba[i + 2]};
+    }
+}
+
+std::vector<float> straightPixels(const headless::World& world) {
+    const auto row = static_cast<std::size_t>(world.width()) * kChannels;
+    std::vector<float> pixels(row * static_cast<std::size_t>(world.height()));
+    for (int y = 0; y < world.height(); ++y) {
+        loadRow(world, 0, y, std::span(pixels).subspan(static_cast<std::size_t>(y) * row, row));
+    }
+    return pixels;
+}
+
+void makeStraight(std::span<float> pixels) {
+    for (std::size_t i = 0; i < pixels.size(); i += kChannels) {
         const float alpha = pixels[i + 3];
         if (alpha == 0.0F || alpha == 1.0F) continue;
-        for (std::size_t c = 0; c < 3; ++c) pixels[i + c] *= alpha;
+        for (std::size_t c = 0; c < 3; ++c) pixels[i + c] /= alpha;
     }
 }
 
-double largestColour(const headless::World& world) {
-    const std::vector<float> pixels = straightPixels(world);
-    float largest = 0.0F;
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
-        if (i % kChannels != 3) largest = std::max(largest, pixels[i]);
+void associate(std::span<float> pixels, HiddenColour hidden) {
+    for (std::size_t i = 0; i < pixels.size(); i += kChannels) {
+        const float alpha = pixels[i + 3];
+        if (alpha == 1.0F || (alpha == 0.0F && hidden == HiddenColour::kKept)) continue;
+        for (std::size_t c = 0; c < 3; ++c) pixels[i + c] *= alpha;
     }
-    return static_cast<double>(largest);
 }
 
 }  // namespace pictures

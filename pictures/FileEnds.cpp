@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "pictures/FileEnds.h"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+
+#include "pictures/Errors.h"
+
+namespace pictures {
+namespace {
+
+constexpr std::size_t kHeaderBytes = 1024;
+
+// The start of a file, with numbers in one of both byte orders.
+class Header {
+public:
+    explicit Header(const std::filesystem::path& file) {
+        std::ifstream(file, std::ios::binary).read(bytes_.data(), kHeaderBytes);
+    }
+
+    void useByteOrder(std::endian order) { order_ = order; }
+    std::uint32_t byte(std::size_t at) const { return number<1>(at); }
+    std::uint32_t word(std::size_t at) const { return number<2>(at); }
+    std::uint32_t longWord(std::size_t at) const { return number<4>(at); }
+
+private:
+    template <std::size_t kBytes>
+    std::uint32_t number(std::size_t at) const {
+        std::uint32_t value = 0;
+        for (std::size_t i = 0; i < kBytes; ++i) {
+            const std::size_t next = order_ == std::endian::big ? at + i : at + kBytes - 1 - i;
+            value = value << 8 | static_cast<unsigned char>(bytes_[next]);
+        }
+        return value;
+    }
+
+    std::array<char, kHeaderBytes> bytes_{};
+    std::endian order_ = std::endian::big;
+};
+
+// Bytes of `values` samples. Filled: three of 10 bits in four bytes, one of 12 bits in two.
+std::uint64_t sampleBytes(std::uint64_t values, std::uint32_t bits, bool filled) {
+    if (filled && bits == 10) return (values + 2) / 3 * 4;
+    if (filled && bits == 12) return values * 2;
+    return values * bits / 8;
+}
+
+// Samples of a pixel, by the element's descriptor.
+std::uint64_t samplesPerPixel(std::uint32_t descriptor) {
+    switch (descriptor) {
+        case 50:   // red, green, blue
+        case 102:  // 4:4:4
+            return 3;
+        case 51:  // with alpha, in either order
+        case 52:
+        case 103:
+            return 4;
+        case 100:  // 4:2:2
+            return 2;
+        default:
+            return 1;
+    }
+}
+
+// The least size of a DPX file; 0 if it can't be known.
+std::uint64_t dpxSize(Header& header) {
+    constexpr std::uint32_t kBigEndian = 0x53445058;  // "SDPX"
+    if (header.longWord(0) != kBigEndian) header.useByteOrder(std::endian::little);
+    const bool runLengths = header.word(806) != 0;
+    if (runLengths) return 0;
+    const std::uint64_t pixels = std::uint64_t{header.longWord(772)} * header.longWord(776);
+    const std::uint64_t samples = pixels * samplesPerPixel(header.byte(800));
+    return header.longWord(4) + sampleBytes(samples, header.byte(803), header.word(804) != 0);
+}
+
+// The least size of a Cineon file, whose samples have 10 bits in practice.
+std::uint64_t cineonSize(Header& header) {
+    constexpr std::uint32_t kBigEndian = 0x802A5FD7;
+    if (header.longWord(0) != kBigEndian) header.useByteOrder(std::endian::little);
+    const std::uint64_t pixels = std::uint64_t{header.longWord(200)} * header.longWord(204);
+    return header.longWord(4) +
+           sampleBytes(pixels * header.byte(193), header.byte(198), header.byte(198) == 10);
+}
+
+}  // namespace
+
+void requireWholeFile(const std::filesystem::path& file, const std::string& format) {
+    if (format != "dpx" && format != "cineon") return;
+    Header header(file);
+    const std::uint64_t least = format == "dpx" ? dpxSize(header) : cineonSize(header);
+    if (std::filesystem::file_size(file) >= least) return;
+    throw Failure(file.string() + " ends early: it should have at least " + std::to_string(least) +
+                  " bytes; get a whole copy of the file");
+}
+
+bool isHarmless(const std::string& format, std::string_view message) {
+    return format == "jpeg" && message.find("remature end") == std::string_view::npos;
+}
+
+}  // namespace pictures

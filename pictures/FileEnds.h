@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+// Finds files that end early, where the image library reads them without an error.
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace pictures {
+
+// Throws Failure if a file is shorter than the pixels that its header promises. Knows DPX (SMPTE
+// 268M) and Cineon; files of other formats pass, since the library reports their ends. `format` is
+// the library's name.
+void requireWholeFile(const std::filesystem::path& file, const std::string& format);
+
+// Whether a message that a reader left after a successful read doesn't mean missing or wrong
+// pixels: JPEG files of cameras often have a few extra bytes between their markers.
+bool isHarmless(const std::string& format, std::string_view message);
+
+}  // namespace pictures
