@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "cli/ParameterOptions.h"
-#include "pictures/DepthMapReader.h"
 #include "pictures/Messages.h"
+#include "pictures/depth/DepthMapReader.h"
 
 namespace cli {
 
