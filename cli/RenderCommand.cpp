@@ -283,10 +283,11 @@ int RenderCommand::run() {
     pictures::Messages messages(invocation_.err, quiet_);
     EffectSession session(requireBundle(bundle_, invocation_.programFolder), plan.host);
     headless::ParameterSet& parameters = session.effect().parameters();
-    effectOptions_.apply(parameters, messages, invocation_.out);
+    effectOptions_.applyControls(parameters);
     if (keepOverscan_) tellWhetherItGrows(parameters, messages);
 
     const pictures::Picture picture = readInput(input_, messages);
+    effectOptions_.applyLayers(parameters, messages, invocation_.out);
     const headless::FrameRequest request = makeRequest(plan, picture, messages);
     warnAboutExposure(parameters, pictures::largestColour(*request.input), messages);
     pictures::throwIfInterrupted();
