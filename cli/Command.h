@@ -3,7 +3,7 @@
 
 #include <CLI/App.hpp>
 #include <filesystem>
-#include <iosfwd>
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -16,6 +16,7 @@ struct Invocation {
     std::ostream& out;                    // results
     std::ostream& err;                    // messages and the progress bar
     bool terminal = false;                // `err` is a terminal
+    std::istream& in = std::cin;          // an image, where a file is named "-"
 };
 
 // One subcommand. Its constructor adds it to the app with its options.

@@ -41,7 +41,7 @@ int CompareCommand::run() {
     pictures::Picture a = pictures::readPicture(first_, pictures::Extent::kEverything);
     pictures::Picture b = pictures::readPicture(second_, pictures::Extent::kEverything);
     if (a.hasAlpha && b.hasAlpha && a.associated != b.associated) {
-        pictures::associate(a.associated ? b.pixels : a.pixels);
+        pictures::associate(a.associated ? b.pixels : a.pixels, pictures::HiddenColour::kKept);
     }
     pictures::throwIfInterrupted();
 

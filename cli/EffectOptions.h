@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/DepthOptions.h"
 #include "cli/ParameterOptions.h"
-#include "pictures/DepthMapReader.h"
 #include "pictures/Messages.h"
 
 namespace cli {
@@ -22,21 +22,20 @@ public:
     bool any() const;
     // The files that the options name, for comparing with the output.
     std::vector<std::string> files() const;
-    // Sets the controls and reads the layers. Prints the range that --depth-auto finds to `out`.
-    // Throws UsageError for a value that a control can't have, and what the readers throw.
-    void apply(headless::ParameterSet& parameters, pictures::Messages& messages,
-               std::ostream& out) const;
+    // Sets the controls that have numbers. Throws UsageError for a value that a control can't have,
+    // and for options that contradict each other.
+    void applyControls(headless::ParameterSet& parameters) const;
+    // Reads the layers, after applyControls. Prints the range that --depth-auto finds to `out`.
+    // Throws what the readers throw.
+    void applyLayers(headless::ParameterSet& parameters, pictures::Messages& messages,
+                     std::ostream& out) const;
 
 private:
-    pictures::DepthMapping mapping() const;
     void applyLayer(headless::ParameterSet& parameters, const Setting& setting,
-                    pictures::Messages& messages, std::ostream& out) const;
+                    pictures::Messages& messages) const;
 
     ParameterOptions controls_;
-    std::string near_;
-    std::string far_;
-    bool automatic_ = false;
-    bool inverse_ = false;
+    DepthOptions depth_;
 };
 
 }  // namespace cli

@@ -147,7 +147,8 @@ int ParamsCommand::run() {
     headless::Effect& effect = session.effect();
     if (state_) {
         pictures::Messages silent(invocation_.err, true);
-        effectOptions_.apply(effect.parameters(), silent, invocation_.out);
+        effectOptions_.applyControls(effect.parameters());
+        effectOptions_.applyLayers(effect.parameters(), silent, invocation_.out);
         const PF_Err status = effect.updateParamsUI();
         if (status != PF_Err_NONE) {
             throw Failure("the effect could not update its controls (code " +

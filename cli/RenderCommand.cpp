@@ -2,26 +2,24 @@
 #include "cli/RenderCommand.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
-#include <cstdio>
+#include <array>
 #include <ostream>
 #include <system_error>
 
 #include "cli/Errors.h"
 #include "cli/ExposureCheck.h"
 #include "cli/Numbers.h"
+#include "cli/PixelAspect.h"
 #include "cli/Progress.h"
+#include "cli/RenderFiles.h"
+#include "cli/RenderStats.h"
+#include "cli/SourceReport.h"
 #include "pictures/AtomicFile.h"
 #include "pictures/Interrupt.h"
 #include "pictures/Messages.h"
 #include "pictures/PictureFormats.h"
 #include "pictures/PictureReader.h"
 #include "pictures/PictureWriter.h"
-#include "pictures/PixelAspect.h"
-#include "pictures/Text.h"
-#include "pictures/WorldPixels.h"
-#include "platform/Rectangles.h"
 
 namespace fs = std::filesystem;
 
@@ -29,8 +27,9 @@ namespace cli {
 namespace {
 
 constexpr int kMostThreads = 1024;
-// More than the reach of any blur; the effect itself reports how far the result grows.
-constexpr int kOverscanRoom = 32768;
+// Of the progress bar: most of the time goes into the blur.
+constexpr double kShareOfReading = 0.08;
+constexpr double kShareOfWriting = 0.05;
 
 int parseBits(const std::string& text) {
     if (text == "8" || text == "16" || text == "32") return parseWhole("--bits", text, 8, 32);
@@ -43,13 +42,32 @@ PF_RationalScale parseDownsample(const std::string& text) {
     throw UsageError("--downsample takes a ratio of at most 1, such as 1/2, not \"" + text + "\"");
 }
 
-PF_RationalScale parseAspect(const std::string& text) {
-    const PF_RationalScale aspect = parseRatio("--pixel-aspect", text);
-    if (static_cast<A_u_long>(aspect.num) >= aspect.den) return aspect;
-    throw UsageError(
-        "--pixel-aspect takes a ratio of at least 1, since the effect reads it as a "
-        "whole number, not \"" +
-        text + "\"");
+// A ratio N/D or a decimal number.
+double parseAspect(const std::string& text) {
+    if (text.find('/') == std::string::npos) {
+        const double aspect = parseNumber("--pixel-aspect", text);
+        if (aspect > 0.0) return aspect;
+        throw UsageError("--pixel-aspect takes a ratio above 0, not \"" + text + "\"");
+    }
+    const PF_RationalScale ratio = parseRatio("--pixel-aspect", text);
+    return static_cast<double>(ratio.num) / ratio.den;
+}
+
+pictures::AlphaRule parseAlpha(const std::string& text) {
+    if (text.empty()) return pictures::AlphaRule::kByFile;
+    if (text == "straight") return pictures::AlphaRule::kStraight;
+    if (text == "associated") return pictures::AlphaRule::kAssociated;
+    if (text == "ignore") return pictures::AlphaRule::kIgnore;
+    throw UsageError("--alpha takes straight, associated or ignore, not \"" + text + "\"");
+}
+
+pictures::SampleType parseSampleType(const std::string& text) {
+    using enum pictures::SampleType;
+    for (const auto& [name, type] :
+         {std::pair{"uint8", kUInt8}, {"uint16", kUInt16}, {"half", kHalf}, {"float", kFloat}}) {
+        if (text == name) return type;
+    }
+    throw UsageError("--output-type takes uint8, uint16, half or float, not \"" + text + "\"");
 }
 
 // The output must not be a file that is being read.
@@ -60,90 +78,6 @@ void requireOtherFile(const std::string& output, const std::vector<std::string>&
             throw UsageError(output + " is an input and can't be the output; name another with -o");
         }
     }
-}
-
-void tellRepairs(const pictures::Picture& picture, const pictures::Repairs& repairs,
-                 pictures::Messages& messages) {
-    if (repairs.notFinite > 0) {
-        messages.warn(picture.name + ": replaced " +
-                      pictures::counted(repairs.notFinite, "non-finite value") +
-                      ", NaN by 0 and infinity by 65504");
-    }
-    if (repairs.lightWithoutAlpha > 0) {
-        messages.warn(picture.name + ": " + pictures::counted(repairs.lightWithoutAlpha, "pixel") +
-                      " with colour but alpha 0; the blur drops that light");
-    }
-}
-
-std::string firstFew(const std::vector<std::string>& names) {
-    constexpr std::size_t kShown = 8;
-    std::string list;
-    for (std::size_t i = 0; i < std::min(names.size(), kShown); ++i) {
-        list += (i == 0 ? "" : ", ") + names[i];
-    }
-    if (names.size() > kShown) list += " and " + std::to_string(names.size() - kShown) + " more";
-    return list;
-}
-
-void tellLeftOut(const pictures::Picture& picture, pictures::Messages& messages) {
-    if (!picture.leftOut.empty()) {
-        messages.note("not carried over from " + picture.name + ": " + firstFew(picture.leftOut));
-    }
-    if (picture.cropped) {
-        messages.note(picture.name +
-                      " has overscan; pixels outside its display window are not used");
-    }
-}
-
-// Reads the input, repairs bad values and reports what was changed or left out.
-pictures::Picture readInput(const std::string& name, pictures::Messages& messages) {
-    pictures::Picture picture = pictures::readPicture(name);
-    tellRepairs(picture, pictures::repair(picture), messages);
-    tellLeftOut(picture, messages);
-    return picture;
-}
-
-// A rectangle of the full-resolution image in pixels of the downsample, rounded outwards.
-PF_LRect scaledRect(const pictures::Window& window, PF_RationalScale scale) {
-    const double factor = static_cast<double>(scale.num) / scale.den;
-    const auto low = [&](int edge) { return static_cast<A_long>(std::floor(edge * factor)); };
-    const auto high = [&](int edge) { return static_cast<A_long>(std::ceil(edge * factor)); };
-    return {low(window.left), low(window.top), high(window.right), high(window.bottom)};
-}
-
-// The rectangle to request from the effect. Without overscan it stays inside the layer.
-PF_LRect wantedRect(const RenderPlan& plan, const pictures::Picture& picture, bool keepOverscan) {
-    const pictures::Window layer{0, 0, picture.width(), picture.height()};
-    const pictures::Window room{-kOverscanRoom, -kOverscanRoom, layer.right + kOverscanRoom,
-                                layer.bottom + kOverscanRoom};
-    pictures::Window wanted = plan.region.value_or(keepOverscan ? room : layer);
-    if (!keepOverscan) wanted = intersection(wanted, layer);
-    if (wanted.empty()) {
-        throw UsageError("--region is outside the image, which has " + std::to_string(layer.right) +
-                         "x" + std::to_string(layer.bottom) + " pixels");
-    }
-    return scaledRect(wanted, plan.scale);
-}
-
-PF_RationalScale pixelAspect(const RenderPlan& plan, const pictures::Picture& picture,
-                             pictures::Messages& messages) {
-    if (plan.pixelAspect) return *plan.pixelAspect;
-    return pictures::aspectRatio(pictures::pixelAspectOf(picture), picture.name, messages);
-}
-
-// Integer worlds hold straight colours up to 1: brighter light is clipped, and so is an associated
-// colour above its alpha.
-void warnAboutClipping(const pictures::Picture& picture, int bits, pictures::Messages& messages) {
-    if (bits == 32) return;
-    std::size_t above = 0;
-    for (std::size_t i = 0; i < picture.pixelCount(); ++i) {
-        const float* p = picture.pixel(i);
-        const float top = picture.associated && p[3] > 0.0F ? std::min(p[3], 1.0F) : 1.0F;
-        if (std::max({p[0], p[1], p[2]}) > top) ++above;
-    }
-    if (above == 0) return;
-    messages.warn(picture.name + ": " + pictures::counted(above, "pixel") + " too bright for " +
-                  std::to_string(bits) + " bits, clipped; use --bits 32 to keep the highlights");
 }
 
 void tellWhetherItGrows(const headless::ParameterSet& parameters, pictures::Messages& messages) {
@@ -180,17 +114,6 @@ void warnAboutBooks(const headless::Host& host, pictures::Messages& messages) {
     messages.warn("the effect misused the host's interface: " + accounts.describe());
 }
 
-void printStats(std::ostream& out, double seconds, const headless::Host& host) {
-    const auto peak = host.memory().peak;
-    char text[160];
-    std::snprintf(text, sizeof text,
-                  "rendered in %.3f seconds on %d threads; peak of host memory %llu bytes "
-                  "(%.1f MiB)\n",
-                  seconds, host.threads(), static_cast<unsigned long long>(peak),
-                  static_cast<double>(peak) / (1024.0 * 1024.0));
-    out << text;
-}
-
 }  // namespace
 
 RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
@@ -203,11 +126,16 @@ RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
 }
 
 void RenderCommand::addOptions() {
-    app_->add_option("INPUT", input_, "image to blur, or FILE:LAYER of a multi-layer EXR")
+    app_->add_option("INPUT", input_,
+                     "image to blur, FILE:LAYER of a multi-layer EXR, or - for standard input")
         ->required();
-    app_->add_option("-o,--output", output_, "image to write; the suffix selects the format")
+    app_->add_option("-o,--output", output_,
+                     "image to write; the suffix selects the format; - for standard output")
         ->type_name("FILE")
         ->required();
+    app_->add_option("--output-format", outputFormat_,
+                     "format for -o -: png, exr, ppm or another suffix; default png")
+        ->type_name("SUFFIX");
     app_->add_option("--bundle", bundle_, "effect bundle to load")->type_name("FILE");
     app_->add_option("--region", region_, "render only this part, in full-resolution pixels")
         ->type_name("X,Y,W,H");
@@ -215,12 +143,21 @@ void RenderCommand::addOptions() {
                      "render at reduced resolution, such as 1/2 for a preview")
         ->type_name("N/D");
     app_->add_option("--bits", bits_,
-                     "bits per channel to render with: 8, 16 or 32; default: those of the input")
+                     "bits per channel to render with: 8, 16 or 32; 8 and 16 truncate as the "
+                     "application does; default 32")
         ->type_name("BITS");
+    app_->add_option("--output-type", outputType_,
+                     "channel type to write: uint8, uint16, half or float; default: that of the "
+                     "input")
+        ->type_name("TYPE");
+    app_->add_option("--alpha", alpha_,
+                     "how the input's colours relate to alpha: straight, associated (multiplied "
+                     "by it) or ignore; default: as the file says")
+        ->type_name("KIND");
     app_->add_option("--threads", threads_, "threads to render with; default: one per processor")
         ->type_name("N");
     app_->add_option("--pixel-aspect", pixelAspect_,
-                     "pixel width relative to height, at least 1; default: that of the input")
+                     "pixel width relative to height; default: that of the input")
         ->type_name("N/D");
     app_->add_option("--memory-limit", memoryLimit_,
                      "host memory that the effect may use, such as 900M")
@@ -228,15 +165,21 @@ void RenderCommand::addOptions() {
     app_->add_flag("--keep-overscan", keepOverscan_,
                    "grow the image, in EXR its data window, by the blur's reach; needs "
                    "--edge-behavior off");
+    app_->add_flag("--crop-to-display", cropToDisplay_,
+                   "write only the display window of an EXR, not the pixels beyond it");
     app_->add_flag("--quiet", quiet_, "print only errors");
-    app_->add_flag("--stats", stats_, "print seconds, threads and peak host memory");
+    app_->add_flag("--stats", stats_, "print the seconds of each step, threads and peak memory");
 }
 
-RenderPlan RenderCommand::plan() const {
+RenderPlan RenderCommand::plan(const std::filesystem::path& output) const {
     RenderPlan plan;
-    plan.scale = parseDownsample(downsample_);
-    if (!region_.empty()) plan.region = parseRegion("--region", region_);
+    plan.extent.scale = parseDownsample(downsample_);
+    if (!region_.empty()) plan.extent.region = parseRegion("--region", region_);
+    plan.extent.keepOverscan = keepOverscan_;
+    plan.extent.cropToDisplay = cropToDisplay_ || !pictures::formatOf(output).windows;
     if (!bits_.empty()) plan.bits = parseBits(bits_);
+    plan.alpha = parseAlpha(alpha_);
+    if (!outputType_.empty()) plan.outputType = parseSampleType(outputType_);
     if (!pixelAspect_.empty()) plan.pixelAspect = parseAspect(pixelAspect_);
     if (!threads_.empty()) {
         plan.host.threads = parseWhole("--threads", threads_, 1, kMostThreads);
@@ -248,63 +191,104 @@ RenderPlan RenderCommand::plan() const {
 }
 
 // Detects before a long render that its result couldn't be written.
-void RenderCommand::checkOutput() const {
-    pictures::formatOf(output_);
+void RenderCommand::checkOutput(const RenderPlan& plan, const std::filesystem::path& output) const {
+    if (plan.outputType) pictures::requireType(pictures::formatOf(output), *plan.outputType);
     std::vector<std::string> inputs = effectOptions_.files();
     inputs.push_back(input_);
-    requireOtherFile(output_, inputs);
-    pictures::requireWritable(output_);
+    requireOtherFile(output.string(), inputs);
+    pictures::requireWritable(output);
 }
 
 headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan,
-                                                  const pictures::Picture& picture,
-                                                  pictures::Messages& messages) const {
+                                                  const pictures::SourceImage& source) const {
     headless::FrameRequest request;
-    request.bits = plan.bits.value_or(pictures::worldBits(picture.type));
-    warnAboutClipping(picture, request.bits, messages);
-    request.input = pictures::makeWorld(picture, request.bits);
-    request.rect = wantedRect(plan, picture, keepOverscan_);
-    request.downsampleX = request.downsampleY = plan.scale;
-    request.pixelAspect = pixelAspect(plan, picture, messages);
+    request.bits = plan.bits;
+    request.input = source.world();
+    request.rect = wantedRect(plan.extent, source.picture());
+    request.downsampleX = request.downsampleY = plan.extent.scale;
     request.cancel = &pictures::interruptFlag();
     return request;
 }
 
+// Reads the part of the image that the effect asks for.
+void RenderCommand::loadSource(pictures::SourceImage& source, EffectSession& session,
+                               const RenderPlan& plan, headless::FrameRequest request,
+                               Progress& progress, pictures::Messages& messages) const {
+    request.preRenderOnly = true;
+    const PF_LRect needed = session.effect().renderFrame(request).inputRequest.rect;
+    session.host().reclaimPreRenderRecords();
+    const pictures::SourceFindings findings =
+        source.load(neededWindow(needed, source.picture(), plan.extent.scale), {},
+                    [&](double share) { progress.update(share); });
+    tellFindings(source.picture(), findings, plan.bits, messages);
+    warnAboutExposure(session.effect().parameters(), findings.largestColour, messages);
+}
+
 headless::FrameResult RenderCommand::renderFrame(headless::Effect& effect,
-                                                 headless::FrameRequest request) const {
-    Progress progress(invocation_.err, invocation_.terminal && !quiet_);
-    request.progress = [&](int current, int total) { progress.update(current, total); };
-    return effect.renderFrame(request);
+                                                 headless::FrameRequest request,
+                                                 Progress& progress) const {
+    request.progress = [&](int current, int total) {
+        if (total > 0) progress.update(static_cast<double>(current) / total);
+    };
+    headless::FrameResult result = effect.renderFrame(request);
+    requireRendered(result);
+    return result;
+}
+
+void RenderCommand::writeResult(const std::filesystem::path& output, const RenderPlan& plan,
+                                const pictures::Picture& source, const headless::World& result,
+                                Progress& progress, pictures::Messages& messages) const {
+    const PF_RationalScale scale = plan.extent.scale;
+    pictures::writeResult(output,
+                          {.source = source,
+                           .result = result,
+                           .data = resultWindow(result.rect(), source, scale),
+                           .display = displayWindow(source, scale),
+                           .grown = growsBeyondLayer(result.rect(), source, scale),
+                           .type = plan.outputType,
+                           .progress = [&](double share) { progress.update(share); }},
+                          messages);
 }
 
 int RenderCommand::run() {
-    const RenderPlan plan = this->plan();
-    checkOutput();
+    const OutputFile output(output_, outputFormat_);
+    const RenderPlan plan = this->plan(output.path());
+    checkOutput(plan, output.path());
+    std::ostream& lines = output.isStandardOutput() ? invocation_.err : invocation_.out;
     pictures::Messages messages(invocation_.err, quiet_);
     EffectSession session(requireBundle(bundle_, invocation_.programFolder), plan.host);
-    headless::ParameterSet& parameters = session.effect().parameters();
-    effectOptions_.apply(parameters, messages, invocation_.out);
-    if (keepOverscan_) tellWhetherItGrows(parameters, messages);
+    headless::Effect& effect = session.effect();
+    effectOptions_.applyControls(effect.parameters());
+    if (keepOverscan_) tellWhetherItGrows(effect.parameters(), messages);
 
-    const pictures::Picture picture = readInput(input_, messages);
-    const headless::FrameRequest request = makeRequest(plan, picture, messages);
-    warnAboutExposure(parameters, pictures::largestColour(*request.input), messages);
-    pictures::throwIfInterrupted();
+    RenderStats stats;
+    Progress progress(invocation_.err, invocation_.terminal && !quiet_);
+    stats.begin("read");
+    progress.begin(0.0, kShareOfReading);
+    const InputFile input(input_, invocation_.in);
+    pictures::SourceImage source(input.text(), plan.alpha, input.name());
+    tellAssumptions(source.picture(), messages);
+    effectOptions_.applyLayers(effect.parameters(), messages, lines);
+    headless::FrameRequest request = makeRequest(plan, source);
+    request.pixelAspect = applyPixelAspect(
+        effect.parameters(), plan.pixelAspect.value_or(pictures::pixelAspectOf(source.picture())),
+        source.picture().name, messages);
+    loadSource(source, session, plan, request, progress, messages);
 
-    const auto start = std::chrono::steady_clock::now();
-    const headless::FrameResult result = renderFrame(session.effect(), request);
-    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-    requireRendered(result);
+    stats.begin("render");
+    progress.begin(kShareOfReading, 1.0 - kShareOfWriting);
+    const headless::FrameResult result = renderFrame(effect, request, progress);
     warnAboutBooks(session.host(), messages);
+    request.input.reset();
+    source.release();
 
-    pictures::writeResult(output_,
-                          {.source = picture,
-                           .result = *result.output,
-                           .layerWidth = headless::reducedSize(picture.width(), plan.scale),
-                           .layerHeight = headless::reducedSize(picture.height(), plan.scale),
-                           .scale = static_cast<double>(plan.scale.num) / plan.scale.den},
-                          messages);
-    if (stats_) printStats(invocation_.out, elapsed.count(), session.host());
+    stats.begin("write");
+    progress.begin(1.0 - kShareOfWriting, 1.0);
+    writeResult(output.path(), plan, source.picture(), *result.output, progress, messages);
+    output.finish(invocation_.out);
+    stats.end();
+    progress.finish();
+    if (stats_) stats.print(lines, session.host());
     return kExitSuccess;
 }
 

@@ -1,22 +1,26 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <filesystem>
 #include <optional>
 
 #include "cli/Command.h"
 #include "cli/EffectOptions.h"
 #include "cli/EffectSession.h"
+#include "cli/Progress.h"
+#include "cli/RenderWindows.h"
 #include "pictures/Messages.h"
-#include "pictures/Picture.h"
+#include "pictures/SourceImage.h"
 
 namespace cli {
 
-// The numbers of a render's command line, validated.
+// The options of a render, validated.
 struct RenderPlan {
-    PF_RationalScale scale{1, 1};            // of the downsample, at most 1
-    std::optional<pictures::Window> region;  // in full-resolution pixels
-    std::optional<int> bits;
-    std::optional<PF_RationalScale> pixelAspect;
+    RenderExtent extent;
+    int bits = 32;
+    pictures::AlphaRule alpha = pictures::AlphaRule::kByFile;
+    std::optional<pictures::SampleType> outputType;
+    std::optional<double> pixelAspect;
     headless::HostOptions host;
 };
 
@@ -29,25 +33,35 @@ public:
 
 private:
     void addOptions();
-    RenderPlan plan() const;
-    void checkOutput() const;
-    headless::FrameRequest makeRequest(const RenderPlan& plan, const pictures::Picture& picture,
-                                       pictures::Messages& messages) const;
-    headless::FrameResult renderFrame(headless::Effect& effect,
-                                      headless::FrameRequest request) const;
+    RenderPlan plan(const std::filesystem::path& output) const;
+    void checkOutput(const RenderPlan& plan, const std::filesystem::path& output) const;
+    headless::FrameRequest makeRequest(const RenderPlan& plan,
+                                       const pictures::SourceImage& source) const;
+    void loadSource(pictures::SourceImage& source, EffectSession& session, const RenderPlan& plan,
+                    headless::FrameRequest request, Progress& progress,
+                    pictures::Messages& messages) const;
+    headless::FrameResult renderFrame(headless::Effect& effect, headless::FrameRequest request,
+                                      Progress& progress) const;
+    void writeResult(const std::filesystem::path& output, const RenderPlan& plan,
+                     const pictures::Picture& source, const headless::World& result,
+                     Progress& progress, pictures::Messages& messages) const;
 
     const Invocation& invocation_;
     EffectOptions effectOptions_;
     std::string input_;
     std::string output_;
+    std::string outputFormat_;
     std::string bundle_;
     std::string region_;
     std::string downsample_ = "1/1";
     std::string bits_;
+    std::string alpha_;
+    std::string outputType_;
     std::string threads_;
     std::string pixelAspect_;
     std::string memoryLimit_;
     bool keepOverscan_ = false;
+    bool cropToDisplay_ = false;
     bool quiet_ = false;
     bool stats_ = false;
 };

@@ -49,7 +49,14 @@ bool isExr(const OIIO::ImageInput& input) {
     return std::string(input.format_name()) == "openexr";
 }
 
+// The frames of an animation aren't parts of a picture, and some readers can't go back.
+bool isAnimation(const OIIO::ImageInput& input) {
+    const std::string format = input.format_name();
+    return format == "gif" || format == "webp" || format == "ffmpeg";
+}
+
 std::vector<OIIO::ImageSpec> specsOfParts(OIIO::ImageInput& input) {
+    if (isAnimation(input)) return {input.spec()};
     const LibraryOutputGuard quiet;
     std::vector<OIIO::ImageSpec> specs;
     for (int part = 0; input.seek_subimage(part, 0); ++part) specs.push_back(input.spec());
@@ -129,13 +136,13 @@ SourceName parseSourceName(const std::string& text) {
     return {text, {}};
 }
 
-PictureFile::PictureFile(const std::string& text, AlphaRule rule) {
+PictureFile::PictureFile(const std::string& text, AlphaRule rule, const std::string& name) {
     const SourceName source = parseSourceName(text);
     file_ = source.file;
     input_ = openPicture(file_);
     const bool exr = isExr(*input_);
     const std::vector<OIIO::ImageSpec> specs = specsOfParts(*input_);
-    picture_.name = text;
+    picture_.name = name.empty() ? text : name;
     choice_ = chooseChannels(listChannels(specs, exr), source.layer, file_.string());
     describe(specs[static_cast<std::size_t>(choice_.part)], exr, rule);
     placeChannels();
@@ -157,6 +164,9 @@ void PictureFile::describe(const OIIO::ImageSpec& imageSpec, bool hasWindows, Al
     picture_.type = widestType(imageSpec, choice_);
     picture_.greyName = choice_.colourName;
     picture_.leftOut = choice_.leftOut;
+    if (imageSpec.get_int_attribute("oiio:Movie") != 0) {
+        picture_.leftOut.emplace_back("all frames but the first");
+    }
 
     const Window data{imageSpec.x, imageSpec.y, imageSpec.x + imageSpec.width,
                       imageSpec.y + imageSpec.height};

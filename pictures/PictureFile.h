@@ -31,9 +31,10 @@ SourceName parseSourceName(const std::string& text);
 // that the picture is to be turned, all windows and pixels are those of the upright picture.
 class PictureFile {
 public:
-    // Opens FILE or FILE:LAYER. Throws Failure if the file is missing, unreadable, no image, deep,
-    // empty or too large.
-    explicit PictureFile(const std::string& text, AlphaRule rule = AlphaRule::kByFile);
+    // Opens FILE or FILE:LAYER; `name` is for messages, the text if empty. Throws Failure if the
+    // file is missing, unreadable, no image, deep, empty or too large.
+    explicit PictureFile(const std::string& text, AlphaRule rule = AlphaRule::kByFile,
+                         const std::string& name = {});
     ~PictureFile();
     PictureFile(PictureFile&&) noexcept;
     PictureFile& operator=(PictureFile&&) = delete;

@@ -39,6 +39,17 @@ const std::vector<PictureFormat>& formats() {
         {"bmp", "BMP", {".bmp"}, AlphaKind::kNone, kYes, kNo, kNo, kNo, {kUInt8}},
         {"hdr", "HDR", {".hdr"}, AlphaKind::kNone, kNo, kNo, kNo, kNo, {kFloat}},
         {"pnm", "PNM", {".ppm", ".pgm"}, AlphaKind::kNone, kYes, kNo, kNo, kNo, {kUInt8}},
+        {"webp", "WebP", {".webp"}, AlphaKind::kStraight, kNo, kNo, kNo, kYes, {kUInt8}},
+        {"heif", "HEIF", {".heic", ".heif"}, AlphaKind::kStraight, kNo, kNo, kNo, kYes, {kUInt8}},
+        {"jpeg2000",
+         "JPEG 2000",
+         {".jp2"},
+         AlphaKind::kStraight,
+         kYes,
+         kNo,
+         kNo,
+         kYes,
+         {kUInt8, kUInt16}},
     };
     return kTable;
 }
@@ -50,9 +61,16 @@ std::string lowerSuffix(const std::filesystem::path& path) {
     return suffix;
 }
 
+// Whether the image library of this system writes the format.
+bool available(const PictureFormat& format) {
+    const std::string list(OIIO::get_string_attribute("output_format_list"));
+    return ("," + list + ",").find("," + format.name + ",") != std::string::npos;
+}
+
 std::string knownSuffixes() {
     std::string list;
     for (const PictureFormat& format : formats()) {
+        if (!available(format)) continue;
         for (const std::string& suffix : format.suffixes) list += " " + suffix;
     }
     return list;
@@ -71,10 +89,24 @@ const PictureFormat& formatOf(const std::filesystem::path& path) {
     const std::string suffix = lowerSuffix(path);
     for (const PictureFormat& format : formats()) {
         const auto& known = format.suffixes;
-        if (std::find(known.begin(), known.end(), suffix) != known.end()) return format;
+        if (std::find(known.begin(), known.end(), suffix) == known.end()) continue;
+        if (available(format)) return format;
+        throw UsageError("cannot write " + path.string() +
+                         ": the image library on this system has no " + format.title +
+                         "; choose another format");
     }
     throw UsageError("cannot write " + path.string() + ": its name must end in one of" +
                      knownSuffixes());
+}
+
+void requireType(const PictureFormat& format, SampleType type) {
+    const auto& types = format.types;
+    if (std::find(types.begin(), types.end(), type) != types.end()) return;
+    std::string known;
+    for (const SampleType t : types)
+        known += std::string(known.empty() ? "" : ", ") + sampleTypeName(t);
+    throw UsageError(format.title + " can't hold " + sampleTypeName(type) + " per channel, only " +
+                     known + "; choose another --output-type or format");
 }
 
 SampleType nearestType(const PictureFormat& format, SampleType wanted) {

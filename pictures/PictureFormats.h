@@ -33,6 +33,9 @@ struct PictureFormat {
 // none.
 const PictureFormat& formatOf(const std::filesystem::path& path);
 
+// Throws UsageError, listing the types, if the format doesn't have `type`.
+void requireType(const PictureFormat& format, SampleType type);
+
 // The narrowest type of the format that holds `wanted` without loss, otherwise the widest it has.
 SampleType nearestType(const PictureFormat& format, SampleType wanted);
 

@@ -14,8 +14,8 @@ constexpr int kRowPadding = 32;
 
 }  // namespace
 
-SourceImage::SourceImage(const std::string& text, AlphaRule rule)
-    : file_(text, rule), picture_(file_.picture()) {
+SourceImage::SourceImage(const std::string& text, AlphaRule rule, const std::string& name)
+    : file_(text, rule, name), picture_(file_.picture()) {
     picture_.window = enclosing(picture_.display, file_.dataWindow());
     world_ = std::make_shared<headless::World>(picture_.width(), picture_.height(),
                                                headless::formatOfBits(32),

@@ -23,8 +23,9 @@ struct SourceFindings {
 // straight colours. Only what load() reads takes memory.
 class SourceImage {
 public:
-    // Opens the file. Throws what PictureFile's constructor throws.
-    SourceImage(const std::string& text, AlphaRule rule);
+    // Opens FILE or FILE:LAYER; `name` is for messages. Throws what PictureFile's constructor
+    // throws.
+    SourceImage(const std::string& text, AlphaRule rule, const std::string& name);
 
     // The description; its window is the layer, and it has no pixels.
     const Picture& picture() const { return picture_; }

@@ -65,6 +65,27 @@ PF_Err checkoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, std::int32_t id,
     });
 }
 
+bool sameRatio(PF_RationalScale a, PF_RationalScale b) {
+    return a.num == b.num && a.den == b.den;
+}
+
+bool sameRect(const PF_LRect& a, const PF_LRect& b) {
+    return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+}
+
+// Whether the layer can be handed out as it is: whole, in the frame's format and with padded rows.
+bool needsNoCopy(const CallContext& context, const FrameState::LayerCheckOut& layer,
+                 const World& source) {
+    const FrameRequest& request = *context.frame->request;
+    const int used = source.width() * bytesPerPixel(source.format());
+    return sameRect(layer.rect, source.rect()) &&
+           reducedSize(source.width(), context.geometry.x) == source.width() &&
+           reducedSize(source.height(), context.geometry.y) == source.height() &&
+           source.format() == formatOfBits(request.bits) &&
+           sameRatio(source.record().pix_aspect_ratio, context.pixelAspect) &&
+           request.rowPadding > 0 && source.rowBytes() >= used + request.rowPadding;
+}
+
 // The part of the layer that was checked out, at the downsample and in the frame's format.
 std::shared_ptr<World> pixelsOf(const CallContext& context,
                                 const FrameState::LayerCheckOut& layer) {
@@ -72,6 +93,8 @@ std::shared_ptr<World> pixelsOf(const CallContext& context,
     const auto source = sourceOf(context, layer.index);
     if (!source || isEmpty(layer.rect)) return nullptr;
     if (layer.index == 0 && request.withholdInput) return nullptr;
+    // The effect only reads layers. Sharing one saves a copy of a large image.
+    if (needsNoCopy(context, layer, *source)) return std::const_pointer_cast<World>(source);
     auto world = reduce(*source, context.geometry.x, context.geometry.y, layer.rect,
                         formatOfBits(request.bits), request.rowPadding);
     world->layer()->pix_aspect_ratio = context.pixelAspect;

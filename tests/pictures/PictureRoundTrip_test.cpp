@@ -32,7 +32,15 @@ protected:
         }
         std::ostringstream said;
         Messages messages(said, false);
-        writeResult(path(to), {picture, *world, picture.width(), picture.height()}, messages);
+        const PF_LRect rect = world->rect();
+        writeResult(path(to),
+                    {.source = picture,
+                     .result = *world,
+                     .data = {rect.left + picture.window.left, rect.top + picture.window.top,
+                              rect.right + picture.window.left, rect.bottom + picture.window.top},
+                     .display = picture.display,
+                     .grown = grown.right > 0},
+                    messages);
         return said.str();
     }
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/DepthMapReader.h"
+#include "pictures/depth/DepthMapReader.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "cli/PixelAspect.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "pictures/Text.h"
+
+namespace cli {
+namespace {
+
+using pictures::numberText;
+
+constexpr double kTolerance = 0.01;  // relative
+
+double value(const headless::ParameterSet& parameters, const char* label) {
+    return parameters.value(parameters.find(label));
+}
+
+// Whether Deform squeezes the aperture along the image's axes, and only by what is set here.
+bool canSqueeze(const headless::ParameterSet& parameters, double radius) {
+    const bool shape = parameters.layer(parameters.find("Custom Blur Shape")) != nullptr;
+    const bool turned =
+        value(parameters, "Rotation") != 0.0 && value(parameters, "Roundness") != 1.0;
+    const auto& info = parameters.info(parameters.find("Blur Radius"));
+    return !shape && !turned && value(parameters, "Deform") == 0.0 && radius <= info.validMax;
+}
+
+bool inRange(const headless::ParameterSet& parameters, double deform) {
+    const auto& info = parameters.info(parameters.find("Deform"));
+    return deform >= info.validMin && deform <= info.validMax;
+}
+
+}  // namespace
+
+PF_RationalScale applyPixelAspect(headless::ParameterSet& parameters, double aspect,
+                                  const std::string& image, pictures::Messages& messages) {
+    const double whole = std::max(1.0, std::round(aspect));
+    const PF_RationalScale ratio{static_cast<A_long>(whole), 1};
+    if (std::fabs(aspect / whole - 1.0) <= kTolerance) return ratio;
+
+    const bool wide = aspect > 1.0;
+    // Below 0 it squeezes the width of the aperture, above 0 its height.
+    const double deform = wide ? 1.0 / aspect - 1.0 : 1.0 - aspect;
+    const double radius = value(parameters, "Blur Radius") / (wide ? 1.0 : aspect);
+    if (!canSqueeze(parameters, radius) || !inRange(parameters, deform)) {
+        messages.warn("the pixels of " + image + " are " + numberText(aspect) +
+                      " times as wide as high; with this aperture only whole ratios are possible, "
+                      "so it is blurred as if they were " +
+                      numberText(whole));
+        return ratio;
+    }
+    parameters.set(parameters.find("Deform"), deform);
+    parameters.set(parameters.find("Blur Radius"), radius);
+    messages.note("the pixels of " + image + " are " + numberText(aspect) +
+                  " times as wide as high: the aperture is squeezed to match, with Deform " +
+                  numberText(deform) + (wide ? "" : " and Blur Radius " + numberText(radius)));
+    return {1, 1};
+}
+
+}  // namespace cli

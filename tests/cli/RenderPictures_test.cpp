@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: Apache-2.0
+// What becomes of an image's orientation, windows, alpha, precision and pixel aspect in a render.
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <cstdlib>
+
+#include "support/RunTool.h"
+#include "support/TestFiles.h"
+
+namespace test {
+namespace {
+
+using OIIO::TypeDesc;
+using testing::HasSubstr;
+
+class RenderPictures : public FolderTest {
+protected:
+    ToolRun render(const std::string& input, const std::string& output,
+                   std::vector<std::string> options) const {
+        options.insert(options.begin(), {"render", path(input), "-o", path(output)});
+        const ToolRun run = runTool(options);
+        EXPECT_EQ(run.exitCode, 0) << run.err;
+        return run;
+    }
+    // A black float image with one point of light at (x, y) of its data window.
+    void writePoint(const std::string& name, OIIO::ImageSpec made, int x, int y) const {
+        const auto channels = static_cast<std::size_t>(made.nchannels);
+        std::vector<float> values(made.image_pixels() * channels, 0.0F);
+        const auto at = static_cast<std::size_t>(y * made.width + x) * channels;
+        for (std::size_t c = 0; c < channels; ++c) values[at + c] = 8.0F;
+        writeValues(path(name), std::move(made), values);
+    }
+    // The image as light, and its header.
+    std::vector<float> read(const std::string& name, OIIO::ImageSpec& found) const {
+        return readValues<float>(path(name), &found);
+    }
+};
+
+TEST_F(RenderPictures, APhonePictureComesOutUpright) {
+    auto made = imageSpec(8, 6, {"R", "G", "B"}, TypeDesc::UINT8);
+    made.attribute("Orientation", 6);
+    std::vector<std::uint8_t> values(8 * 6 * 3, 20);
+    for (std::size_t c = 0; c < 3; ++c) values[c] = 250;  // stored upper left: upright upper right
+    writeValues(path("phone.tif"), made, values);
+    const ToolRun run = render("phone.tif", "out.tif", {"--blur-radius", "0"});
+    EXPECT_THAT(run.err, HasSubstr("6x8"));
+    OIIO::ImageSpec found;
+    const auto pixels = read("out.tif", found);
+    ASSERT_EQ(found.width, 6);
+    ASSERT_EQ(found.height, 8);
+    EXPECT_EQ(found.get_int_attribute("Orientation", 1), 1);
+    EXPECT_GT(pixels[5 * 3], 0.9F);
+    EXPECT_LT(pixels[0], 0.1F);
+}
+
+// The point is 3 pixels left of the display window.
+TEST_F(RenderPictures, OverscanIsASourceOfLightAndIsKept) {
+    auto made = imageSpec(40, 20, {"R", "G", "B"}, TypeDesc::FLOAT);
+    made.x = -10;
+    made.full_width = 20;
+    made.full_height = 20;
+    writePoint("scan.exr", made, 7, 10);
+    const std::vector<std::string> blur{"--blur-radius", "6", "--exposure", "0"};
+    render("scan.exr", "out.exr", blur);
+    OIIO::ImageSpec found;
+    const auto whole = read("out.exr", found);
+    EXPECT_EQ(found.x, -10);
+    EXPECT_EQ(found.width, 40);
+    EXPECT_EQ(found.full_x, 0);
+    EXPECT_EQ(found.full_width, 20);
+
+    auto cropped = blur;
+    cropped.emplace_back("--crop-to-display");
+    render("scan.exr", "cropped.exr", cropped);
+    const auto display = read("cropped.exr", found);
+    EXPECT_EQ(found.x, 0);
+    EXPECT_EQ(found.width, 20);
+    EXPECT_GT(display[10 * 20 * 3], 0.01F) << "light from beyond the display window";
+    EXPECT_EQ(display[10 * 20 * 3], whole[(10 * 40 + 10) * 3]);
+    render("scan.exr", "out.png", blur);
+    read("out.png", found);
+    EXPECT_EQ(found.width, 20);
+}
+
+TEST_F(RenderPictures, ADataWindowApartFromTheDisplayGivesBlack) {
+    auto made = imageSpec(8, 8, {"R", "G", "B"}, TypeDesc::HALF);
+    made.x = 200;
+    made.full_width = made.full_height = 16;
+    writePoint("apart.exr", made, 4, 4);
+    render("apart.exr", "out.png", {"--blur-radius", "3"});
+    OIIO::ImageSpec found;
+    EXPECT_THAT(read("out.png", found), testing::Each(0.0F));
+    EXPECT_EQ(found.width, 16);
+}
+
+TEST_F(RenderPictures, ColoursWithoutAlphaDontBecomeLight) {
+    auto made = imageSpec(4, 1, {"R", "G", "B", "A"}, TypeDesc::UINT8);
+    made.attribute("oiio:UnassociatedAlpha", 1);
+    const std::vector<std::uint8_t> values{255, 255, 255, 0, 255, 255, 255, 0,
+                                           255, 255, 255, 0, 255, 255, 255, 255};
+    writeValues(path("hidden.png"), made, values);
+    render("hidden.png", "out.exr", {"--blur-radius", "0"});
+    OIIO::ImageSpec found;
+    const auto pixels = read("out.exr", found);
+    for (std::size_t i = 0; i < 12; ++i) EXPECT_EQ(pixels[i], 0.0F);
+    EXPECT_NEAR(pixels[12], 1.0F, 1e-3F);
+}
+
+TEST_F(RenderPictures, RendersInFloatAndWritesTheTypeAskedFor) {
+    std::vector<std::uint8_t> values;
+    for (int i = 0; i < 64 * 64 * 3; ++i) values.push_back(static_cast<std::uint8_t>(i * 37 % 251));
+    const auto made = imageSpec(64, 64, {"R", "G", "B"}, TypeDesc::UINT8);
+    writeValues(path("pass0.png"), made, values);
+    const auto mean = [&](const std::string& name) {
+        OIIO::ImageSpec found;
+        const auto pixels = read(name, found);
+        double sum = 0.0;
+        for (const float value : pixels) sum += static_cast<double>(value);
+        return sum / static_cast<double>(pixels.size()) * 255.0;
+    };
+    const double before = mean("pass0.png");
+    for (int pass = 0; pass < 8; ++pass) {
+        render("pass" + std::to_string(pass) + ".png", "pass" + std::to_string(pass + 1) + ".png",
+               {"--blur-radius", "3", "--exposure", "0"});
+    }
+    EXPECT_NEAR(mean("pass8.png"), before, 0.3);
+
+    render("pass0.png", "wide.png", {"--blur-radius", "3", "--output-type", "uint16"});
+    OIIO::ImageSpec found;
+    read("wide.png", found);
+    EXPECT_EQ(found.format, TypeDesc::UINT16);
+    const ToolRun refused =
+        runTool({"render", path("pass0.png"), "-o", path("x.png"), "--output-type", "half"});
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.err, HasSubstr("PNG can't hold half"));
+}
+
+// The spot of a point has the shape of a circle on the screen.
+TEST_F(RenderPictures, PixelAspectSqueezesTheAperture) {
+    writePoint("point.exr", imageSpec(81, 81, {"R", "G", "B"}, TypeDesc::FLOAT), 40, 40);
+    for (const auto& [text, aspect] :
+         {std::pair{"4/3", 4.0 / 3.0}, {"1.9", 1.9}, {"2/1", 2.0}, {"10/11", 10.0 / 11.0}}) {
+        render(
+            "point.exr", "out.exr",
+            {"--blur-radius", "18", "--exposure", "0", "--roundness", "1", "--pixel-aspect", text});
+        OIIO::ImageSpec found;
+        const auto pixels = read("out.exr", found);
+        double across = 0.0;
+        double down = 0.0;
+        for (int y = 0; y < 81; ++y) {
+            for (int x = 0; x < 81; ++x) {
+                const auto light =
+                    static_cast<double>(pixels[static_cast<std::size_t>(y * 81 + x) * 3]);
+                across += light * (x - 40) * (x - 40);
+                down += light * (y - 40) * (y - 40);
+            }
+        }
+        EXPECT_NEAR(std::sqrt(down / across), aspect, 0.03) << text;
+    }
+}
+
+TEST_F(RenderPictures, StandardStreamsCarryImages) {
+    writePoint("in.exr", imageSpec(16, 16, {"R", "G", "B"}, TypeDesc::HALF), 8, 8);
+    const std::string tool = std::string(ORBEL_TOOL) + " render - -o - --blur-radius 0 ";
+    for (const char* format : {"exr", "png", "ppm"}) {
+        const std::string out = path(std::string("out.") + format);
+        const std::string command = tool + "--output-format " + format + " <" + path("in.exr") +
+                                    " >" + out + " 2>/dev/null";
+        ASSERT_EQ(std::system(command.c_str()), 0) << format;
+        OIIO::ImageSpec found;
+        const auto pixels = readValues<float>(out, &found);
+        EXPECT_EQ(found.width, 16);
+        EXPECT_GE(pixels[(8 * 16 + 8) * 3], 1.0F) << format;
+    }
+    const ToolRun refused =
+        runTool({"render", path("in.exr"), "-o", path("x.exr"), "--output-format", "png"});
+    EXPECT_EQ(refused.exitCode, 2);
+}
+
+}  // namespace
+}  // namespace test

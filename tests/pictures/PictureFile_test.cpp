@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: Apache-2.0
+// What a file says about its pixels: orientation, alpha, and whether they are all there.
+#include "pictures/PictureFile.h"
+
+#include <gmock/gmock.h>
+
+#include "pictures/Errors.h"
+#include "pictures/PictureReader.h"
+#include "support/Noise.h"
+#include "support/TestFiles.h"
+
+namespace pictures {
+namespace {
+
+using OIIO::TypeDesc;
+using test::imageSpec;
+
+class PictureFileTest : public test::FolderTest {};
+
+// Each stored pixel of a 5x3 image is unique: 16 y + x.
+TEST_F(PictureFileTest, TurnsEveryOrientationUpright) {
+    std::vector<std::uint8_t> stored;
+    for (int y = 0; y < 3; ++y) {
+        for (int x = 0; x < 5; ++x) stored.push_back(static_cast<std::uint8_t>(16 * y + x));
+    }
+    // The pixels at the upper left and the upper right of the upright image.
+    const std::array<std::pair<int, int>, 8> corners{{{0x00, 0x04},
+                                                      {0x04, 0x00},
+                                                      {0x24, 0x20},
+                                                      {0x20, 0x24},  // 1 to 4: rows stay rows
+                                                      {0x00, 0x20},
+                                                      {0x20, 0x00},
+                                                      {0x24, 0x04},
+                                                      {0x04, 0x24}}};  // 5 to 8: rows are columns
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        SCOPED_TRACE(orientation);
+        auto made = imageSpec(5, 3, {"Y"}, TypeDesc::UINT8);
+        made.attribute("Orientation", orientation);
+        test::writeValues(path("turned.tif"), made, stored);
+        const Picture picture = readPicture(path("turned.tif"));
+        const bool transposed = orientation > 4;
+        ASSERT_EQ(picture.width(), transposed ? 3 : 5);
+        ASSERT_EQ(picture.height(), transposed ? 5 : 3);
+        EXPECT_EQ(picture.turned, orientation != 1);
+        const auto code = [&](std::size_t pixel) {
+            return static_cast<int>(std::lround(picture.pixel(pixel)[0] * 255.0F));
+        };
+        const auto [left, right] = corners[static_cast<std::size_t>(orientation - 1)];
+        EXPECT_EQ(code(0), left);
+        EXPECT_EQ(code(static_cast<std::size_t>(picture.width() - 1)), right);
+    }
+}
+
+// A part of a turned image is the same as in the whole one.
+TEST_F(PictureFileTest, ReadsAPartOfATurnedImage) {
+    auto made = imageSpec(40, 30, {"R", "G", "B"}, TypeDesc::UINT8);
+    made.attribute("Orientation", 6);
+    made.tile_width = made.tile_height = 16;
+    Noise noise;
+    std::vector<std::uint8_t> values(40 * 30 * 3);
+    for (auto& value : values) value = static_cast<std::uint8_t>(noise.upTo(255));
+    test::writeValues(path("tiles.tif"), made, values);
+    const Picture whole = readPicture(path("tiles.tif"));
+    PictureFile file(path("tiles.tif"));
+    std::size_t covered = 0;
+    file.read({7, 11, 20, 33}, [&](const Window& strip, std::span<const float> rgba) {
+        for (int y = strip.top; y < strip.bottom; ++y) {
+            for (int x = strip.left; x < strip.right; ++x, ++covered) {
+                const auto at =
+                    static_cast<std::size_t>((y - strip.top) * strip.width() + x - strip.left);
+                const auto in = static_cast<std::size_t>(y * whole.width() + x);
+                ASSERT_EQ(rgba[at * kChannels + 1], whole.pixel(in)[1]) << x << ',' << y;
+            }
+        }
+    });
+    EXPECT_EQ(covered, 13U * 22U);
+}
+
+TEST_F(PictureFileTest, DecidesAboutAlphaByFileFormatAndColours) {
+    const auto associated = [&](const std::string& name, const OIIO::ImageSpec& made, int colour,
+                                AlphaRule rule = AlphaRule::kByFile) {
+        const auto top = static_cast<std::uint8_t>(colour);
+        test::writeValues<std::uint8_t>(path(name), made, {top, top, top, 100});
+        const Picture picture = readPicture(path(name), Extent::kDisplay, 0.0F, rule);
+        return picture.hasAlpha && picture.associated;
+    };
+    const auto rgba = imageSpec(1, 1, {"R", "G", "B", "A"}, TypeDesc::UINT8);
+    auto straight = rgba;
+    straight.attribute("oiio:UnassociatedAlpha", 1);
+    EXPECT_TRUE(associated("a.tif", rgba, 100));
+    EXPECT_FALSE(associated("a.tif", rgba, 110)) << "colours above alpha";
+    EXPECT_FALSE(associated("a.tif", straight, 90));
+    EXPECT_FALSE(associated("a.png", straight, 90));
+    EXPECT_FALSE(associated("a.bmp", rgba, 90)) << "straight by custom";
+    EXPECT_TRUE(associated("a.tif", rgba, 110, AlphaRule::kAssociated));
+    EXPECT_FALSE(associated("a.tif", rgba, 90, AlphaRule::kStraight));
+    EXPECT_FALSE(associated("a.tif", rgba, 90, AlphaRule::kIgnore));
+}
+
+struct Kind {
+    const char* file;
+    TypeDesc type;
+    int channels;
+    const char* compression;
+    int bits;
+};
+
+class CutFile : public test::FolderTest, public testing::WithParamInterface<Kind> {};
+
+// A file that ends early is an error in one line, and no library prints lines of its own.
+TEST_P(CutFile, IsRefused) {
+    const Kind& kind = GetParam();
+    const std::string whole = path(kind.file);
+    if (!OIIO::ImageOutput::create(whole)) GTEST_SKIP() << "no encoder here";
+    OIIO::ImageSpec made(150, 100, kind.channels, kind.type);
+    if (*kind.compression != '\0') made.attribute("compression", kind.compression);
+    if (kind.bits != 0) made.attribute("oiio:BitsPerSample", kind.bits);
+    Noise noise;
+    std::vector<float> values(150UL * 100UL * static_cast<std::size_t>(kind.channels));
+    for (float& value : values) value = static_cast<float>(noise.unit());
+    test::writeValues(whole, made, values);
+    EXPECT_NO_THROW(readPicture(whole));
+
+    const std::string bytes = test::readText(whole);
+    const std::string cut = path(std::string("cut-") + kind.file);
+    testing::internal::CaptureStderr();
+    for (std::size_t twentieth = 1; twentieth < 20; ++twentieth) {
+        test::writeText(cut, bytes.substr(0, bytes.size() * twentieth / 20));
+        const std::string refusal = test::refusalOf([&] { readPicture(cut); });
+        EXPECT_NE(refusal, "") << twentieth << "/20";
+        EXPECT_EQ(refusal.find('\n'), std::string::npos) << refusal;
+        EXPECT_LT(refusal.size(), cut.size() + 200) << refusal;
+        EXPECT_EQ(refusal.find("()"), std::string::npos) << refusal;
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Formats, CutFile,
+    testing::Values(
+        Kind{"a.exr", TypeDesc::HALF, 4, "zip", 0}, Kind{"b.exr", TypeDesc::FLOAT, 3, "none", 0},
+        Kind{"a.tif", TypeDesc::UINT8, 3, "none", 0}, Kind{"b.tif", TypeDesc::UINT16, 4, "lzw", 0},
+        Kind{"a.jpg", TypeDesc::UINT8, 3, "", 0}, Kind{"a.png", TypeDesc::UINT8, 4, "", 0},
+        Kind{"a.bmp", TypeDesc::UINT8, 3, "", 0}, Kind{"a.dpx", TypeDesc::UINT16, 3, "", 10},
+        Kind{"b.dpx", TypeDesc::UINT16, 3, "", 16}, Kind{"a.gif", TypeDesc::UINT8, 3, "", 0},
+        Kind{"a.hdr", TypeDesc::FLOAT, 3, "", 0}, Kind{"a.iff", TypeDesc::UINT8, 4, "", 0},
+        Kind{"a.jp2", TypeDesc::UINT8, 3, "", 0}, Kind{"a.ppm", TypeDesc::UINT8, 3, "", 0},
+        Kind{"a.rla", TypeDesc::UINT8, 4, "", 0}, Kind{"a.sgi", TypeDesc::UINT8, 4, "", 0},
+        Kind{"a.tga", TypeDesc::UINT8, 4, "rle", 0}, Kind{"a.webp", TypeDesc::UINT8, 4, "", 0},
+        Kind{"a.heic", TypeDesc::UINT8, 3, "", 0}),
+    [](const auto& tested) {
+        std::string name = tested.param.file;
+        std::replace(name.begin(), name.end(), '.', '_');
+        return name;
+    });
+
+}  // namespace
+}  // namespace pictures
