@@ -17,13 +17,21 @@ double value(const headless::ParameterSet& parameters, const char* label) {
     return parameters.value(parameters.find(label));
 }
 
+// Where the axis lies that Deform squeezes above 0; the other one is squeezed below 0.
+enum class SqueezedAxis { kWidth, kHeight, kOblique };
+
+SqueezedAxis squeezedAxis(double degrees) {
+    const double quarter = std::fabs(std::remainder(degrees, 180.0));
+    if (quarter == 0.0) return SqueezedAxis::kWidth;
+    return quarter == 90.0 ? SqueezedAxis::kHeight : SqueezedAxis::kOblique;
+}
+
 // Whether Deform squeezes the aperture along the image's axes, and only by what is set here.
 bool canSqueeze(const headless::ParameterSet& parameters, double radius) {
     const bool shape = parameters.layer(parameters.find("Custom Blur Shape")) != nullptr;
-    const bool turned =
-        value(parameters, "Rotation") != 0.0 && value(parameters, "Roundness") != 1.0;
+    const bool oblique = squeezedAxis(value(parameters, "Rotation")) == SqueezedAxis::kOblique;
     const auto& info = parameters.info(parameters.find("Blur Radius"));
-    return !shape && !turned && value(parameters, "Deform") == 0.0 && radius <= info.validMax;
+    return !shape && !oblique && value(parameters, "Deform") == 0.0 && radius <= info.validMax;
 }
 
 bool inRange(const headless::ParameterSet& parameters, double deform) {
@@ -35,13 +43,19 @@ bool inRange(const headless::ParameterSet& parameters, double deform) {
 
 PF_RationalScale applyPixelAspect(headless::ParameterSet& parameters, double aspect,
                                   const std::string& image, pictures::Messages& messages) {
+    // A circle is the same at any angle.
+    if (value(parameters, "Roundness") == 1.0 && value(parameters, "Deform") == 0.0) {
+        parameters.set(parameters.find("Rotation"), 0.0);
+    }
     const double whole = std::max(1.0, std::round(aspect));
     const PF_RationalScale ratio{static_cast<A_long>(whole), 1};
     if (std::fabs(aspect / whole - 1.0) <= kTolerance) return ratio;
 
     const bool wide = aspect > 1.0;
-    // Below 0 it squeezes the width of the aperture, above 0 its height.
-    const double deform = wide ? 1.0 / aspect - 1.0 : 1.0 - aspect;
+    const double squeeze = wide ? 1.0 - 1.0 / aspect : 1.0 - aspect;
+    const bool above = squeezedAxis(value(parameters, "Rotation")) ==
+                       (wide ? SqueezedAxis::kWidth : SqueezedAxis::kHeight);
+    const double deform = above ? squeeze : -squeeze;
     const double radius = value(parameters, "Blur Radius") / (wide ? 1.0 : aspect);
     if (!canSqueeze(parameters, radius) || !inRange(parameters, deform)) {
         messages.warn("the pixels of " + image + " are " + numberText(aspect) +

@@ -86,6 +86,27 @@ void tellWhetherItGrows(const headless::ParameterSet& parameters, pictures::Mess
         "--keep-overscan has no effect while edge pixels are repeated; add --edge-behavior off");
 }
 
+// The channels to carry over, if the user wants it. Throws Failure if the result's pixels aren't
+// those of the input's data window.
+std::unique_ptr<pictures::PassThrough> otherChannels(const fs::path& output, const RenderPlan& plan,
+                                                     const pictures::SourceImage& source,
+                                                     const PF_LRect& result,
+                                                     pictures::Messages& messages) {
+    if (!plan.passThrough) return nullptr;
+    const pictures::Window data = source.file().dataWindow();
+    const bool sameScale = headless::reducedSize(data.width(), plan.extent.scale) == data.width();
+    if (!pictures::formatOf(output).windows || source.picture().turned || !sameScale ||
+        resultWindow(result, source.picture(), plan.extent.scale) != data) {
+        throw Failure(
+            "--pass-through needs EXR files with the same data window; leave out --region, "
+            "--downsample, --keep-overscan and --crop-to-display");
+    }
+    auto others = std::make_unique<pictures::PassThrough>(source.file().file(),
+                                                          source.file().otherChannels(), data);
+    tellLeftOut(source.picture().name, others->leftOut(), messages);
+    return others;
+}
+
 std::string ofEffect(const headless::FrameResult& result) {
     return result.message.empty() ? "" : " (" + result.message + ")";
 }
@@ -167,6 +188,8 @@ void RenderCommand::addOptions() {
                    "--edge-behavior off");
     app_->add_flag("--crop-to-display", cropToDisplay_,
                    "write only the display window of an EXR, not the pixels beyond it");
+    app_->add_flag("--pass-through", passThrough_,
+                   "carry over the other channels and layers of an EXR, unchanged");
     app_->add_flag("--quiet", quiet_, "print only errors");
     app_->add_flag("--stats", stats_, "print the seconds of each step, threads and peak memory");
 }
@@ -179,6 +202,7 @@ RenderPlan RenderCommand::plan(const std::filesystem::path& output) const {
     plan.extent.cropToDisplay = cropToDisplay_ || !pictures::formatOf(output).windows;
     if (!bits_.empty()) plan.bits = parseBits(bits_);
     plan.alpha = parseAlpha(alpha_);
+    plan.passThrough = passThrough_;
     if (!outputType_.empty()) plan.outputType = parseSampleType(outputType_);
     if (!pixelAspect_.empty()) plan.pixelAspect = parseAspect(pixelAspect_);
     if (!threads_.empty()) {
@@ -236,16 +260,19 @@ headless::FrameResult RenderCommand::renderFrame(headless::Effect& effect,
 }
 
 void RenderCommand::writeResult(const std::filesystem::path& output, const RenderPlan& plan,
-                                const pictures::Picture& source, const headless::World& result,
+                                const pictures::SourceImage& source, const headless::World& result,
                                 Progress& progress, pictures::Messages& messages) const {
     const PF_RationalScale scale = plan.extent.scale;
+    const pictures::Picture& picture = source.picture();
+    const auto others = otherChannels(output, plan, source, result.rect(), messages);
     pictures::writeResult(output,
-                          {.source = source,
+                          {.source = picture,
                            .result = result,
-                           .data = resultWindow(result.rect(), source, scale),
-                           .display = displayWindow(source, scale),
-                           .grown = growsBeyondLayer(result.rect(), source, scale),
+                           .data = resultWindow(result.rect(), picture, scale),
+                           .display = displayWindow(picture, scale),
+                           .grown = growsBeyondLayer(result.rect(), picture, scale),
                            .type = plan.outputType,
+                           .others = others.get(),
                            .progress = [&](double share) { progress.update(share); }},
                           messages);
 }
@@ -267,7 +294,10 @@ int RenderCommand::run() {
     progress.begin(0.0, kShareOfReading);
     const InputFile input(input_, invocation_.in);
     pictures::SourceImage source(input.text(), plan.alpha, input.name());
-    tellAssumptions(source.picture(), messages);
+    tellOrientation(source.picture(), messages);
+    if (!plan.passThrough) {
+        tellLeftOut(source.picture().name, source.picture().leftOut, messages);
+    }
     effectOptions_.applyLayers(effect.parameters(), messages, lines);
     headless::FrameRequest request = makeRequest(plan, source);
     request.pixelAspect = applyPixelAspect(
@@ -284,7 +314,7 @@ int RenderCommand::run() {
 
     stats.begin("write");
     progress.begin(1.0 - kShareOfWriting, 1.0);
-    writeResult(output.path(), plan, source.picture(), *result.output, progress, messages);
+    writeResult(output.path(), plan, source, *result.output, progress, messages);
     output.finish(invocation_.out);
     stats.end();
     progress.finish();

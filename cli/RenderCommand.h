@@ -21,6 +21,7 @@ struct RenderPlan {
     pictures::AlphaRule alpha = pictures::AlphaRule::kByFile;
     std::optional<pictures::SampleType> outputType;
     std::optional<double> pixelAspect;
+    bool passThrough = false;
     headless::HostOptions host;
 };
 
@@ -43,7 +44,7 @@ private:
     headless::FrameResult renderFrame(headless::Effect& effect, headless::FrameRequest request,
                                       Progress& progress) const;
     void writeResult(const std::filesystem::path& output, const RenderPlan& plan,
-                     const pictures::Picture& source, const headless::World& result,
+                     const pictures::SourceImage& source, const headless::World& result,
                      Progress& progress, pictures::Messages& messages) const;
 
     const Invocation& invocation_;
@@ -62,6 +63,7 @@ private:
     std::string memoryLimit_;
     bool keepOverscan_ = false;
     bool cropToDisplay_ = false;
+    bool passThrough_ = false;
     bool quiet_ = false;
     bool stats_ = false;
 };

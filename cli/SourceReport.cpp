@@ -20,15 +20,16 @@ std::string firstFew(const std::vector<std::string>& names) {
 
 }  // namespace
 
-void tellAssumptions(const pictures::Picture& picture, pictures::Messages& messages) {
-    if (picture.turned) {
-        messages.note(picture.name + " is turned as its file says: upright it has " +
-                      std::to_string(picture.display.width()) + "x" +
-                      std::to_string(picture.display.height()) + " pixels");
-    }
-    if (!picture.leftOut.empty()) {
-        messages.note("not carried over from " + picture.name + ": " + firstFew(picture.leftOut));
-    }
+void tellOrientation(const pictures::Picture& picture, pictures::Messages& messages) {
+    if (!picture.turned) return;
+    messages.note(picture.name + " is turned as its file says: upright it has " +
+                  std::to_string(picture.display.width()) + "x" +
+                  std::to_string(picture.display.height()) + " pixels");
+}
+
+void tellLeftOut(const std::string& image, const std::vector<std::string>& names,
+                 pictures::Messages& messages) {
+    if (!names.empty()) messages.note("not carried over from " + image + ": " + firstFew(names));
 }
 
 void tellFindings(const pictures::Picture& picture, const pictures::SourceFindings& findings,

@@ -6,8 +6,12 @@
 
 namespace cli {
 
-// Prints what isn't carried over from the image and how it was turned.
-void tellAssumptions(const pictures::Picture& picture, pictures::Messages& messages);
+// Prints how the image was turned, if it was.
+void tellOrientation(const pictures::Picture& picture, pictures::Messages& messages);
+
+// Prints which layers and channels of the image aren't carried over.
+void tellLeftOut(const std::string& image, const std::vector<std::string>& names,
+                 pictures::Messages& messages);
 
 // Prints what was found and changed while the pixels were read. `bits` are those of the render.
 void tellFindings(const pictures::Picture& picture, const pictures::SourceFindings& findings,

@@ -43,6 +43,9 @@ public:
     const Picture& picture() const { return picture_; }
     // The pixels that the file holds.
     const Window& dataWindow() const { return data_; }
+    const std::filesystem::path& file() const { return file_; }
+    // The channels that aren't part of the picture.
+    const std::vector<ChannelPlace>& otherChannels() const { return choice_.others; }
 
     // Takes the pixels of a strip, row by row: red, green, blue, alpha as the file holds them. They
     // may be changed in place.

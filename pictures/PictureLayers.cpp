@@ -4,6 +4,7 @@
 #include <OpenImageIO/strutil.h>
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "pictures/Errors.h"
@@ -166,6 +167,8 @@ ChannelChoice chooseChannels(const std::vector<ChannelPlace>& channels, const st
     if (!choice && !wanted.empty()) choice = singleChannel(channels, wanted);
     if (choice) {
         choice->leftOut = namesLeftOut(channels, *choice);
+        std::copy_if(channels.begin(), channels.end(), std::back_inserter(choice->others),
+                     [&](const ChannelPlace& channel) { return !belongs(*choice, channel); });
         return *choice;
     }
     const std::string names = listOfNames(layers, channels);

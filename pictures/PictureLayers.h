@@ -21,6 +21,7 @@ struct ChannelChoice {
     int alpha = -1;                    // -1: none
     std::string colourName;            // short name of the first colour channel
     std::vector<std::string> leftOut;  // layers and single channels that are not in the choice
+    std::vector<ChannelPlace> others;  // their channels
 };
 
 // The channels of the layer `wanted`, which may also be the full name of a single channel; if it is

@@ -178,6 +178,7 @@ OIIO::ImageSpec makeSpec(const PictureFormat& format, const WriteRequest& reques
     setChannels(imageSpec, plan, format.windows ? request.source.greyName : "Y");
     setWindows(imageSpec, request, format.windows);
     setUpright(imageSpec, request.source);
+    if (request.others != nullptr) request.others->addTo(imageSpec);
     return imageSpec;
 }
 
@@ -291,6 +292,7 @@ public:
             selectChannels(rgba_, plan_, values_);
         }
         if (plan_.type == SampleType::kHalf) clampToHalf(values_);
+        if (request_.others != nullptr) addOthers(top, bottom);
         if (request_.progress) {
             request_.progress(static_cast<double>(bottom) / request_.result.height());
         }
@@ -302,10 +304,26 @@ private:
         return request_.source.associated ? HiddenColour::kKept : HiddenColour::kDropped;
     }
 
+    // Puts the planes of the other channels next to the values of each pixel.
+    void addOthers(int top, int bottom) {
+        const std::vector<float>& planes = request_.others->read(top, bottom);
+        const std::size_t own = plan_.channels();
+        const std::size_t all = own + request_.others->count();
+        const std::size_t pixels = values_.size() / own;
+        joined_.resize(pixels * all);
+        for (std::size_t i = 0; i < pixels; ++i) {
+            float* to = joined_.data() + i * all;
+            std::copy_n(values_.data() + i * own, own, to);
+            for (std::size_t c = own; c < all; ++c) to[c] = planes[(c - own) * pixels + i];
+        }
+        values_.swap(joined_);
+    }
+
     const WriteRequest& request_;
     Plan plan_;
     std::vector<float> rgba_;
     std::vector<float> values_;
+    std::vector<float> joined_;
 };
 
 }  // namespace

@@ -10,6 +10,7 @@
 
 #include "headless/World.h"
 #include "pictures/Messages.h"
+#include "pictures/PassThrough.h"
 #include "pictures/Picture.h"
 
 namespace pictures {
@@ -26,6 +27,8 @@ struct WriteRequest {
     std::optional<SampleType> type{};  // of a channel; default: that of the source
     // Converts straight pixels in place before they are written; may be empty.
     std::function<void(std::span<float> rgba)> convert{};
+    // Further channels for a file with windows, at the same data window; may be null.
+    PassThrough* others = nullptr;
     // Called with the share written, 0 to 1; may be empty.
     std::function<void(double)> progress{};
 };

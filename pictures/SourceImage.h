@@ -27,6 +27,7 @@ public:
     // throws.
     SourceImage(const std::string& text, AlphaRule rule, const std::string& name);
 
+    const PictureFile& file() const { return file_; }
     // The description; its window is the layer, and it has no pixels.
     const Picture& picture() const { return picture_; }
     // Has one pixel for each of the layer's, empty until they are loaded.

@@ -136,6 +136,29 @@ TEST_F(RenderPictures, RendersInFloatAndWritesTheTypeAskedFor) {
     EXPECT_THAT(refused.err, HasSubstr("PNG can't hold half"));
 }
 
+TEST_F(RenderPictures, PassesOtherChannelsThrough) {
+    auto made = imageSpec(6, 4, {"R", "G", "B", "A", "Z", "normal.X"}, TypeDesc::HALF);
+    made.channelformats = {TypeDesc::HALF, TypeDesc::HALF,  TypeDesc::HALF,
+                           TypeDesc::HALF, TypeDesc::FLOAT, TypeDesc::HALF};
+    std::vector<float> values(6 * 4 * 6, 0.25F);
+    for (std::size_t i = 4; i < values.size(); i += 6) values[i] = 1000.1F + static_cast<float>(i);
+    writeValues(path("layers.exr"), made, values);
+    render("layers.exr", "out.exr", {"--blur-radius", "2", "--exposure", "0", "--pass-through"});
+    OIIO::ImageSpec found;
+    const auto pixels = read("out.exr", found);
+    const int z = found.channelindex("Z");
+    ASSERT_GE(z, 0);
+    EXPECT_GE(found.channelindex("normal.X"), 0);
+    EXPECT_EQ(found.channelformat(z), TypeDesc::FLOAT);
+    for (std::size_t i = 0; i < 24; ++i) {
+        EXPECT_EQ(pixels[i * 6 + static_cast<std::size_t>(z)], values[i * 6 + 4]);
+    }
+    const ToolRun refused = runTool({"render", path("layers.exr"), "-o", path("x.exr"),
+                                     "--pass-through", "--region", "0,0,2,2"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.err, HasSubstr("--pass-through"));
+}
+
 // The spot of a point has the shape of a circle on the screen.
 TEST_F(RenderPictures, PixelAspectSqueezesTheAperture) {
     writePoint("point.exr", imageSpec(81, 81, {"R", "G", "B"}, TypeDesc::FLOAT), 40, 40);
