@@ -18,18 +18,22 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # The checks that --full adds, except those that contradict the code as a whole:
 #   cert-dcl37-c, cert-dcl51-cpp   bugprone-reserved-identifier without its permitted names
 #   cert-dcl50-cpp                 the host's interface has functions with variable arguments
+#   cert-exp42-c, cert-flp37-c     bugprone-suspicious-memory-comparison, which tests may do
 #   cert-err33-c                   wants the result of every printf used
 #   cert-err58-cpp                 each test case of GoogleTest is a static object that may throw
 #   cert-msc32-c, cert-msc51-cpp   tests seed random numbers with constants, to be reproducible
+#   misc-confusable-identifiers    l next to I in different scopes
 #   misc-const-correctness         wants const on every local variable
 #   misc-misplaced-const           a constant handle is meant to be a constant pointer
 #   misc-non-private-member-...    plain structures with an operator or a constructor
 #   misc-no-recursion              recursion as deep as a radix or a type allows
+#   ...NewDeleteLeaks              each benchmark that registers itself
 #   ...UninitializedObject         records of a frame are filled after they are made
-readonly more_checks='performance-unnecessary-value-param,clang-analyzer-*,cert-*,misc-*,portability-*,
--cert-dcl37-c,-cert-dcl50-cpp,-cert-dcl51-cpp,-cert-err33-c,-cert-err58-cpp,-cert-msc32-c,-cert-msc51-cpp,
--misc-const-correctness,-misc-misplaced-const,-misc-non-private-member-variables-in-classes,
--misc-no-recursion,-clang-analyzer-optin.cplusplus.UninitializedObject'
+readonly more_checks='performance-unnecessary-value-param,clang-analyzer-*,cert-*,misc-*,portability-*,-cert-dcl37-c,
+-cert-dcl50-cpp,-cert-dcl51-cpp,-cert-err33-c,-cert-exp42-c,-cert-flp37-c,-cert-err58-cpp,
+-cert-msc32-c,-cert-msc51-cpp,-misc-confusable-identifiers,-misc-const-correctness,
+-misc-misplaced-const,-misc-non-private-member-variables-in-classes,-misc-no-recursion,
+-clang-analyzer-cplusplus.NewDeleteLeaks,-clang-analyzer-optin.cplusplus.UninitializedObject'
 
 fail() {
     echo "check-tidy.sh: $1" >&2

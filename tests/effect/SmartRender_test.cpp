@@ -81,9 +81,9 @@ TEST_F(SmartRenderCommand, HoldsAndReleasesInOrder) {
 TEST_F(SmartRenderCommand, EndsEarlyWithoutSamplingOrWorlds) {
     const std::pair<const char*, PF_Err> suites[] = {
         {kPFSampling8Suite, 0}, {kPFSampling16Suite, 0}, {kPFSamplingFloatSuite, 515}};
-    for (const auto& [suite, code] : suites) {
-        host.failures().failSuite(suite, 1, 515);
-        const Calls calls = callsOf([&] { expectFailure(code); });
+    for (const auto& suite : suites) {
+        host.failures().failSuite(suite.first, 1, 515);
+        const Calls calls = callsOf([&] { expectFailure(suite.second); });
         EXPECT_TRUE(argumentsOf(calls, "checkout_layer_pixels").empty());
         expectRecordLeft();
     }

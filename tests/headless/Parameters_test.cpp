@@ -11,7 +11,7 @@ namespace {
 PF_ParamDef define(PF_ParamType type, const char* label) {
     PF_ParamDef def{};
     def.param_type = type;
-    std::strcpy(def.name, label);
+    std::strncpy(def.name, label, sizeof def.name - 1);
     return def;
 }
 

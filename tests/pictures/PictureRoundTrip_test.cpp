@@ -76,7 +76,7 @@ TEST_F(RoundTrip, IntegersKeepTheirValues) {
                  {".tif", {"R", "G", "B", "A"}, false},
                  {".tif", {"R", "G", "B", "A"}, true}};
     for (const auto& file : files) {
-        const auto check = [&]<class Value>(TypeDesc type, Value tolerance) {
+        const auto check = [&]<class Value>(const TypeDesc& type, Value tolerance) {
             const std::string in = std::string("in") + file.suffix;
             const std::string out = std::string("out") + file.suffix;
             auto made = test::imageSpec(64, 64, file.channels, type);

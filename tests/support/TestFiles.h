@@ -56,7 +56,7 @@ std::string refusalOf(Action action) {
 
 // An image header with these channel names; one named A is alpha.
 inline OIIO::ImageSpec imageSpec(int width, int height, const std::vector<std::string>& channels,
-                                 OIIO::TypeDesc type) {
+                                 const OIIO::TypeDesc& type) {
     OIIO::ImageSpec made(width, height, static_cast<int>(channels.size()), type);
     made.channelnames = channels;
     for (std::size_t c = 0; c < channels.size(); ++c) {
@@ -67,7 +67,8 @@ inline OIIO::ImageSpec imageSpec(int width, int height, const std::vector<std::s
 
 // Writes values unchanged: integers of the file's own type, or floats.
 template <class Value>
-void writeValues(const std::string& path, OIIO::ImageSpec made, const std::vector<Value>& values) {
+void writeValues(const std::string& path, const OIIO::ImageSpec& made,
+                 const std::vector<Value>& values) {
     auto output = OIIO::ImageOutput::create(path);
     ASSERT_TRUE(output && output->open(path, made)) << OIIO::geterror();
     ASSERT_TRUE(output->write_image(OIIO::BaseTypeFromC<Value>::value, values.data()));
