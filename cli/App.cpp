@@ -10,6 +10,7 @@
 #include <ostream>
 
 #include "cli/AboutCommand.h"
+#include "cli/ApertureCommand.h"
 #include "cli/BundleLocator.h"
 #include "cli/CompareCommand.h"
 #include "cli/EffectSession.h"
@@ -52,6 +53,7 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& app, const Invocati
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<RenderCommand>(app, invocation, controls.list));
     commands.push_back(std::make_unique<ParamsCommand>(app, invocation, controls.list));
+    commands.push_back(std::make_unique<ApertureCommand>(app, invocation));
     commands.push_back(std::make_unique<SceneCommand>(app, invocation));
     commands.push_back(std::make_unique<CompareCommand>(app, invocation));
     commands.push_back(std::make_unique<AboutCommand>(app, invocation));
