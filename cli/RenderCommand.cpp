@@ -229,6 +229,7 @@ void RenderCommand::addOptions() {
                    "grow the image, in EXR its data window, by the blur's reach; needs "
                    "--edge-behavior off");
     app_->add_flag("--quiet", quiet_, "print only errors");
+    app_->add_flag("--strict", strict_, "treat every warning as an error, and write no image");
     app_->add_flag("--stats", stats_, "print seconds, threads and peak host memory");
 }
 
@@ -280,7 +281,7 @@ headless::FrameResult RenderCommand::renderFrame(headless::Effect& effect,
 int RenderCommand::run() {
     const RenderPlan plan = this->plan();
     checkOutput();
-    pictures::Messages messages(invocation_.err, quiet_);
+    pictures::Messages messages(invocation_.err, quiet_, strict_);
     EffectSession session(requireBundle(bundle_, invocation_.programFolder), plan.host);
     headless::ParameterSet& parameters = session.effect().parameters();
     effectOptions_.apply(parameters, messages, invocation_.out);

@@ -49,6 +49,7 @@ private:
     std::string memoryLimit_;
     bool keepOverscan_ = false;
     bool quiet_ = false;
+    bool strict_ = false;
     bool stats_ = false;
 };
 

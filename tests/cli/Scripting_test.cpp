@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+// What scripts rely on: exit codes, how arguments are read, and what is said of them.
+#include <gmock/gmock.h>
+
+#include "support/RunTool.h"
+#include "support/TestFiles.h"
+
+namespace test {
+namespace {
+
+using OIIO::TypeDesc;
+using testing::HasSubstr;
+
+class Scripting : public FolderTest {
+protected:
+    void SetUp() override {
+        std::vector<float> values(16 * 12 * 3, 0.25F);
+        values[5] = 50.0F;
+        writeValues(path("bright.exr"), imageSpec(16, 12, {"R", "G", "B"}, TypeDesc::FLOAT),
+                    values);
+        writeValues<std::uint8_t>(path("grey.png"), imageSpec(16, 12, {"Y"}, TypeDesc::UINT8),
+                                  std::vector<std::uint8_t>(16 * 12, 99));
+    }
+    // Renders an image to `output`.
+    ToolRun render(const std::string& input, std::vector<std::string> options,
+                   const std::string& output = "out.exr") const {
+        options.insert(options.begin(),
+                       {"render", path(input), "-o", path(output), "--blur-radius", "2"});
+        return runTool(options);
+    }
+    bool exists(const std::string& name) const { return std::filesystem::exists(path(name)); }
+};
+
+TEST_F(Scripting, StrictMakesAWarningAnErrorButNotANote) {
+    for (const std::vector<std::string>& more :
+         {std::vector<std::string>{"--strict"}, {"--strict", "--quiet"}}) {
+        const ToolRun run = render("bright.exr", more);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.err.rfind("orbel: Exposure 10 is too high", 0), 0U) << run.err;
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+        EXPECT_FALSE(exists("out.exr"));
+    }
+    EXPECT_EQ(render("bright.exr", {}).exitCode, 0);
+    // A note: a PNG can't hold floats.
+    const ToolRun noted = render("bright.exr", {"--strict", "--exposure", "0"}, "out.png");
+    EXPECT_EQ(noted.exitCode, 0) << noted.err;
+    EXPECT_THAT(noted.err, HasSubstr("16 bits"));
+    EXPECT_TRUE(exists("out.png"));
+}
+
+}  // namespace
+}  // namespace test
