@@ -161,7 +161,7 @@ ApertureCommand::ApertureCommand(CLI::App& parent, const Invocation& invocation)
     app_->add_option("--bits", bits_, "bits per pixel; default: the most that the format holds")
         ->type_name("BITS");
     addOptionsOfKinds();
-    app_->footer("Kinds:\n" + describeKinds());
+    app_->footer("Kinds:\n" + describeKinds() + "\n" + parent.get_footer());
 }
 
 // One option for all kinds that have one of this name.

@@ -41,10 +41,26 @@ Controls declaredControls(const Invocation& invocation) {
     }
 }
 
+bool isCommand(const Invocation& invocation, const std::string& name) {
+    return !invocation.arguments.empty() && invocation.arguments.front() == name;
+}
+
 bool needsControls(const Invocation& invocation) {
-    if (invocation.arguments.empty()) return false;
-    const std::string& command = invocation.arguments.front();
-    return command == "render" || command == "params";
+    return isCommand(invocation, "render") || isCommand(invocation, "params");
+}
+
+// The exit code of a Failure. For `compare` 1 means that the images differ.
+int failureCode(const Invocation& invocation) {
+    return isCommand(invocation, "compare") ? kExitNotCompared : kExitFailure;
+}
+
+// What the help of the tool and of most commands ends with.
+std::string helpFooter(const Controls& controls) {
+    const std::string codes =
+        "Exit codes: 0 done, 1 failed, 2 wrong usage, 130 interrupted; of compare: 0 equal, "
+        "1 different, 2 could not compare";
+    if (!controls.failure) return codes;
+    return codes + "\nThe options of the effect can't be listed: " + controls.failure->what();
 }
 
 // All subcommands, in the order of the help text.
@@ -119,10 +135,7 @@ int runCommand(const Invocation& invocation) {
     app.set_help_flag("-h,--help", "print this help");
     app.allow_extras();
     app.get_formatter()->column_width(40);
-    if (controls.failure) {
-        app.footer("The options of the effect can't be listed: " +
-                   std::string(controls.failure->what()));
-    }
+    app.footer(helpFooter(controls));
     const auto commands = makeCommands(app, invocation, controls);
 
     try {
@@ -165,7 +178,7 @@ int runTool(const Invocation& invocation) {
     } catch (const std::exception& error) {
         say(error.what());
     }
-    return kExitFailure;
+    return failureCode(invocation);
 }
 
 }  // namespace cli

@@ -48,5 +48,24 @@ TEST_F(Scripting, StrictMakesAWarningAnErrorButNotANote) {
     EXPECT_TRUE(exists("out.png"));
 }
 
+TEST_F(Scripting, CompareTellsDifferentFromNotCompared) {
+    const auto compare = [&](const std::string& a, const std::string& b) {
+        return runTool({"compare", path(a), path(b)}).exitCode;
+    };
+    writeText(path("text.png"), "no picture");
+    writeValues<std::uint8_t>(path("small.png"), imageSpec(4, 4, {"Y"}, TypeDesc::UINT8),
+                              std::vector<std::uint8_t>(16, 99));
+    EXPECT_EQ(compare("grey.png", "grey.png"), 0);
+    EXPECT_EQ(compare("grey.png", "bright.exr"), 1);
+    EXPECT_EQ(compare("grey.png", "small.png"), 2);
+    EXPECT_EQ(compare("grey.png", "text.png"), 2);
+    EXPECT_EQ(compare("missing.png", "grey.png"), 2);
+    EXPECT_EQ(runTool({"compare", path("grey.png")}).exitCode, 2);
+    for (const char* command : {"render", "aperture", "compare"}) {
+        EXPECT_THAT(runTool({command, "--help"}).out, HasSubstr("Exit codes: 0 ")) << command;
+    }
+    EXPECT_THAT(runTool({"--help"}).out, HasSubstr("130 interrupted"));
+}
+
 }  // namespace
 }  // namespace test
