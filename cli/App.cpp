@@ -3,6 +3,7 @@
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <new>
@@ -57,6 +58,7 @@ int failureCode(const Invocation& invocation) {
 // What the help of the tool and of most commands ends with.
 std::string helpFooter(const Controls& controls) {
     const std::string codes =
+        "orbel help COMMAND describes a command; -- ends the options\n"
         "Exit codes: 0 done, 1 failed, 2 wrong usage, 130 interrupted; of compare: 0 equal, "
         "1 different, 2 could not compare";
     if (!controls.failure) return codes;
@@ -84,21 +86,31 @@ std::vector<std::string> longOptions(const CLI::App& app) {
     return names;
 }
 
-// Throws for an argument that neither the tool nor its command accepts.
-[[noreturn]] void refuseArgument(const std::string& argument, const std::string& command,
-                                 const std::vector<std::string>& known) {
-    const bool option = argument.starts_with("-");
-    const std::string nearest = nearestOption(argument, known);
-    throw UsageError((option ? "unknown option " : "unexpected argument ") + argument +
-                     (option && !nearest.empty() ? "; did you mean " + nearest + "?" : "") +
-                     "; see orbel " + command + "--help");
+// "help COMMAND" as "COMMAND --help", and "help" as "--help".
+std::vector<std::string> withoutHelpCommand(std::vector<std::string> arguments) {
+    if (arguments.empty() || arguments.front() != "help") return arguments;
+    arguments.erase(arguments.begin());
+    if (arguments.empty() || arguments.front() == "help") return {"--help"};
+    arguments.insert(arguments.begin() + 1, "--help");
+    return arguments;
 }
 
-std::string firstOptionOf(const std::vector<std::string>& arguments) {
-    for (const std::string& argument : arguments) {
-        if (argument.starts_with("-")) return argument;
-    }
-    return arguments.front();
+// Throws for what neither the tool nor its command accepts of the arguments: an option rather than
+// another argument. `command` is empty or ends with a space. After "--" there are no options.
+void refuseExtras(const CLI::App& app, const std::string& command, const Invocation& invocation) {
+    std::vector<std::string> extras = app.remaining();
+    std::erase(extras, "--");
+    if (extras.empty()) return;
+    const auto begin = invocation.arguments.begin();
+    const auto end = std::find(begin, invocation.arguments.end(), "--");
+    const auto option = std::find_if(extras.begin(), extras.end(), [&](const std::string& extra) {
+        return extra.starts_with("-") && std::find(begin, end, extra) != end;
+    });
+    const std::string help = "; see orbel " + command + "--help";
+    if (option == extras.end()) throw UsageError("unexpected argument " + extras.front() + help);
+    const std::string nearest = nearestOption(*option, longOptions(app));
+    throw UsageError("unknown option " + *option +
+                     (nearest.empty() ? "" : "; did you mean " + nearest + "?") + help);
 }
 
 [[noreturn]] void refuseMissingCommand(const Invocation& invocation,
@@ -112,6 +124,10 @@ std::string firstOptionOf(const std::vector<std::string>& arguments) {
     throw UsageError("unknown command " + given +
                      (nearest.empty() ? "" : "; did you mean " + nearest + "?") +
                      "; see orbel --help");
+}
+
+bool namesUnknownCommand(const CLI::App& app, const Invocation& invocation) {
+    return app.get_subcommands().empty() && !invocation.arguments.front().starts_with("-");
 }
 
 void parse(CLI::App& app, const Invocation& invocation) {
@@ -141,17 +157,14 @@ int runCommand(const Invocation& invocation) {
     try {
         parse(app, invocation);
     } catch (const CLI::Success& request) {
+        if (namesUnknownCommand(app, invocation)) refuseMissingCommand(invocation, commands);
         return app.exit(request, invocation.out, invocation.err);
     }
     for (const auto& command : commands) {
         if (!command->app().parsed()) continue;
         if (controls.failure) throw Failure(*controls.failure);
-        if (!app.remaining().empty()) refuseArgument(app.remaining().front(), "", longOptions(app));
-        const std::vector<std::string> extras = command->app().remaining();
-        if (!extras.empty()) {
-            refuseArgument(firstOptionOf(extras), command->app().get_name() + " ",
-                           longOptions(command->app()));
-        }
+        refuseExtras(app, "", invocation);
+        refuseExtras(command->app(), command->app().get_name() + " ", invocation);
         return command->run();
     }
     refuseMissingCommand(invocation, commands);
@@ -159,7 +172,9 @@ int runCommand(const Invocation& invocation) {
 
 }  // namespace
 
-int runTool(const Invocation& invocation) {
+int runTool(const Invocation& given) {
+    Invocation invocation = given;
+    invocation.arguments = withoutHelpCommand(given.arguments);
     const auto say = [&](const std::string& text) {
         invocation.err << "orbel: " << pictures::oneLine(text) << std::endl;
     };

@@ -67,5 +67,49 @@ TEST_F(Scripting, CompareTellsDifferentFromNotCompared) {
     EXPECT_THAT(runTool({"--help"}).out, HasSubstr("130 interrupted"));
 }
 
+TEST_F(Scripting, TwoHyphensEndTheOptions) {
+    // Names with a folder don't begin with a hyphen.
+    struct Folder {
+        Folder() : before(std::filesystem::current_path()) {}
+        ~Folder() { std::filesystem::current_path(before); }
+        const std::filesystem::path before;
+    } const folder;
+    std::filesystem::copy_file(path("grey.png"), path("-odd.png"));
+    std::filesystem::current_path(path("."));
+    const auto run = [](const std::vector<std::string>& arguments) { return runTool(arguments); };
+    EXPECT_EQ(run({"compare", "--", "-odd.png", "grey.png"}).exitCode, 0);
+    EXPECT_EQ(run({"compare", "grey.png", "--", "-odd.png"}).exitCode, 0);
+    const ToolRun rendered =
+        run({"render", "--blur-radius", "0", "-o", "out.png", "--", "-odd.png"});
+    EXPECT_EQ(rendered.exitCode, 0) << rendered.err;
+    EXPECT_TRUE(exists("out.png"));
+    EXPECT_EQ(run({"compare", "grey.png", "grey.png", "--"}).exitCode, 0);
+    for (const std::vector<std::string>& more :
+         {std::vector<std::string>{"--", "-odd.png", "x"}, {"x", "--", "-odd.png"}}) {
+        std::vector<std::string> arguments{"compare", "grey.png"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        arguments.emplace_back("extra");
+        const ToolRun extra = run(arguments);
+        EXPECT_EQ(extra.exitCode, 2);
+        EXPECT_THAT(extra.err, HasSubstr("unexpected argument"));
+    }
+    EXPECT_THAT(run({"compare", "-odd.png", "grey.png", "grey.png"}).err,
+                HasSubstr("unknown option -odd.png"));
+}
+
+TEST_F(Scripting, HelpIsACommandToo) {
+    EXPECT_EQ(runTool({"help"}).out, runTool({"--help"}).out);
+    EXPECT_EQ(runTool({"help", "help"}).out, runTool({"--help"}).out);
+    for (const char* command : {"render", "compare", "aperture"}) {
+        const ToolRun run = runTool({"help", command});
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.out, runTool({command, "--help"}).out);
+        EXPECT_THAT(run.out, HasSubstr(std::string("orbel ") + command));
+    }
+    const ToolRun wrong = runTool({"help", "rendr"});
+    EXPECT_EQ(wrong.exitCode, 2);
+    EXPECT_THAT(wrong.err, HasSubstr("did you mean render?"));
+}
+
 }  // namespace
 }  // namespace test
