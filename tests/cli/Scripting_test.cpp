@@ -111,5 +111,30 @@ TEST_F(Scripting, HelpIsACommandToo) {
     EXPECT_THAT(wrong.err, HasSubstr("did you mean render?"));
 }
 
+TEST_F(Scripting, ChoicesCanBeShortenedWhileTheyAreUnique) {
+    std::vector<std::uint8_t> slope;
+    for (int i = 0; i < 8 * 4; ++i) slope.push_back(static_cast<std::uint8_t>(i % 8 * 36));
+    writeValues(path("slope.png"), imageSpec(8, 4, {"Y"}, TypeDesc::UINT8), slope);
+    const auto placed = [&](const std::string& choice) {
+        const ToolRun run =
+            render("bright.exr", {"--exposure", "0", "--resolution", "2", "--depth-map-layer",
+                                  path("slope.png"), "--placement", choice});
+        EXPECT_EQ(run.exitCode, 0) << run.err;
+        return readValues<float>(path("out.exr"));
+    };
+    const auto stretched = placed("2");
+    EXPECT_EQ(placed("stretch"), stretched);
+    EXPECT_EQ(placed("STRETCH-M"), stretched);
+    EXPECT_NE(placed("c"), stretched);
+    const std::pair<const char*, const char*> refused[] = {{"r", "is ambiguous: red or (r+g+b)/3"},
+                                                           {"violet", "takes red (1), green (2)"},
+                                                           {"", "takes red (1), green (2)"}};
+    for (const auto& [choice, words] : refused) {
+        const ToolRun run = render("grey.png", {"--custom-layer-channel", choice});
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_THAT(run.err, HasSubstr(words));
+    }
+}
+
 }  // namespace
 }  // namespace test
