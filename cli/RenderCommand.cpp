@@ -11,6 +11,7 @@
 #include "cli/Errors.h"
 #include "cli/ExposureCheck.h"
 #include "cli/Numbers.h"
+#include "cli/OutsideNotes.h"
 #include "cli/Progress.h"
 #include "pictures/AtomicFile.h"
 #include "pictures/Interrupt.h"
@@ -265,6 +266,9 @@ headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan,
     warnAboutClipping(picture, request.bits, messages);
     request.input = pictures::makeWorld(picture, request.bits);
     request.rect = wantedRect(plan, picture, keepOverscan_);
+    if (plan.region && !keepOverscan_) {
+        noteCutRegion(*plan.region, picture.width(), picture.height(), messages);
+    }
     request.downsampleX = request.downsampleY = plan.scale;
     request.pixelAspect = pixelAspect(plan, picture, messages);
     request.cancel = &pictures::interruptFlag();
@@ -288,6 +292,7 @@ int RenderCommand::run() {
     if (keepOverscan_) tellWhetherItGrows(parameters, messages);
 
     const pictures::Picture picture = readInput(input_, messages);
+    noteOutsidePoints(parameters, picture.width(), picture.height(), messages);
     const headless::FrameRequest request = makeRequest(plan, picture, messages);
     warnAboutExposure(parameters, pictures::largestColour(*request.input), messages);
     pictures::throwIfInterrupted();

@@ -136,5 +136,24 @@ TEST_F(Scripting, ChoicesCanBeShortenedWhileTheyAreUnique) {
     }
 }
 
+TEST_F(Scripting, WhatLiesOutsideIsNoted) {
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"--region", "10,-4,20,8"},
+         "--region is cut to 10,0,6,4: the rest is outside the image, "},
+        {{"--focus-point-1", "16.5,3"}, "--focus-point-1 is at 16.5,3, outside the image, "},
+        {{"--focus-point-0", "-50%,50%"}, "--focus-point-0 is at -8,6, outside the image, "}};
+    for (const auto& [options, words] : cases) {
+        const ToolRun run = render("grey.png", options);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.err, "orbel: " + words + "which has 16x12 pixels\n");
+    }
+    const ToolRun inside =
+        render("grey.png", {"--region", "0,0,16,12", "--focus-point-0", "100%,0%"});
+    EXPECT_EQ(inside.err, "");
+    const ToolRun overscan =
+        render("grey.png", {"--region", "-2,0,9,9", "--keep-overscan", "--edge-behavior", "off"});
+    EXPECT_EQ(overscan.err, "");
+}
+
 }  // namespace
 }  // namespace test
