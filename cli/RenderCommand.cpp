@@ -292,6 +292,7 @@ int RenderCommand::run() {
     if (keepOverscan_) tellWhetherItGrows(parameters, messages);
 
     const pictures::Picture picture = readInput(input_, messages);
+    pictures::requireRoomForColours(output_, picture);
     noteOutsidePoints(parameters, picture.width(), picture.height(), messages);
     const headless::FrameRequest request = makeRequest(plan, picture, messages);
     warnAboutExposure(parameters, pictures::largestColour(*request.input), messages);

@@ -33,6 +33,10 @@ struct PictureFormat {
 // none.
 const PictureFormat& formatOf(const std::filesystem::path& path);
 
+// Throws UsageError if the suffix of `path` is for grey images only (.pgm) and the picture has
+// colours.
+void requireRoomForColours(const std::filesystem::path& path, const Picture& picture);
+
 // The narrowest type of the format that holds `wanted` without loss, otherwise the widest it has.
 SampleType nearestType(const PictureFormat& format, SampleType wanted);
 

@@ -240,6 +240,7 @@ void requireWhole(const std::filesystem::path& name, const std::filesystem::path
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,
                  Messages& messages) {
     const PictureFormat& format = formatOf(path);
+    requireRoomForColours(path, request.source);
     const bool wantsAlpha = request.source.hasAlpha || growsBeyondLayer(request);
     const Plan plan = makePlan(format, request, wantsAlpha);
     tellDifferences(path, format, request.source, plan, wantsAlpha, messages);

@@ -21,8 +21,8 @@ struct WriteRequest {
 
 // Writes the result to `path` in the format of its suffix, completely or not at all. Prints one
 // line for each thing that the format can't keep. EXR keeps the source's windows; other formats
-// hold only the result's pixels. Throws UsageError for an unknown suffix, Failure if the file can't
-// be written, Interrupted after Control-C.
+// hold only the result's pixels. Throws UsageError for an unknown suffix or colours in a PGM,
+// Failure if the file can't be written, Interrupted after Control-C.
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,
                  Messages& messages);
 

@@ -155,5 +155,16 @@ TEST_F(Scripting, WhatLiesOutsideIsNoted) {
     EXPECT_EQ(overscan.err, "");
 }
 
+TEST_F(Scripting, APgmIsGrey) {
+    const ToolRun refused = render("bright.exr", {"--exposure", "0"}, "out.pgm");
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.err, HasSubstr("PGM holds only grey"));
+    EXPECT_FALSE(exists("out.pgm"));
+    EXPECT_EQ(render("grey.png", {}, "out.PGM").exitCode, 0);
+    EXPECT_EQ(readText(path("out.PGM")).substr(0, 2), "P5");
+    EXPECT_EQ(render("bright.exr", {"--exposure", "0"}, "out.ppm").exitCode, 0);
+    EXPECT_EQ(readText(path("out.ppm")).substr(0, 2), "P6");
+}
+
 }  // namespace
 }  // namespace test
