@@ -169,6 +169,8 @@ TEST_F(Tool, ParamsTellTheirState) {
     EXPECT_EQ(plain.exitCode, 0);
     EXPECT_EQ(plain.out.find("greyed out"), std::string::npos);
     EXPECT_EQ(lines(plain.out), 27U);  // a heading, 25 controls and the group's name
+    const ToolRun table = runTool({"params", "--state"});
+    EXPECT_THAT(table.out, HasSubstr("Center Map greyed out"));
     const ToolRun state = runTool({"params", "--state", "--depth-map-layer", path("photo.png"),
                                    "--use-focus-point", "on", "--json"});
     const auto enabled = [&](const std::string& label) {
