@@ -3,6 +3,7 @@
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <new>
@@ -10,6 +11,7 @@
 #include <ostream>
 
 #include "cli/AboutCommand.h"
+#include "cli/ApertureCommand.h"
 #include "cli/BundleLocator.h"
 #include "cli/CompareCommand.h"
 #include "cli/EffectSession.h"
@@ -40,10 +42,27 @@ Controls declaredControls(const Invocation& invocation) {
     }
 }
 
+bool isCommand(const Invocation& invocation, const std::string& name) {
+    return !invocation.arguments.empty() && invocation.arguments.front() == name;
+}
+
 bool needsControls(const Invocation& invocation) {
-    if (invocation.arguments.empty()) return false;
-    const std::string& command = invocation.arguments.front();
-    return command == "render" || command == "params";
+    return isCommand(invocation, "render") || isCommand(invocation, "params");
+}
+
+// The exit code of a Failure. For `compare` 1 means that the images differ.
+int failureCode(const Invocation& invocation) {
+    return isCommand(invocation, "compare") ? kExitNotCompared : kExitFailure;
+}
+
+// What the help of the tool and of most commands ends with.
+std::string helpFooter(const Controls& controls) {
+    const std::string codes =
+        "orbel help COMMAND describes a command; -- ends the options\n"
+        "Exit codes: 0 done, 1 failed, 2 wrong usage, 130 interrupted; of compare: 0 equal, "
+        "1 different, 2 could not compare";
+    if (!controls.failure) return codes;
+    return codes + "\nThe options of the effect can't be listed: " + controls.failure->what();
 }
 
 // All subcommands, in the order of the help text.
@@ -52,6 +71,7 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& app, const Invocati
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<RenderCommand>(app, invocation, controls.list));
     commands.push_back(std::make_unique<ParamsCommand>(app, invocation, controls.list));
+    commands.push_back(std::make_unique<ApertureCommand>(app, invocation));
     commands.push_back(std::make_unique<SceneCommand>(app, invocation));
     commands.push_back(std::make_unique<CompareCommand>(app, invocation));
     commands.push_back(std::make_unique<AboutCommand>(app, invocation));
@@ -66,21 +86,31 @@ std::vector<std::string> longOptions(const CLI::App& app) {
     return names;
 }
 
-// Throws for an argument that neither the tool nor its command accepts.
-[[noreturn]] void refuseArgument(const std::string& argument, const std::string& command,
-                                 const std::vector<std::string>& known) {
-    const bool option = argument.starts_with("-");
-    const std::string nearest = nearestOption(argument, known);
-    throw UsageError((option ? "unknown option " : "unexpected argument ") + argument +
-                     (option && !nearest.empty() ? "; did you mean " + nearest + "?" : "") +
-                     "; see orbel " + command + "--help");
+// "help COMMAND" as "COMMAND --help", and "help" as "--help".
+std::vector<std::string> withoutHelpCommand(std::vector<std::string> arguments) {
+    if (arguments.empty() || arguments.front() != "help") return arguments;
+    arguments.erase(arguments.begin());
+    if (arguments.empty() || arguments.front() == "help") return {"--help"};
+    arguments.insert(arguments.begin() + 1, "--help");
+    return arguments;
 }
 
-std::string firstOptionOf(const std::vector<std::string>& arguments) {
-    for (const std::string& argument : arguments) {
-        if (argument.starts_with("-")) return argument;
-    }
-    return arguments.front();
+// Throws for what neither the tool nor its command accepts of the arguments: an option rather than
+// another argument. `command` is empty or ends with a space. After "--" there are no options.
+void refuseExtras(const CLI::App& app, const std::string& command, const Invocation& invocation) {
+    std::vector<std::string> extras = app.remaining();
+    std::erase(extras, "--");
+    if (extras.empty()) return;
+    const auto begin = invocation.arguments.begin();
+    const auto end = std::find(begin, invocation.arguments.end(), "--");
+    const auto option = std::find_if(extras.begin(), extras.end(), [&](const std::string& extra) {
+        return extra.starts_with("-") && std::find(begin, end, extra) != end;
+    });
+    const std::string help = "; see orbel " + command + "--help";
+    if (option == extras.end()) throw UsageError("unexpected argument " + extras.front() + help);
+    const std::string nearest = nearestOption(*option, longOptions(app));
+    throw UsageError("unknown option " + *option +
+                     (nearest.empty() ? "" : "; did you mean " + nearest + "?") + help);
 }
 
 [[noreturn]] void refuseMissingCommand(const Invocation& invocation,
@@ -94,6 +124,10 @@ std::string firstOptionOf(const std::vector<std::string>& arguments) {
     throw UsageError("unknown command " + given +
                      (nearest.empty() ? "" : "; did you mean " + nearest + "?") +
                      "; see orbel --help");
+}
+
+bool namesUnknownCommand(const CLI::App& app, const Invocation& invocation) {
+    return app.get_subcommands().empty() && !invocation.arguments.front().starts_with("-");
 }
 
 void parse(CLI::App& app, const Invocation& invocation) {
@@ -117,26 +151,20 @@ int runCommand(const Invocation& invocation) {
     app.set_help_flag("-h,--help", "print this help");
     app.allow_extras();
     app.get_formatter()->column_width(40);
-    if (controls.failure) {
-        app.footer("The options of the effect can't be listed: " +
-                   std::string(controls.failure->what()));
-    }
+    app.footer(helpFooter(controls));
     const auto commands = makeCommands(app, invocation, controls);
 
     try {
         parse(app, invocation);
     } catch (const CLI::Success& request) {
+        if (namesUnknownCommand(app, invocation)) refuseMissingCommand(invocation, commands);
         return app.exit(request, invocation.out, invocation.err);
     }
     for (const auto& command : commands) {
         if (!command->app().parsed()) continue;
         if (controls.failure) throw Failure(*controls.failure);
-        if (!app.remaining().empty()) refuseArgument(app.remaining().front(), "", longOptions(app));
-        const std::vector<std::string> extras = command->app().remaining();
-        if (!extras.empty()) {
-            refuseArgument(firstOptionOf(extras), command->app().get_name() + " ",
-                           longOptions(command->app()));
-        }
+        refuseExtras(app, "", invocation);
+        refuseExtras(command->app(), command->app().get_name() + " ", invocation);
         return command->run();
     }
     refuseMissingCommand(invocation, commands);
@@ -144,7 +172,9 @@ int runCommand(const Invocation& invocation) {
 
 }  // namespace
 
-int runTool(const Invocation& invocation) {
+int runTool(const Invocation& given) {
+    Invocation invocation = given;
+    invocation.arguments = withoutHelpCommand(given.arguments);
     const auto say = [&](const std::string& text) {
         invocation.err << "orbel: " << pictures::oneLine(text) << std::endl;
     };
@@ -163,7 +193,7 @@ int runTool(const Invocation& invocation) {
     } catch (const std::exception& error) {
         say(error.what());
     }
-    return kExitFailure;
+    return failureCode(invocation);
 }
 
 }  // namespace cli

@@ -6,6 +6,6 @@
 namespace cli {
 
 // Runs one command line and returns the exit code. An error becomes one line on `err`.
-int runTool(const Invocation& invocation);
+int runTool(const Invocation& given);
 
 }  // namespace cli

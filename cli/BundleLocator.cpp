@@ -40,7 +40,7 @@ std::optional<fs::path> locateBundle(const std::string& named, const fs::path& p
 
 std::string bundleArgument(const std::vector<std::string>& arguments) {
     const std::string option = "--bundle";
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
+    for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
         if (arguments[i] == option && i + 1 < arguments.size()) return arguments[i + 1];
         if (arguments[i].starts_with(option + "=")) return arguments[i].substr(option.size() + 1);
     }

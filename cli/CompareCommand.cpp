@@ -28,6 +28,9 @@ CompareCommand::CompareCommand(CLI::App& parent, const Invocation& invocation)
     app_ = parent.add_subcommand("compare",
                                  "Print how much two images differ; exit code 1 above a tolerance");
     app_->allow_extras();
+    app_->footer(
+        "Exit codes: 0 equal within the tolerance, 1 different, 2 could not compare (an image "
+        "is unreadable or has another size, or the command line is wrong)");
     app_->add_option("A", first_, "image, or FILE:LAYER of a multi-layer EXR")->required();
     app_->add_option("B", second_, "image to compare it with")->required();
     app_->add_option("--tolerance", tolerance_,
@@ -50,7 +53,7 @@ int CompareCommand::run() {
     std::snprintf(text, sizeof text, "largest difference %.9g (%s), mean %.9g", difference.largest,
                   placeText(difference).c_str(), difference.mean);
     invocation_.out << text << '\n';
-    return difference.largest > tolerance ? kExitFailure : kExitSuccess;
+    return difference.largest > tolerance ? kExitDifferent : kExitSuccess;
 }
 
 }  // namespace cli

@@ -6,7 +6,8 @@
 
 namespace cli {
 
-// `orbel compare`: exit code 1 if two images differ by more than a tolerance.
+// `orbel compare`: exit code 1 if two images differ by more than a tolerance, 2 if they can't be
+// compared.
 class CompareCommand : public Command {
 public:
     CompareCommand(CLI::App& parent, const Invocation& invocation);

@@ -13,6 +13,8 @@ using pictures::UsageError;
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1;        // Failure
 inline constexpr int kExitUsage = 2;          // UsageError
+inline constexpr int kExitDifferent = 1;      // of `compare`
+inline constexpr int kExitNotCompared = 2;    // of `compare`: UsageError and Failure
 inline constexpr int kExitInterrupted = 130;  // Interrupted: 128 + SIGINT, as shells report it
 
 }  // namespace cli

@@ -43,16 +43,41 @@ std::string lowered(std::string text) {
                      ", not \"" + setting.text + "\"");
 }
 
-// The number of the choice that the setting names by its text, in any letter case, or its number.
+// Whether a choice's text is the one given, in any letter case and with hyphens for what isn't a
+// letter or digit.
+bool isChoice(const std::string& choice, const std::string& given) {
+    return lowered(given) == lowered(choice) || hyphenated(given) == hyphenated(choice);
+}
+
+bool beginsWith(const std::string& choice, const std::string& given) {
+    const std::string plain = hyphenated(given);
+    return (!given.empty() && lowered(choice).starts_with(lowered(given))) ||
+           (!plain.empty() && hyphenated(choice).starts_with(plain));
+}
+
+[[noreturn]] void refuseAmbiguous(const Setting& setting, const std::vector<std::string>& fitting) {
+    std::string list;
+    for (const std::string& choice : fitting)
+        list += (list.empty() ? "" : " or ") + lowered(choice);
+    throw UsageError("--" + optionName(setting.info) + " \"" + setting.text +
+                     "\" is ambiguous: " + list);
+}
+
+// The number of the choice that the setting names by its text, its beginning or its number.
 int choiceNumber(const Setting& setting) {
     const auto& choices = setting.info.choices;
+    std::vector<std::string> fitting;
+    int number = 0;
     for (std::size_t i = 0; i < choices.size(); ++i) {
-        const std::string number = std::to_string(i + 1);
-        const bool same = lowered(setting.text) == lowered(choices[i]) ||
-                          hyphenated(setting.text) == hyphenated(choices[i]);
-        if (same || setting.text == number) return static_cast<int>(i + 1);
+        const int own = static_cast<int>(i + 1);
+        if (setting.text == std::to_string(own) || isChoice(choices[i], setting.text)) return own;
+        if (!beginsWith(choices[i], setting.text)) continue;
+        fitting.push_back(choices[i]);
+        number = own;
     }
-    refuse(setting);
+    if (fitting.empty()) refuse(setting);
+    if (fitting.size() > 1) refuseAmbiguous(setting, fitting);
+    return number;
 }
 
 double boxValue(const Setting& setting) {

@@ -32,7 +32,8 @@ struct Setting {
     std::string text;
 };
 
-// Sets a control that isn't a layer. Throws UsageError, naming the option and what it accepts.
+// Sets a control that isn't a layer. A choice may be shortened to any unique beginning. Throws
+// UsageError, naming the option and what it accepts.
 void applySetting(headless::ParameterSet& parameters, const Setting& setting);
 
 // The options of one subcommand. Layers are files, which the caller reads.

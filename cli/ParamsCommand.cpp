@@ -65,7 +65,7 @@ std::string shownDefault(const ParameterInfo& info) {
 void printLine(std::ostream& out, const std::string& label, const std::string& type,
                const std::string& values, const std::string& fallback, const std::string& state) {
     out << std::left << std::setw(33) << label << std::setw(14) << type << std::setw(42) << values
-        << std::setw(10) << fallback << state << '\n';
+        << std::setw(10) << fallback << (state.empty() ? "" : " ") << state << '\n';
 }
 
 void printTable(std::ostream& out, const ParameterSet& parameters, bool state) {

@@ -9,6 +9,7 @@
 #include "cli/Errors.h"
 #include "cli/ExposureCheck.h"
 #include "cli/Numbers.h"
+#include "cli/OutsideNotes.h"
 #include "cli/PixelAspect.h"
 #include "cli/Progress.h"
 #include "cli/RenderFiles.h"
@@ -191,6 +192,7 @@ void RenderCommand::addOptions() {
     app_->add_flag("--pass-through", passThrough_,
                    "carry over the other channels and layers of an EXR, unchanged");
     app_->add_flag("--quiet", quiet_, "print only errors");
+    app_->add_flag("--strict", strict_, "treat every warning as an error, and write no image");
     app_->add_flag("--stats", stats_, "print the seconds of each step, threads and peak memory");
 }
 
@@ -282,7 +284,7 @@ int RenderCommand::run() {
     const RenderPlan plan = this->plan(output.path());
     checkOutput(plan, output.path());
     std::ostream& lines = output.isStandardOutput() ? invocation_.err : invocation_.out;
-    pictures::Messages messages(invocation_.err, quiet_);
+    pictures::Messages messages(invocation_.err, quiet_, strict_);
     EffectSession session(requireBundle(bundle_, invocation_.programFolder), plan.host);
     headless::Effect& effect = session.effect();
     effectOptions_.applyControls(effect.parameters());
@@ -294,11 +296,17 @@ int RenderCommand::run() {
     progress.begin(0.0, kShareOfReading);
     const InputFile input(input_, invocation_.in);
     pictures::SourceImage source(input.text(), plan.alpha, input.name());
+    pictures::requireRoomForColours(output.path(), source.picture());
     tellOrientation(source.picture(), messages);
     if (!plan.passThrough) {
         tellLeftOut(source.picture().name, source.picture().leftOut, messages);
     }
     effectOptions_.applyLayers(effect.parameters(), messages, lines);
+    const pictures::Window& display = source.picture().display;
+    noteOutsidePoints(effect.parameters(), display.width(), display.height(), messages);
+    if (plan.extent.region && !keepOverscan_) {
+        noteCutRegion(*plan.extent.region, display.width(), display.height(), messages);
+    }
     headless::FrameRequest request = makeRequest(plan, source);
     request.pixelAspect = applyPixelAspect(
         effect.parameters(), plan.pixelAspect.value_or(pictures::pixelAspectOf(source.picture())),

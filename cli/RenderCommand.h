@@ -65,6 +65,7 @@ private:
     bool cropToDisplay_ = false;
     bool passThrough_ = false;
     bool quiet_ = false;
+    bool strict_ = false;
     bool stats_ = false;
 };
 

@@ -3,6 +3,7 @@
 
 #include <ostream>
 
+#include "pictures/Errors.h"
 #include "pictures/Text.h"
 
 namespace pictures {
@@ -12,6 +13,7 @@ void Messages::note(std::string_view text) {
 }
 
 void Messages::warn(std::string_view text) {
+    if (strict_) throw Failure(std::string(text) + " (an error because of --strict)");
     if (!quiet_) stream_ << "orbel: warning: " << oneLine(text) << '\n';
 }
 

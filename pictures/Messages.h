@@ -7,21 +7,23 @@
 
 namespace pictures {
 
-// Notes and warnings, one line each on `stream` (standard error). Prints nothing if quiet. Errors
-// are not reported here.
+// Notes and warnings, one line each on `stream` (standard error). Prints nothing if quiet. If
+// strict, a warning is an error. Errors are not reported here.
 class Messages {
 public:
-    Messages(std::ostream& stream, bool quiet) : stream_(stream), quiet_(quiet) {}
+    Messages(std::ostream& stream, bool quiet, bool strict = false)
+        : stream_(stream), quiet_(quiet), strict_(strict) {}
 
     // For a result that is correct, but may differ from what the user expects.
     void note(std::string_view text);
-    // For something that probably spoils the result.
+    // For something that probably spoils the result. Throws Failure with the text if strict.
     void warn(std::string_view text);
     bool quiet() const { return quiet_; }
 
 private:
     std::ostream& stream_;
     bool quiet_;
+    bool strict_;
 };
 
 }  // namespace pictures

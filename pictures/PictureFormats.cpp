@@ -109,6 +109,12 @@ void requireType(const PictureFormat& format, SampleType type) {
                      known + "; choose another --output-type or format");
 }
 
+void requireRoomForColours(const std::filesystem::path& path, const Picture& picture) {
+    if (picture.grey || lowerSuffix(path) != ".pgm") return;
+    throw UsageError("cannot write " + path.string() + ": PGM holds only grey, and " +
+                     picture.name + " has colours; use .ppm");
+}
+
 SampleType nearestType(const PictureFormat& format, SampleType wanted) {
     for (const SampleType type : format.types) {
         if (holds(type, wanted)) return type;

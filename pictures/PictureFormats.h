@@ -36,6 +36,10 @@ const PictureFormat& formatOf(const std::filesystem::path& path);
 // Throws UsageError, listing the types, if the format doesn't have `type`.
 void requireType(const PictureFormat& format, SampleType type);
 
+// Throws UsageError if the suffix of `path` is for grey images only (.pgm) and the picture has
+// colours.
+void requireRoomForColours(const std::filesystem::path& path, const Picture& picture);
+
 // The narrowest type of the format that holds `wanted` without loss, otherwise the widest it has.
 SampleType nearestType(const PictureFormat& format, SampleType wanted);
 

@@ -331,6 +331,7 @@ private:
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,
                  Messages& messages) {
     const PictureFormat& format = formatOf(path);
+    requireRoomForColours(path, request.source);
     const bool wantsAlpha = request.source.hasAlpha || request.grown;
     const Plan plan = makePlan(format, request, wantsAlpha);
     tellDifferences(path, format, request, plan, wantsAlpha, messages);

@@ -35,7 +35,7 @@ struct WriteRequest {
 
 // Writes the result to `path` in the format of its suffix, completely or not at all, in strips.
 // Prints one line for each thing that the format can't keep. Throws UsageError for an unknown
-// suffix, Failure if the file can't be written, Interrupted after Control-C.
+// suffix or colours in a PGM, Failure if the file can't be written, Interrupted after Control-C.
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,
                  Messages& messages);
 

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "headless/Parameters.h"
+#include "pictures/Messages.h"
+#include "pictures/Picture.h"
+
+namespace cli {
+
+// Notes what is left of --region if a part of it lies outside an image of `width` x `height`.
+void noteCutRegion(const pictures::Window& region, int width, int height,
+                   pictures::Messages& messages);
+
+// Notes each focus point that lies outside an image of `width` x `height`.
+void noteOutsidePoints(const headless::ParameterSet& parameters, int width, int height,
+                       pictures::Messages& messages);
+
+}  // namespace cli

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: Apache-2.0
+// What scripts rely on: exit codes, how arguments are read, and what is said of them.
+#include <gmock/gmock.h>
+
+#include "support/RunTool.h"
+#include "support/TestFiles.h"
+
+namespace test {
+namespace {
+
+using OIIO::TypeDesc;
+using testing::HasSubstr;
+
+class Scripting : public FolderTest {
+protected:
+    void SetUp() override {
+        std::vector<float> values(16 * 12 * 3, 0.25F);
+        values[5] = 50.0F;
+        writeValues(path("bright.exr"), imageSpec(16, 12, {"R", "G", "B"}, TypeDesc::FLOAT),
+                    values);
+        writeValues<std::uint8_t>(path("grey.png"), imageSpec(16, 12, {"Y"}, TypeDesc::UINT8),
+                                  std::vector<std::uint8_t>(16 * 12, 99));
+    }
+    // Renders an image to `output`.
+    ToolRun render(const std::string& input, std::vector<std::string> options,
+                   const std::string& output = "out.exr") const {
+        options.insert(options.begin(),
+                       {"render", path(input), "-o", path(output), "--blur-radius", "2"});
+        return runTool(options);
+    }
+    bool exists(const std::string& name) const { return std::filesystem::exists(path(name)); }
+};
+
+TEST_F(Scripting, StrictMakesAWarningAnErrorButNotANote) {
+    for (const std::vector<std::string>& more :
+         {std::vector<std::string>{"--strict"}, {"--strict", "--quiet"}}) {
+        const ToolRun run = render("bright.exr", more);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.err.rfind("orbel: Exposure 10 is too high", 0), 0U) << run.err;
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+        EXPECT_FALSE(exists("out.exr"));
+    }
+    EXPECT_EQ(render("bright.exr", {}).exitCode, 0);
+    // A note: a PNG can't hold floats.
+    const ToolRun noted = render("bright.exr", {"--strict", "--exposure", "0"}, "out.png");
+    EXPECT_EQ(noted.exitCode, 0) << noted.err;
+    EXPECT_THAT(noted.err, HasSubstr("16 bits"));
+    EXPECT_TRUE(exists("out.png"));
+}
+
+TEST_F(Scripting, CompareTellsDifferentFromNotCompared) {
+    const auto compare = [&](const std::string& a, const std::string& b) {
+        return runTool({"compare", path(a), path(b)}).exitCode;
+    };
+    writeText(path("text.png"), "no picture");
+    writeValues<std::uint8_t>(path("small.png"), imageSpec(4, 4, {"Y"}, TypeDesc::UINT8),
+                              std::vector<std::uint8_t>(16, 99));
+    EXPECT_EQ(compare("grey.png", "grey.png"), 0);
+    EXPECT_EQ(compare("grey.png", "bright.exr"), 1);
+    EXPECT_EQ(compare("grey.png", "small.png"), 2);
+    EXPECT_EQ(compare("grey.png", "text.png"), 2);
+    EXPECT_EQ(compare("missing.png", "grey.png"), 2);
+    EXPECT_EQ(runTool({"compare", path("grey.png")}).exitCode, 2);
+    for (const char* command : {"render", "aperture", "compare"}) {
+        EXPECT_THAT(runTool({command, "--help"}).out, HasSubstr("Exit codes: 0 ")) << command;
+    }
+    EXPECT_THAT(runTool({"--help"}).out, HasSubstr("130 interrupted"));
+}
+
+TEST_F(Scripting, TwoHyphensEndTheOptions) {
+    // Names with a folder don't begin with a hyphen.
+    struct Folder {
+        Folder() : before(std::filesystem::current_path()) {}
+        ~Folder() { std::filesystem::current_path(before); }
+        const std::filesystem::path before;
+    } const folder;
+    std::filesystem::copy_file(path("grey.png"), path("-odd.png"));
+    std::filesystem::current_path(path("."));
+    const auto run = [](const std::vector<std::string>& arguments) { return runTool(arguments); };
+    EXPECT_EQ(run({"compare", "--", "-odd.png", "grey.png"}).exitCode, 0);
+    EXPECT_EQ(run({"compare", "grey.png", "--", "-odd.png"}).exitCode, 0);
+    const ToolRun rendered =
+        run({"render", "--blur-radius", "0", "-o", "out.png", "--", "-odd.png"});
+    EXPECT_EQ(rendered.exitCode, 0) << rendered.err;
+    EXPECT_TRUE(exists("out.png"));
+    EXPECT_EQ(run({"compare", "grey.png", "grey.png", "--"}).exitCode, 0);
+    for (const std::vector<std::string>& more :
+         {std::vector<std::string>{"--", "-odd.png", "x"}, {"x", "--", "-odd.png"}}) {
+        std::vector<std::string> arguments{"compare", "grey.png"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        arguments.emplace_back("extra");
+        const ToolRun extra = run(arguments);
+        EXPECT_EQ(extra.exitCode, 2);
+        EXPECT_THAT(extra.err, HasSubstr("unexpected argument"));
+    }
+    EXPECT_THAT(run({"compare", "-odd.png", "grey.png", "grey.png"}).err,
+                HasSubstr("unknown option -odd.png"));
+}
+
+TEST_F(Scripting, HelpIsACommandToo) {
+    EXPECT_EQ(runTool({"help"}).out, runTool({"--help"}).out);
+    EXPECT_EQ(runTool({"help", "help"}).out, runTool({"--help"}).out);
+    for (const char* command : {"render", "compare", "aperture"}) {
+        const ToolRun run = runTool({"help", command});
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.out, runTool({command, "--help"}).out);
+        EXPECT_THAT(run.out, HasSubstr(std::string("orbel ") + command));
+    }
+    const ToolRun wrong = runTool({"help", "rendr"});
+    EXPECT_EQ(wrong.exitCode, 2);
+    EXPECT_THAT(wrong.err, HasSubstr("did you mean render?"));
+}
+
+TEST_F(Scripting, ChoicesCanBeShortenedWhileTheyAreUnique) {
+    std::vector<std::uint8_t> slope;
+    for (int i = 0; i < 8 * 4; ++i) slope.push_back(static_cast<std::uint8_t>(i % 8 * 36));
+    writeValues(path("slope.png"), imageSpec(8, 4, {"Y"}, TypeDesc::UINT8), slope);
+    const auto placed = [&](const std::string& choice) {
+        const ToolRun run =
+            render("bright.exr", {"--exposure", "0", "--resolution", "2", "--depth-map-layer",
+                                  path("slope.png"), "--placement", choice});
+        EXPECT_EQ(run.exitCode, 0) << run.err;
+        return readValues<float>(path("out.exr"));
+    };
+    const auto stretched = placed("2");
+    EXPECT_EQ(placed("stretch"), stretched);
+    EXPECT_EQ(placed("STRETCH-M"), stretched);
+    EXPECT_NE(placed("c"), stretched);
+    const std::pair<const char*, const char*> refused[] = {{"r", "is ambiguous: red or (r+g+b)/3"},
+                                                           {"violet", "takes red (1), green (2)"},
+                                                           {"", "takes red (1), green (2)"}};
+    for (const auto& [choice, words] : refused) {
+        const ToolRun run = render("grey.png", {"--custom-layer-channel", choice});
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_THAT(run.err, HasSubstr(words));
+    }
+}
+
+TEST_F(Scripting, WhatLiesOutsideIsNoted) {
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"--region", "10,-4,20,8"},
+         "--region is cut to 10,0,6,4: the rest is outside the image, "},
+        {{"--focus-point-1", "16.5,3"}, "--focus-point-1 is at 16.5,3, outside the image, "},
+        {{"--focus-point-0", "-50%,50%"}, "--focus-point-0 is at -8,6, outside the image, "}};
+    for (const auto& [options, words] : cases) {
+        const ToolRun run = render("grey.png", options, "out.png");
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.err, "orbel: " + words + "which has 16x12 pixels\n");
+    }
+    const ToolRun inside =
+        render("grey.png", {"--region", "0,0,16,12", "--focus-point-0", "100%,0%"}, "out.png");
+    EXPECT_EQ(inside.err, "");
+    const ToolRun overscan =
+        render("grey.png", {"--region", "-2,0,9,9", "--keep-overscan", "--edge-behavior", "off"},
+               "out.png");
+    EXPECT_EQ(overscan.err, "");
+}
+
+TEST_F(Scripting, APgmIsGrey) {
+    const ToolRun refused = render("bright.exr", {"--exposure", "0"}, "out.pgm");
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.err, HasSubstr("PGM holds only grey"));
+    EXPECT_FALSE(exists("out.pgm"));
+    EXPECT_EQ(render("grey.png", {}, "out.PGM").exitCode, 0);
+    EXPECT_EQ(readText(path("out.PGM")).substr(0, 2), "P5");
+    EXPECT_EQ(render("bright.exr", {"--exposure", "0"}, "out.ppm").exitCode, 0);
+    EXPECT_EQ(readText(path("out.ppm")).substr(0, 2), "P6");
+}
+
+}  // namespace
+}  // namespace test
