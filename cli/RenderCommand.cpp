@@ -199,6 +199,7 @@ RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
     app_ = parent.add_subcommand("render", "Blur an image");
     app_->allow_extras();
     addOptions();
+    colourOptions_.addTo(*app_);
     effectOptions_.addTo(*app_);
 }
 
@@ -256,11 +257,22 @@ void RenderCommand::checkOutput() const {
     pictures::requireWritable(output_);
 }
 
+// Brings the picture's colours into the space that is rendered.
+pictures::ColourPlan RenderCommand::decodeColours(pictures::Picture& picture,
+                                                  const pictures::ColourConfig& config,
+                                                  pictures::Messages& messages) const {
+    pictures::ColourPlan colours = pictures::planColours(picture.colour, picture.name,
+                                                         pictures::colourTarget(output_, picture),
+                                                         colourOptions_.wishes(), config, messages);
+    colours.decode.apply(picture.pixels, pictures::kRedFirst, picture.associated);
+    return colours;
+}
+
 headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan,
-                                                  const pictures::Picture& picture,
+                                                  const pictures::Picture& picture, int usualBits,
                                                   pictures::Messages& messages) const {
     headless::FrameRequest request;
-    request.bits = plan.bits.value_or(pictures::worldBits(picture.type));
+    request.bits = plan.bits.value_or(usualBits);
     warnAboutClipping(picture, request.bits, messages);
     request.input = pictures::makeWorld(picture, request.bits);
     request.rect = wantedRect(plan, picture, keepOverscan_);
@@ -281,13 +293,20 @@ int RenderCommand::run() {
     const RenderPlan plan = this->plan();
     checkOutput();
     pictures::Messages messages(invocation_.err, quiet_);
+    const pictures::ColourConfig config = colourOptions_.config(messages);
     EffectSession session(requireBundle(bundle_, invocation_.programFolder), plan.host);
     headless::ParameterSet& parameters = session.effect().parameters();
     effectOptions_.apply(parameters, messages, invocation_.out);
     if (keepOverscan_) tellWhetherItGrows(parameters, messages);
 
-    const pictures::Picture picture = readInput(input_, messages);
-    const headless::FrameRequest request = makeRequest(plan, picture, messages);
+    pictures::Picture picture = readInput(input_, messages);
+    const pictures::ColourPlan colours = decodeColours(picture, config, messages);
+    if (colours.linearLight && !effectOptions_.gives("exposure")) {
+        leaveOutExposure(parameters, picture.name, messages);
+    }
+    // Light needs more steps in the shadows than the values of a file.
+    const int usualBits = colours.decode.identity() ? pictures::worldBits(picture.type) : 32;
+    const headless::FrameRequest request = makeRequest(plan, picture, usualBits, messages);
     warnAboutExposure(parameters, pictures::largestColour(*request.input), messages);
     pictures::throwIfInterrupted();
 
@@ -302,7 +321,8 @@ int RenderCommand::run() {
                            .result = *result.output,
                            .layerWidth = headless::reducedSize(picture.width(), plan.scale),
                            .layerHeight = headless::reducedSize(picture.height(), plan.scale),
-                           .scale = static_cast<double>(plan.scale.num) / plan.scale.den},
+                           .scale = static_cast<double>(plan.scale.num) / plan.scale.den,
+                           .colours = &colours},
                           messages);
     if (stats_) printStats(invocation_.out, elapsed.count(), session.host());
     return kExitSuccess;

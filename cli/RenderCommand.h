@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "cli/ColourOptions.h"
 #include "cli/Command.h"
 #include "cli/EffectOptions.h"
 #include "cli/EffectSession.h"
@@ -31,13 +32,17 @@ private:
     void addOptions();
     RenderPlan plan() const;
     void checkOutput() const;
-    headless::FrameRequest makeRequest(const RenderPlan& plan, const pictures::Picture& picture,
+    pictures::ColourPlan decodeColours(pictures::Picture& picture,
+                                       const pictures::ColourConfig& config,
                                        pictures::Messages& messages) const;
+    headless::FrameRequest makeRequest(const RenderPlan& plan, const pictures::Picture& picture,
+                                       int usualBits, pictures::Messages& messages) const;
     headless::FrameResult renderFrame(headless::Effect& effect,
                                       headless::FrameRequest request) const;
 
     const Invocation& invocation_;
     EffectOptions effectOptions_;
+    ColourOptions colourOptions_;
     std::string input_;
     std::string output_;
     std::string bundle_;

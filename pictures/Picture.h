@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "pictures/colour/ColourSpace.h"
 #include "platform/Rectangles.h"
 
 namespace pictures {
@@ -50,6 +51,7 @@ struct Picture {
     bool cropped = false;              // the file has pixels outside `window`
     std::vector<std::string> leftOut;  // layers and channels of the file that were not read
     OIIO::ImageSpec imageSpec;         // of the part read: metadata
+    ColourSpace colour;                // as the file says or its format implies
     // Red, green, blue, alpha of each pixel, row by row. Integers are scaled to 0..1; grey is in
     // all three colours; alpha is 1 if the file has none.
     std::vector<float> pixels;

@@ -2,6 +2,7 @@
 #include "pictures/PictureReader.h"
 
 #include <algorithm>
+#include <fstream>
 #include <memory>
 #include <system_error>
 
@@ -49,6 +50,13 @@ std::vector<OIIO::ImageSpec> specsOfParts(OIIO::ImageInput& input) {
     for (int part = 0; input.seek_subimage(part, 0); ++part) specs.push_back(input.spec());
     input.geterror();  // clear the message from seeking one part too many
     return specs;
+}
+
+ColourSpace colourSpaceOfFile(const fs::path& file, const OIIO::ImageSpec& imageSpec,
+                              const std::string& format) {
+    if (format != "png") return colourSpaceOf(imageSpec, format);
+    std::ifstream chunks(file, std::ios::binary);
+    return colourSpaceOf(imageSpec, format, readPngColour(chunks));
 }
 
 // The prefix for the channel names of a part that don't name a layer themselves.
@@ -201,6 +209,7 @@ Picture readPicture(const std::string& text, Extent extent, float uncovered) {
     picture.name = text;
     const OIIO::ImageSpec& imageSpec = specs[static_cast<std::size_t>(choice.part)];
     describe(picture, imageSpec, choice, exr);
+    picture.colour = colourSpaceOfFile(source.file, imageSpec, input->format_name());
     const Window data = exr ? Window{imageSpec.x, imageSpec.y, imageSpec.x + imageSpec.width,
                                      imageSpec.y + imageSpec.height}
                             : picture.display;

@@ -55,6 +55,10 @@ Plan makePlan(const PictureFormat& format, const WriteRequest& request, bool wan
     return plan;
 }
 
+ColourTarget targetOf(const PictureFormat& format, const Plan& plan) {
+    return {format.name, worldBits(plan.type) == 32, plan.grey};
+}
+
 // Prints one line for each property of the source that the file can't keep.
 void tellDifferences(const std::filesystem::path& path, const PictureFormat& format,
                      const Picture& source, const Plan& plan, bool wantsAlpha, Messages& messages) {
@@ -165,6 +169,9 @@ OIIO::ImageSpec makeSpec(const PictureFormat& format, const WriteRequest& reques
     imageSpec.set_format(libraryType(plan.type));
     setChannels(imageSpec, plan, format.windows ? request.source.greyName : "Y");
     setWindows(imageSpec, request, format.windows);
+    if (request.colours != nullptr) {
+        describeColours(imageSpec, *request.colours, targetOf(format, plan));
+    }
     return imageSpec;
 }
 
@@ -237,6 +244,12 @@ void requireWhole(const std::filesystem::path& name, const std::filesystem::path
 
 }  // namespace
 
+ColourTarget colourTarget(const std::filesystem::path& path, const Picture& source) {
+    const PictureFormat& format = formatOf(path);
+    return {format.name, worldBits(nearestType(format, source.type)) == 32,
+            source.grey && format.grey};
+}
+
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,
                  Messages& messages) {
     const PictureFormat& format = formatOf(path);
@@ -245,6 +258,10 @@ void writeResult(const std::filesystem::path& path, const WriteRequest& request,
     tellDifferences(path, format, request.source, plan, wantsAlpha, messages);
 
     std::vector<float> rgba = straightPixels(request.result);
+    if (request.colours != nullptr) {
+        tellColours(*request.colours, request.source.name, path, targetOf(format, plan), messages);
+        request.colours->encode.apply(rgba);
+    }
     if (wantsAlpha && plan.associated) associate(rgba);
     std::vector<float> values = selectChannels(rgba, plan);
     if (plan.type == SampleType::kHalf) clampToHalf(values);

@@ -7,6 +7,7 @@
 #include "headless/World.h"
 #include "pictures/Messages.h"
 #include "pictures/Picture.h"
+#include "pictures/colour/ColourPlan.h"
 
 namespace pictures {
 
@@ -17,7 +18,12 @@ struct WriteRequest {
     int layerWidth = 0;             // of the whole layer at the downsample
     int layerHeight = 0;
     double scale = 1.0;  // of the downsample; applied to the display window's origin
+    const ColourPlan* colours = nullptr;  // null: numbers and metadata of colours stay as they are
 };
+
+// The file that writeResult() would write, for planColours(). Throws UsageError for an unknown
+// suffix.
+ColourTarget colourTarget(const std::filesystem::path& path, const Picture& source);
 
 // Writes the result to `path` in the format of its suffix, completely or not at all. Prints one
 // line for each thing that the format can't keep. EXR keeps the source's windows; other formats
