@@ -58,6 +58,12 @@ bool EffectOptions::any() const {
     return !controls_.settings().empty() || depth_.any();
 }
 
+bool EffectOptions::gives(const std::string& option) const {
+    const std::vector<Setting> settings = controls_.settings();
+    return std::any_of(settings.begin(), settings.end(),
+                       [&](const Setting& setting) { return optionName(setting.info) == option; });
+}
+
 std::vector<std::string> EffectOptions::files() const {
     std::vector<std::string> names;
     for (const Setting& setting : controls_.settings()) {

@@ -20,6 +20,8 @@ public:
     void addTo(CLI::App& app);
     // Whether any of them was given.
     bool any() const;
+    // Whether the option of a control was given, such as "exposure".
+    bool gives(const std::string& option) const;
     // The files that the options name, for comparing with the output.
     std::vector<std::string> files() const;
     // Sets the controls that have numbers. Throws UsageError for a value that a control can't have,

@@ -29,6 +29,16 @@ std::optional<double> suitableExposure(double exposure, double threshold, double
     return suitable < kSmallestSetting ? 0.0 : suitable;
 }
 
+void leaveOutExposure(headless::ParameterSet& parameters, const std::string& picture,
+                      pictures::Messages& messages) {
+    const int exposure = parameters.find("Exposure");
+    const double usual = parameters.value(exposure);
+    if (usual == 0.0) return;
+    parameters.set(exposure, 0.0);
+    messages.note(picture + " is rendered in linear light with Exposure 0; the default of " +
+                  pictures::numberText(usual) + " suits display-referred images");
+}
+
 void warnAboutExposure(const headless::ParameterSet& parameters, double largestColour,
                        pictures::Messages& messages) {
     const double exposure = parameters.value(parameters.find("Exposure"));

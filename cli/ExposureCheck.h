@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "headless/Parameters.h"
 #include "pictures/Messages.h"
@@ -11,6 +12,11 @@ namespace cli {
 // The largest Exposure, in steps that the control shows, at which colours up to `largest` don't
 // drown the rest of their block; none if `exposure` is low enough.
 std::optional<double> suitableExposure(double exposure, double threshold, double largest);
+
+// Sets Exposure to 0 for a picture in linear light, whose highlights need no expansion, and says
+// so.
+void leaveOutExposure(headless::ParameterSet& parameters, const std::string& picture,
+                      pictures::Messages& messages);
 
 // Warns if Exposure expands the brightest colour so far that rounding noise drowns the rest of its
 // block, or that it overflows.

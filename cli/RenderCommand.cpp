@@ -144,6 +144,7 @@ RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
     app_ = parent.add_subcommand("render", "Blur an image");
     app_->allow_extras();
     addOptions();
+    colourOptions_.addTo(*app_);
     effectOptions_.addTo(*app_);
 }
 
@@ -238,14 +239,16 @@ headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan,
 
 // Reads the part of the image that the effect asks for.
 void RenderCommand::loadSource(pictures::SourceImage& source, EffectSession& session,
-                               const RenderPlan& plan, headless::FrameRequest request,
-                               Progress& progress, pictures::Messages& messages) const {
+                               const RenderPlan& plan, const pictures::ColourPlan& colours,
+                               headless::FrameRequest request, Progress& progress,
+                               pictures::Messages& messages) const {
     request.preRenderOnly = true;
     const PF_LRect needed = session.effect().renderFrame(request).inputRequest.rect;
     session.host().reclaimPreRenderRecords();
-    const pictures::SourceFindings findings =
-        source.load(neededWindow(needed, source.picture(), plan.extent.scale), {},
-                    [&](double share) { progress.update(share); });
+    const pictures::SourceFindings findings = source.load(
+        neededWindow(needed, source.picture(), plan.extent.scale),
+        [&](std::span<float> rgba) { colours.decode.apply(rgba); },
+        [&](double share) { progress.update(share); });
     tellFindings(source.picture(), findings, plan.bits, messages);
     warnAboutExposure(session.effect().parameters(), findings.largestColour, messages);
 }
@@ -262,6 +265,7 @@ headless::FrameResult RenderCommand::renderFrame(headless::Effect& effect,
 }
 
 void RenderCommand::writeResult(const std::filesystem::path& output, const RenderPlan& plan,
+                                const pictures::ColourPlan& colours,
                                 const pictures::SourceImage& source, const headless::World& result,
                                 Progress& progress, pictures::Messages& messages) const {
     const PF_RationalScale scale = plan.extent.scale;
@@ -274,6 +278,7 @@ void RenderCommand::writeResult(const std::filesystem::path& output, const Rende
                            .display = displayWindow(picture, scale),
                            .grown = growsBeyondLayer(result.rect(), picture, scale),
                            .type = plan.outputType,
+                           .colours = &colours,
                            .others = others.get(),
                            .progress = [&](double share) { progress.update(share); }},
                           messages);
@@ -285,6 +290,7 @@ int RenderCommand::run() {
     checkOutput(plan, output.path());
     std::ostream& lines = output.isStandardOutput() ? invocation_.err : invocation_.out;
     pictures::Messages messages(invocation_.err, quiet_, strict_);
+    const pictures::ColourConfig config = colourOptions_.config(messages);
     EffectSession session(requireBundle(bundle_, invocation_.programFolder), plan.host);
     headless::Effect& effect = session.effect();
     effectOptions_.applyControls(effect.parameters());
@@ -307,11 +313,18 @@ int RenderCommand::run() {
     if (plan.extent.region && !keepOverscan_) {
         noteCutRegion(*plan.extent.region, display.width(), display.height(), messages);
     }
+    const pictures::ColourPlan colours = pictures::planColours(
+        source.picture().colour, source.picture().name,
+        pictures::colourTarget(output.path(), source.picture(), plan.outputType),
+        colourOptions_.wishes(), config, messages);
+    if (colours.linearLight && !effectOptions_.gives("exposure")) {
+        leaveOutExposure(effect.parameters(), source.picture().name, messages);
+    }
     headless::FrameRequest request = makeRequest(plan, source);
     request.pixelAspect = applyPixelAspect(
         effect.parameters(), plan.pixelAspect.value_or(pictures::pixelAspectOf(source.picture())),
         source.picture().name, messages);
-    loadSource(source, session, plan, request, progress, messages);
+    loadSource(source, session, plan, colours, request, progress, messages);
 
     stats.begin("render");
     progress.begin(kShareOfReading, 1.0 - kShareOfWriting);
@@ -322,7 +335,7 @@ int RenderCommand::run() {
 
     stats.begin("write");
     progress.begin(1.0 - kShareOfWriting, 1.0);
-    writeResult(output.path(), plan, source, *result.output, progress, messages);
+    writeResult(output.path(), plan, colours, source, *result.output, progress, messages);
     output.finish(invocation_.out);
     stats.end();
     progress.finish();

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "cli/ColourOptions.h"
 #include "cli/Command.h"
 #include "cli/EffectOptions.h"
 #include "cli/EffectSession.h"
@@ -39,16 +40,18 @@ private:
     headless::FrameRequest makeRequest(const RenderPlan& plan,
                                        const pictures::SourceImage& source) const;
     void loadSource(pictures::SourceImage& source, EffectSession& session, const RenderPlan& plan,
-                    headless::FrameRequest request, Progress& progress,
-                    pictures::Messages& messages) const;
+                    const pictures::ColourPlan& colours, headless::FrameRequest request,
+                    Progress& progress, pictures::Messages& messages) const;
     headless::FrameResult renderFrame(headless::Effect& effect, headless::FrameRequest request,
                                       Progress& progress) const;
     void writeResult(const std::filesystem::path& output, const RenderPlan& plan,
-                     const pictures::SourceImage& source, const headless::World& result,
-                     Progress& progress, pictures::Messages& messages) const;
+                     const pictures::ColourPlan& colours, const pictures::SourceImage& source,
+                     const headless::World& result, Progress& progress,
+                     pictures::Messages& messages) const;
 
     const Invocation& invocation_;
     EffectOptions effectOptions_;
+    ColourOptions colourOptions_;
     std::string input_;
     std::string output_;
     std::string outputFormat_;

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "pictures/colour/ColourSpace.h"
 #include "platform/Rectangles.h"
 
 namespace pictures {
@@ -54,6 +55,7 @@ struct Picture {
     std::string greyName;              // name of the only colour channel of a grey picture
     std::vector<std::string> leftOut;  // layers and channels of the file that were not read
     OIIO::ImageSpec imageSpec;         // of the part read: metadata
+    ColourSpace colour;                // as the file says or its format implies
     // Red, green, blue, alpha of each pixel, row by row. Integers are scaled to 0..1; grey is in
     // all three colours; alpha is 1 if the file has none.
     std::vector<float> pixels;

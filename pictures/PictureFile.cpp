@@ -2,6 +2,7 @@
 #include "pictures/PictureFile.h"
 
 #include <algorithm>
+#include <fstream>
 #include <system_error>
 
 #include "pictures/Errors.h"
@@ -62,6 +63,13 @@ std::vector<OIIO::ImageSpec> specsOfParts(OIIO::ImageInput& input) {
     for (int part = 0; input.seek_subimage(part, 0); ++part) specs.push_back(input.spec());
     input.geterror();  // clear the message from seeking one part too many
     return specs;
+}
+
+ColourSpace colourSpaceOfFile(const fs::path& file, const OIIO::ImageSpec& imageSpec,
+                              const std::string& format) {
+    if (format != "png") return colourSpaceOf(imageSpec, format);
+    std::ifstream chunks(file, std::ios::binary);
+    return colourSpaceOf(imageSpec, format, readPngColour(chunks));
 }
 
 // The prefix for the channel names of a part that don't name a layer themselves.
@@ -156,6 +164,7 @@ PictureFile::PictureFile(PictureFile&&) noexcept = default;
 void PictureFile::describe(const OIIO::ImageSpec& imageSpec, bool hasWindows, AlphaRule rule) {
     picture_.imageSpec = imageSpec;
     picture_.format = input_->format_name();
+    picture_.colour = colourSpaceOfFile(file_, imageSpec, picture_.format);
     picture_.grey = choice_.colours.size() == 1;
     picture_.hasAlpha =
         choice_.alpha >= 0 && choice_.alpha < imageSpec.nchannels && rule != AlphaRule::kIgnore;

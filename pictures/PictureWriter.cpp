@@ -56,6 +56,10 @@ Plan makePlan(const PictureFormat& format, const WriteRequest& request, bool wan
     return plan;
 }
 
+ColourTarget targetOf(const PictureFormat& format, const Plan& plan) {
+    return {format.name, worldBits(plan.type) == 32, plan.grey};
+}
+
 // Prints one line for each property of the source that the file can't keep.
 void tellDifferences(const std::filesystem::path& path, const PictureFormat& format,
                      const WriteRequest& request, const Plan& plan, bool wantsAlpha,
@@ -178,6 +182,9 @@ OIIO::ImageSpec makeSpec(const PictureFormat& format, const WriteRequest& reques
     setChannels(imageSpec, plan, format.windows ? request.source.greyName : "Y");
     setWindows(imageSpec, request, format.windows);
     setUpright(imageSpec, request.source);
+    if (request.colours != nullptr) {
+        describeColours(imageSpec, *request.colours, targetOf(format, plan));
+    }
     if (request.others != nullptr) request.others->addTo(imageSpec);
     return imageSpec;
 }
@@ -287,7 +294,7 @@ public:
         values_.reserve(width * static_cast<std::size_t>(bottom - top) * plan_.channels());
         for (int y = top; y < bottom; ++y) {
             loadRow(request_.result, 0, y, rgba_);
-            if (request_.convert) request_.convert(rgba_);
+            if (request_.colours != nullptr) request_.colours->encode.apply(rgba_);
             if (plan_.multiplied) associate(rgba_, hiddenColour());
             selectChannels(rgba_, plan_, values_);
         }
@@ -328,6 +335,13 @@ private:
 
 }  // namespace
 
+ColourTarget colourTarget(const std::filesystem::path& path, const Picture& source,
+                          std::optional<SampleType> type) {
+    const PictureFormat& format = formatOf(path);
+    const SampleType written = nearestType(format, type.value_or(source.type));
+    return {format.name, worldBits(written) == 32, source.grey && format.grey};
+}
+
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,
                  Messages& messages) {
     const PictureFormat& format = formatOf(path);
@@ -335,6 +349,9 @@ void writeResult(const std::filesystem::path& path, const WriteRequest& request,
     const bool wantsAlpha = request.source.hasAlpha || request.grown;
     const Plan plan = makePlan(format, request, wantsAlpha);
     tellDifferences(path, format, request, plan, wantsAlpha, messages);
+    if (request.colours != nullptr) {
+        tellColours(*request.colours, request.source.name, path, targetOf(format, plan), messages);
+    }
     write(path, makeSpec(format, request, plan), ResultRows(request, plan));
 }
 

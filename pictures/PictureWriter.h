@@ -12,6 +12,7 @@
 #include "pictures/Messages.h"
 #include "pictures/PassThrough.h"
 #include "pictures/Picture.h"
+#include "pictures/colour/ColourPlan.h"
 
 namespace pictures {
 
@@ -23,15 +24,19 @@ struct WriteRequest {
     // just the result.
     Window data;  // the result's place
     Window display;
-    bool grown = false;                // the result has pixels beyond the source's layer
-    std::optional<SampleType> type{};  // of a channel; default: that of the source
-    // Converts straight pixels in place before they are written; may be empty.
-    std::function<void(std::span<float> rgba)> convert{};
+    bool grown = false;                   // the result has pixels beyond the source's layer
+    std::optional<SampleType> type{};     // of a channel; default: that of the source
+    const ColourPlan* colours = nullptr;  // null: numbers and metadata of colours stay as they are
     // Further channels for a file with windows, at the same data window; may be null.
     PassThrough* others = nullptr;
     // Called with the share written, 0 to 1; may be empty.
     std::function<void(double)> progress{};
 };
+
+// The file that writeResult() would write, for planColours(). Throws UsageError for an unknown
+// suffix.
+ColourTarget colourTarget(const std::filesystem::path& path, const Picture& source,
+                          std::optional<SampleType> type);
 
 // Writes the result to `path` in the format of its suffix, completely or not at all, in strips.
 // Prints one line for each thing that the format can't keep. Throws UsageError for an unknown

@@ -31,8 +31,8 @@ show() {
     sheet+=("$tile")
 }
 
-# Scene-linear light for a screen: clipped at white, with a screen's gamma.
-encode=(--ch 'R,G,B' --clamp:min=0:max=1 --powc 0.4545)
+# Scene-linear light for a screen: clipped at white, and encoded.
+encode=(--ch 'R,G,B' --clamp:min=0:max=1 --colorconvert linear sRGB)
 
 # blur IMAGE NAME CAPTION OPTION...: blurs the image with these options and shows the result. The
 # scene in EXR is scene-linear light, which needs no exposure curve.

@@ -33,7 +33,8 @@ protected:
 
 TEST_F(Scripting, StrictMakesAWarningAnErrorButNotANote) {
     for (const std::vector<std::string>& more :
-         {std::vector<std::string>{"--strict"}, {"--strict", "--quiet"}}) {
+         {std::vector<std::string>{"--exposure", "10", "--strict"},
+          {"--exposure", "10", "--strict", "--quiet"}}) {
         const ToolRun run = render("bright.exr", more);
         EXPECT_EQ(run.exitCode, 1);
         EXPECT_EQ(run.err.rfind("orbel: Exposure 10 is too high", 0), 0U) << run.err;

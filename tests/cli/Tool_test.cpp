@@ -156,7 +156,8 @@ TEST_F(Tool, WarnsOnceAndCounts) {
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_THAT(run.err, AllOf(HasSubstr("2 non-finite values"),
                                HasSubstr("1 pixel with colour but alpha 0")));
-    EXPECT_EQ(lines(run.err), 3U) << run.err;  // the third: a PNG holds at most 16 bits
+    // The others: a PNG holds at most 16 bits, and is encoded as sRGB.
+    EXPECT_EQ(lines(run.err), 4U) << run.err;
     const ToolRun clipped = render({"--exposure", "0", "--bits", "8"}, "odd.png", "odd.exr");
     EXPECT_THAT(clipped.err, HasSubstr("1 pixel too bright for 8 bits"));
     const ToolRun bright = render({"--exposure", "10"}, "odd.png", "odd.exr");
