@@ -67,7 +67,7 @@ pictures::DepthMapping DepthOptions::mapping() const {
 
 void DepthOptions::check(const ParameterOptions& controls) const {
     requireConsistent(mapping());
-    if (any() && !controls.layer(kDepthLayer)) {
+    if (any() && !controls.given(kDepthLayer)) {
         throw UsageError("the options for distances need a depth map; add --depth-map-layer FILE");
     }
 }
