@@ -287,7 +287,8 @@ int RenderCommand::run() {
     if (keepOverscan_) tellWhetherItGrows(parameters, messages);
 
     const pictures::Picture picture = readInput(input_, messages);
-    effectOptions_.applyLayers(parameters, messages, invocation_.out);
+    const pictures::Size size{picture.display.width(), picture.display.height()};
+    effectOptions_.applyLayers(parameters, size, messages, invocation_.out);
     const headless::FrameRequest request = makeRequest(plan, picture, messages);
     warnAboutExposure(parameters, pictures::largestColour(*request.input), messages);
     pictures::throwIfInterrupted();

@@ -8,7 +8,6 @@
 #include "pictures/Errors.h"
 #include "pictures/Interrupt.h"
 #include "pictures/Messages.h"
-#include "pictures/PictureLayers.h"
 #include "pictures/Text.h"
 
 namespace fs = std::filesystem;
@@ -187,6 +186,11 @@ SourceName parseSourceName(const std::string& text) {
         if (isFile(text.substr(0, colon))) return {text.substr(0, colon), text.substr(colon + 1)};
     }
     return {text, {}};
+}
+
+std::vector<ChannelPlace> channelsOf(const fs::path& file) {
+    const auto input = openPicture(file);
+    return listChannels(specsOfParts(*input), isExr(*input));
 }
 
 Picture readPicture(const std::string& text, Extent extent, float uncovered) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "pictures/Picture.h"
+#include "pictures/PictureLayers.h"
 
 namespace pictures {
 
@@ -17,6 +18,10 @@ struct SourceName {
 
 // Splits FILE:LAYER. If the whole text names an existing file, it is that file.
 SourceName parseSourceName(const std::string& text);
+
+// The channels of all parts of a file, with their layers. Throws Failure if the file is missing or
+// no image.
+std::vector<ChannelPlace> channelsOf(const std::filesystem::path& file);
 
 // Which pixels to read from a file with a data and a display window (EXR).
 enum class Extent {
