@@ -113,10 +113,11 @@ void DepthOptions::check(const headless::ParameterSet& parameters,
 void DepthOptions::apply(headless::ParameterSet& parameters, const ParameterOptions& controls,
                          const std::optional<pictures::Size>& image, pictures::Messages& messages,
                          std::ostream& out) const {
-    const Setting setting = *controls.setting(kDepthLayer);
+    const std::optional<Setting> map = controls.setting(kDepthLayer);
+    if (!map) return;
     const pictures::DepthMapping mapping = this->mapping();
     pictures::DepthSource source =
-        pictures::readDepth(setting.text, mapping, mapControls(parameters, controls), messages);
+        pictures::readDepth(map->text, mapping, mapControls(parameters, controls), messages);
     const bool stretched = image && mustStretch(controls, source, *image);
     focus_.requirePossible(source.kind, image);
 
@@ -125,7 +126,7 @@ void DepthOptions::apply(headless::ParameterSet& parameters, const ParameterOpti
     if (stretched) stretch(parameters, source, *image, messages);
     const pictures::DepthCurve curve(source.kind, mapping, source.range, source.controls.inverted);
     focus_.apply(parameters, source, curve, image, messages);
-    parameters.setLayer(setting.info.index, pictures::makeDepthWorld(std::move(source), curve));
+    parameters.setLayer(map->info.index, pictures::makeDepthWorld(std::move(source), curve));
 }
 
 }  // namespace cli

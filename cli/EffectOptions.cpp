@@ -87,13 +87,11 @@ void EffectOptions::applyLayers(headless::ParameterSet& parameters,
                                 const std::optional<pictures::Size>& image,
                                 pictures::Messages& messages, std::ostream& out) const {
     for (const Setting& setting : controls_.settings()) {
-        if (setting.info.type != PF_Param_LAYER) continue;
-        if (optionName(setting.info) == kDepthLayer) {
-            depth_.apply(parameters, controls_, image, messages, out);
-        } else {
-            applyLayer(parameters, setting, messages);
-        }
+        const bool layer = setting.info.type == PF_Param_LAYER;
+        const bool depth = optionName(setting.info) == kDepthLayer;
+        if (layer && !depth) applyLayer(parameters, setting, messages);
     }
+    depth_.apply(parameters, controls_, image, messages, out);
 }
 
 }  // namespace cli

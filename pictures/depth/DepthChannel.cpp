@@ -63,8 +63,9 @@ std::optional<std::string> findDepthChannel(const std::vector<ChannelPlace>& cha
     const auto endsInName = [&](const std::string& channel, const char* name) {
         return istarts_with(channel, prefix) && endsWith(channel, name);
     };
-    if (const auto found = firstMatch(channels, isNamed)) return found;
-    return firstMatch(channels, endsInName);
+    std::optional<std::string> found = firstMatch(channels, isNamed);
+    if (!found) found = firstMatch(channels, endsInName);
+    return found;
 }
 
 bool namesDisparity(const std::string& name) {
