@@ -1,63 +1,99 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/DepthOptions.h"
 
-#include <cmath>
 #include <ostream>
 
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "pictures/Text.h"
+#include "pictures/depth/DepthMapReader.h"
 
 namespace cli {
 namespace {
 
-// Throws UsageError for options that exclude each other or distances that form no range.
-void requireConsistent(const pictures::DepthMapping& mapping) {
-    const bool one = mapping.near.has_value() || mapping.far.has_value();
-    const bool both = mapping.near.has_value() && mapping.far.has_value();
-    if (mapping.automatic && one) {
-        throw UsageError(
-            "--depth-auto finds near and far itself; leave out --depth-near and --depth-far");
+using pictures::DepthKind;
+using pictures::numberText;
+
+DepthKind parseKind(const std::string& text) {
+    for (const DepthKind kind :
+         {DepthKind::kDistance, DepthKind::kDisparity, DepthKind::kNormalised}) {
+        if (text == pictures::depthKindName(kind)) return kind;
     }
-    if (one && !both) throw UsageError("--depth-near and --depth-far belong together; give both");
-    if (mapping.inverse && !mapping.maps()) {
-        throw UsageError("--depth-inverse needs --depth-auto, or --depth-near and --depth-far");
-    }
-    if (!both) return;
-    if (*mapping.near >= *mapping.far) {
-        throw UsageError("--depth-near must be less than --depth-far");
-    }
-    if (mapping.inverse && *mapping.near <= 0.0) {
-        throw UsageError("--depth-near must be above 0 with --depth-inverse");
-    }
-    if (!mapping.inverse && !std::isfinite(*mapping.far)) {
-        throw UsageError("--depth-far can be infinite only with --depth-inverse");
-    }
+    throw UsageError("--depth-kind takes distance, disparity or normalised, not \"" + text + "\"");
+}
+
+pictures::MapControls mapControls(const headless::ParameterSet& parameters,
+                                  const ParameterOptions& controls) {
+    const double channel = parameters.value(parameters.find("Channel"));
+    return {.channel = static_cast<pictures::MapChannel>(static_cast<int>(channel)),
+            .channelGiven = controls.given("depth-map-channel"),
+            .inverted = parameters.value(parameters.find("Invert Depth Map")) != 0.0};
+}
+
+pictures::Size sizeOf(const pictures::DepthSource& source) {
+    return {source.picture.width(), source.picture.height()};
+}
+
+// Whether a map of another size has to be stretched. Throws UsageError if only the user can say.
+bool mustStretch(const ParameterOptions& controls, const pictures::DepthSource& source,
+                 const pictures::Size& image) {
+    const pictures::Size map = sizeOf(source);
+    if (map == image || controls.given("placement")) return false;
+    if (pictures::sameShape(image, map)) return true;
+    throw UsageError(source.picture.name + " has " + pictures::sizeText(map) +
+                     " pixels and another shape than the image, " + pictures::sizeText(image) +
+                     "; add --placement stretch-map or --placement center-map");
+}
+
+void stretch(headless::ParameterSet& parameters, const pictures::DepthSource& source,
+             const pictures::Size& image, pictures::Messages& messages) {
+    parameters.set("Placement", static_cast<double>(pictures::MapPlacement::kStretch));
+    messages.note(source.picture.name + ", " + pictures::sizeText(sizeOf(source)) +
+                  ", is stretched over the image, " + pictures::sizeText(image));
+}
+
+// The range by which --depth-auto maps.
+void printRange(std::ostream& out, const pictures::DepthSource& source) {
+    const bool nearIsMost = source.kind == DepthKind::kDisparity;
+    const pictures::DepthRange& range = source.range;
+    out << "depth: " << numberText(nearIsMost ? range.most : range.least) << " (near) to "
+        << numberText(nearIsMost ? range.least : range.most) << " (far)"
+        << std::endl;  // a reader may wait for it while the render runs
 }
 
 }  // namespace
 
 void DepthOptions::addTo(CLI::App& app) {
-    const std::string group = "Depth map distances";
-    app.add_option("--depth-near", near_, "distance that is mapped to 1, near")
+    const std::string group = "Depth map values";
+    app.add_option("--depth-kind", kind_,
+                   "what the map holds: distance, disparity or normalised (0 to 1); default: "
+                   "distance for a float map with values above 1, otherwise normalised")
+        ->type_name("KIND")
+        ->group(group);
+    app.add_option("--depth-near", near_, "distance or disparity that is mapped to 1, near")
         ->type_name("D")
         ->group(group);
     app.add_option("--depth-far", far_,
-                   "distance that is mapped to 0, far; may be inf with --depth-inverse")
+                   "the one that is mapped to 0, far; may be inf with --depth-inverse")
         ->type_name("D")
         ->group(group);
     app.add_flag("--depth-auto", automatic_, "take near and far from the map's range, and print it")
         ->group(group);
-    app.add_flag("--depth-inverse", inverse_, "map 1/distance linearly instead of distance")
+    app.add_flag("--depth-inverse", inverse_,
+                 "map 1/distance linearly instead of distance; the default for a distance map "
+                 "without near, far and --depth-auto")
         ->group(group);
+    focus_.addTo(app, group);
 }
 
 bool DepthOptions::any() const {
-    return !near_.empty() || !far_.empty() || automatic_ || inverse_;
+    return !kind_.empty() || !near_.empty() || !far_.empty() || automatic_ || inverse_ ||
+           focus_.any();
 }
 
 pictures::DepthMapping DepthOptions::mapping() const {
     pictures::DepthMapping mapping;
+    if (!kind_.empty()) mapping.kind = parseKind(kind_);
     if (!near_.empty()) mapping.near = parseDistance("--depth-near", near_);
     if (!far_.empty()) mapping.far = parseDistance("--depth-far", far_);
     mapping.automatic = automatic_;
@@ -65,22 +101,32 @@ pictures::DepthMapping DepthOptions::mapping() const {
     return mapping;
 }
 
-void DepthOptions::check(const ParameterOptions& controls) const {
-    requireConsistent(mapping());
-    if (any() && !controls.layer(kDepthLayer)) {
-        throw UsageError("the options for distances need a depth map; add --depth-map-layer FILE");
+void DepthOptions::check(const headless::ParameterSet& parameters,
+                         const ParameterOptions& controls) const {
+    requireConsistent(mapping(), mapping().kind.value_or(DepthKind::kDistance));
+    focus_.check(parameters, controls);
+    if (any() && !controls.given(kDepthLayer)) {
+        throw UsageError("the options for depth need a depth map; add --depth-map-layer FILE");
     }
 }
 
-void DepthOptions::apply(headless::ParameterSet& parameters, const Setting& setting,
-                         pictures::Messages& messages, std::ostream& out) const {
-    const pictures::DepthMap map = pictures::readDepthMap(setting.text, mapping(), messages);
-    if (automatic_ && !messages.quiet()) {
-        out << "depth: " << pictures::numberText(map.range.least) << " (near) to "
-            << pictures::numberText(map.range.most) << " (far)"
-            << std::endl;  // a reader may wait for it while the render runs
-    }
-    parameters.setLayer(setting.info.index, map.world);
+void DepthOptions::apply(headless::ParameterSet& parameters, const ParameterOptions& controls,
+                         const std::optional<pictures::Size>& image, pictures::Messages& messages,
+                         std::ostream& out) const {
+    const std::optional<Setting> map = controls.setting(kDepthLayer);
+    if (!map) return;
+    const pictures::DepthMapping mapping = this->mapping();
+    pictures::DepthSource source =
+        pictures::readDepth(map->text, mapping, mapControls(parameters, controls), messages);
+    const bool stretched = image && mustStretch(controls, source, *image);
+    focus_.requirePossible(source.kind, image);
+
+    pictures::tellDepth(source, mapping, messages);
+    if (automatic_ && !messages.quiet()) printRange(out, source);
+    if (stretched) stretch(parameters, source, *image, messages);
+    const pictures::DepthCurve curve(source.kind, mapping, source.range, source.controls.inverted);
+    focus_.apply(parameters, source, curve, image, messages);
+    parameters.setLayer(map->info.index, pictures::makeDepthWorld(std::move(source), curve));
 }
 
 }  // namespace cli

@@ -83,22 +83,21 @@ void EffectOptions::applyLayer(headless::ParameterSet& parameters, const Setting
 }
 
 void EffectOptions::applyControls(headless::ParameterSet& parameters) const {
-    depth_.check(controls_);
     for (const Setting& setting : controls_.settings()) {
         if (setting.info.type != PF_Param_LAYER) applySetting(parameters, setting);
     }
+    depth_.check(parameters, controls_);
 }
 
-void EffectOptions::applyLayers(headless::ParameterSet& parameters, pictures::Messages& messages,
-                                std::ostream& out) const {
+void EffectOptions::applyLayers(headless::ParameterSet& parameters,
+                                const std::optional<pictures::Size>& image,
+                                pictures::Messages& messages, std::ostream& out) const {
     for (const Setting& setting : controls_.settings()) {
-        if (setting.info.type != PF_Param_LAYER) continue;
-        if (optionName(setting.info) == kDepthLayer) {
-            depth_.apply(parameters, setting, messages, out);
-        } else {
-            applyLayer(parameters, setting, messages);
-        }
+        const bool layer = setting.info.type == PF_Param_LAYER;
+        const bool depth = optionName(setting.info) == kDepthLayer;
+        if (layer && !depth) applyLayer(parameters, setting, messages);
     }
+    depth_.apply(parameters, controls_, image, messages, out);
 }
 
 }  // namespace cli

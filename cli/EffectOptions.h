@@ -2,6 +2,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,10 +28,11 @@ public:
     // Sets the controls that have numbers. Throws UsageError for a value that a control can't have,
     // and for options that contradict each other.
     void applyControls(headless::ParameterSet& parameters) const;
-    // Reads the layers, after applyControls. Prints the range that --depth-auto finds to `out`.
-    // Throws what the readers throw.
-    void applyLayers(headless::ParameterSet& parameters, pictures::Messages& messages,
-                     std::ostream& out) const;
+    // Reads the layers, after applyControls. `image` is the size of the upright image to blur, if
+    // there is one. Prints the range that --depth-auto finds to `out`. Throws what the readers
+    // throw and what DepthOptions::apply throws.
+    void applyLayers(headless::ParameterSet& parameters, const std::optional<pictures::Size>& image,
+                     pictures::Messages& messages, std::ostream& out) const;
 
 private:
     void applyLayer(headless::ParameterSet& parameters, const Setting& setting,

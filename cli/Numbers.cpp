@@ -70,6 +70,20 @@ PF_RationalScale parseRatio(const std::string& option, const std::string& text) 
     return {*num, static_cast<A_u_long>(*den)};
 }
 
+Point parsePoint(const std::string& option, const std::string& text) {
+    std::vector<std::string> pieces = split(text, ',');
+    const bool percent = text.ends_with('%');
+    std::vector<double> numbers;
+    for (std::string& piece : pieces) {
+        if (piece.ends_with('%') != percent) continue;
+        if (percent) piece.pop_back();
+        const auto number = wholeTextAs<double>(piece);
+        if (number && std::isfinite(*number)) numbers.push_back(*number);
+    }
+    if (pieces.size() != 2 || numbers.size() != 2) fail(option, text, kPointForm);
+    return {numbers[0], numbers[1], percent};
+}
+
 pictures::Window parseRegion(const std::string& option, const std::string& text) {
     constexpr int kMost = 1 << 20;  // far beyond any image, and two can be added
     std::vector<int> numbers;

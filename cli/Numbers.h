@@ -19,6 +19,15 @@ double parseDistance(const std::string& option, const std::string& text);
 int parseWhole(const std::string& option, const std::string& text, int least, int most);
 // "N/D" or "N", both at least 1.
 PF_RationalScale parseRatio(const std::string& option, const std::string& text);
+// A point in pixels, or in percent of the image.
+struct Point {
+    double x = 0;
+    double y = 0;
+    bool percent = false;
+};
+inline constexpr const char* kPointForm = "X,Y in pixels or X%,Y%";
+// "X,Y" or "X%,Y%".
+Point parsePoint(const std::string& option, const std::string& text);
 // "X,Y,W,H" with W and H at least 1.
 pictures::Window parseRegion(const std::string& option, const std::string& text);
 // "WxH", each from 1 to `most`.

@@ -86,28 +86,12 @@ double boxValue(const Setting& setting) {
     return text == "on" ? 1.0 : 0.0;
 }
 
-// One coordinate of a point; `percent` means that a percent sign follows it.
-double coordinate(const Setting& setting, const std::string& text, bool percent) {
-    try {
-        return parseNumber("", percent ? text.substr(0, text.size() - 1) : text);
-    } catch (const UsageError&) {
-        refuse(setting);
-    }
-}
-
 void applyPoint(headless::ParameterSet& parameters, const Setting& setting) {
-    const std::size_t comma = setting.text.find(',');
-    if (comma == std::string::npos) refuse(setting);
-    const std::string xText = setting.text.substr(0, comma);
-    const std::string yText = setting.text.substr(comma + 1);
-    const bool percent = xText.ends_with('%');
-    if (percent != yText.ends_with('%')) refuse(setting);
-    const double x = coordinate(setting, xText, percent);
-    const double y = coordinate(setting, yText, percent);
-    if (percent) {
-        parameters.setPointPercent(setting.info.index, x, y);
+    const Point point = parsePoint("--" + optionName(setting.info), setting.text);
+    if (point.percent) {
+        parameters.setPointPercent(setting.info.index, point.x, point.y);
     } else {
-        parameters.setPoint(setting.info.index, x, y);
+        parameters.setPoint(setting.info.index, point.x, point.y);
     }
 }
 
@@ -174,7 +158,7 @@ std::string acceptedValues(const ParameterInfo& info) {
         case PF_Param_LAYER:
             return "an image file";
         case PF_Param_POINT:
-            return "X,Y in pixels or X%,Y%";
+            return kPointForm;
         case PF_Param_CHECKBOX:
             return "on or off";
         case PF_Param_POPUP:
@@ -266,11 +250,9 @@ std::vector<Setting> ParameterOptions::settings() const {
     return given;
 }
 
-std::optional<Setting> ParameterOptions::layer(const std::string& option) const {
+std::optional<Setting> ParameterOptions::setting(const std::string& option) const {
     for (const Setting& setting : settings()) {
-        if (setting.info.type == PF_Param_LAYER && optionName(setting.info) == option) {
-            return setting;
-        }
+        if (optionName(setting.info) == option) return setting;
     }
     return std::nullopt;
 }

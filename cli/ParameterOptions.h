@@ -45,8 +45,9 @@ public:
     void addTo(CLI::App& app);
     // The settings given, in the order of the controls.
     std::vector<Setting> settings() const;
-    // The setting of the layer with this option name, if it was given.
-    std::optional<Setting> layer(const std::string& option) const;
+    // The setting with this option name, if it was given.
+    std::optional<Setting> setting(const std::string& option) const;
+    bool given(const std::string& option) const { return setting(option).has_value(); }
     bool empty() const { return options_.empty(); }
 
 private:

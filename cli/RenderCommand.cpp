@@ -307,8 +307,9 @@ int RenderCommand::run() {
     if (!plan.passThrough) {
         tellLeftOut(source.picture().name, source.picture().leftOut, messages);
     }
-    effectOptions_.applyLayers(effect.parameters(), messages, lines);
     const pictures::Window& display = source.picture().display;
+    const pictures::Size size{display.width(), display.height()};
+    effectOptions_.applyLayers(effect.parameters(), size, messages, lines);
     noteOutsidePoints(effect.parameters(), display.width(), display.height(), messages);
     if (plan.extent.region && !keepOverscan_) {
         noteCutRegion(*plan.extent.region, display.width(), display.height(), messages);

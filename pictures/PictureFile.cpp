@@ -144,6 +144,11 @@ SourceName parseSourceName(const std::string& text) {
     return {text, {}};
 }
 
+std::vector<ChannelPlace> channelsOf(const fs::path& file) {
+    const auto input = openPicture(file);
+    return listChannels(specsOfParts(*input), isExr(*input));
+}
+
 PictureFile::PictureFile(const std::string& text, AlphaRule rule, const std::string& name) {
     const SourceName source = parseSourceName(text);
     file_ = source.file;

@@ -27,6 +27,10 @@ struct SourceName {
 // Splits FILE:LAYER. If the whole text names an existing file, it is that file.
 SourceName parseSourceName(const std::string& text);
 
+// The channels of all parts of a file, with their layers. Throws Failure if the file is missing or
+// no image.
+std::vector<ChannelPlace> channelsOf(const std::filesystem::path& file);
+
 // An open picture file: everything about it is known except for its pixels. Where the file says
 // that the picture is to be turned, all windows and pixels are those of the upright picture.
 class PictureFile {

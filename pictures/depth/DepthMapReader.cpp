@@ -8,131 +8,191 @@
 #include "pictures/PictureReader.h"
 #include "pictures/Text.h"
 #include "pictures/WorldPixels.h"
+#include "pictures/depth/DepthChannel.h"
 
 namespace pictures {
 namespace {
 
-bool isSky(float distance) {
-    return !(std::fabs(distance) < kSkyDistance);
+constexpr std::size_t kColours = 3;
+constexpr std::size_t kAlphaPlace = 3;
+
+// What to read: the depth among several channels, otherwise what the user named.
+std::string depthText(const std::string& text, MapChannel channel) {
+    if (channel == MapChannel::kAlpha) return text;
+    const SourceName source = parseSourceName(text);
+    const std::vector<ChannelPlace> channels = channelsOf(source.file);
+    if (channels.size() == 1) return text;
+    const auto found = findDepthChannel(channels, source.layer);
+    return found ? source.file.string() + ":" + *found : text;
 }
 
-// Calls use(value) for each colour value of the map.
-template <class Use>
-void forEachColour(Picture& map, Use use) {
+// Grey maps in colour files may have channels that differ by a rounding error.
+bool isColour(const Picture& map) {
+    constexpr float kTolerance = 0.01F;
+    if (map.grey) return false;
     for (std::size_t i = 0; i < map.pixelCount(); ++i) {
-        for (std::size_t c = 0; c < 3; ++c) use(map.pixel(i)[c]);
+        const auto [least, most] = std::minmax({map.pixel(i)[0], map.pixel(i)[1], map.pixel(i)[2]});
+        if (most - least > kTolerance * std::max(1.0F, std::fabs(most))) return true;
     }
+    return false;
 }
 
-// Maps distances to 0 (far) to 1 (near), linearly in Z or in 1/Z.
-class Curve {
-public:
-    Curve(double near, double far, bool inverse)
-        : inverse_(inverse), near_(scale(near)), far_(scale(far)) {}
-
-    float operator()(double distance) const {
-        if (near_ == far_) return 1.0F;  // everything is at one distance
-        const double share = (scale(distance) - far_) / (near_ - far_);
-        return static_cast<float>(std::clamp(share, 0.0, 1.0));
-    }
-
-private:
-    // Behind the camera 1/Z changes its sign, so such points count as nearest.
-    double scale(double distance) const {
-        if (!inverse_) return distance;
-        return distance > 0.0 ? 1.0 / distance : std::numeric_limits<double>::max();
-    }
-
-    bool inverse_;
-    double near_;
-    double far_;
-};
-
-std::string rangeText(const DepthRange& range) {
-    return numberText(range.least) + " to " + numberText(range.most);
+void warnAboutColour(const Picture& map, const MapControls& controls, Messages& messages) {
+    if (controls.channelGiven || !isColour(map)) return;
+    messages.warn(map.name +
+                  " is a colour image; the mean of its colours is used as depth; name a channel "
+                  "with FILE:CHANNEL or --depth-map-channel");
 }
 
-void warnAboutDistances(const Picture& map, const DepthRange& range, Messages& messages) {
-    if (worldBits(map.type) != 32) return;
-    const bool outside = range.any() && (range.least < 0.0 || range.most > 1.0);
-    if (!outside && range.sky == 0) return;
-    messages.warn(map.name + " has depths outside 0 to 1 (" +
-                  (range.any() ? rangeText(range) : "only sky") +
-                  (range.any() && range.sky > 0 ? ", and sky" : "") +
-                  "); for distances, add --depth-auto, or --depth-near and --depth-far");
-}
-
-// A value for the sky means nothing in alpha: non-finite alphas become opaque.
-void repairAlpha(Picture& map) {
+// Whole numbers as the file stores them, such as millimetres.
+void restoreIntegers(Picture& map) {
+    const int bits = worldBits(map.type);
+    if (bits == 32) return;
+    const float top = bits == 8 ? 255.0F : 65535.0F;
     for (std::size_t i = 0; i < map.pixelCount(); ++i) {
-        if (!std::isfinite(map.pixel(i)[3])) map.pixel(i)[3] = 1.0F;
+        for (std::size_t c = 0; c < kColours; ++c) {
+            map.pixel(i)[c] = std::round(map.pixel(i)[c] * top);
+        }
     }
 }
 
-// Distances are the values before multiplication by alpha.
+// Distances are the values before multiplication by alpha. Where alpha is 0 nothing is, and the
+// effect would ignore the value that says so; a value that marks the sky means nothing in alpha.
 void makeStraight(Picture& map) {
-    for (std::size_t i = 0; map.associated && i < map.pixelCount(); ++i) {
+    for (std::size_t i = 0; map.hasAlpha && i < map.pixelCount(); ++i) {
         float* p = map.pixel(i);
-        for (std::size_t c = 0; p[3] != 0.0F && c < 3; ++c) p[c] /= p[3];
+        if (!std::isfinite(p[kAlphaPlace])) p[kAlphaPlace] = 1.0F;
+        const float divisor = map.associated ? p[kAlphaPlace] : 1.0F;
+        for (std::size_t c = 0; c < kColours; ++c) {
+            p[c] = p[kAlphaPlace] == 0.0F ? kNothing : p[c] / divisor;
+        }
+        if (p[kAlphaPlace] == 0.0F) p[kAlphaPlace] = 1.0F;
     }
     map.associated = false;
 }
 
-void requireRange(const std::string& text, const DepthMapping& mapping, const DepthRange& range) {
-    if (!mapping.automatic) return;
-    if (!range.any()) {
-        throw Failure(text + " shows only sky, no distances; use --depth-near and --depth-far");
+bool holdsValuesBeyondOne(const DepthSource& source) {
+    if (worldBits(source.picture.type) != 32) return false;
+    for (std::size_t i = 0; i < source.picture.pixelCount(); ++i) {
+        const double value = source.value(i);
+        if (value > 1.0 && !isNothing(value, DepthKind::kNormalised)) return true;
     }
-    if (mapping.inverse && range.least <= 0.0) {
-        throw Failure(text + " has distances down to " + numberText(range.least) +
-                      ", which have no 1/Z; use --depth-near and --depth-far");
+    return false;
+}
+
+DepthKind kindOf(const DepthSource& source, const DepthMapping& mapping) {
+    if (mapping.kind) return *mapping.kind;
+    if (source.controls.channel == MapChannel::kAlpha && !mapping.maps()) {
+        return DepthKind::kNormalised;
+    }
+    if (namesDisparity(source.picture.greyName) ||
+        namesDisparity(parseSourceName(source.picture.name).layer)) {
+        return DepthKind::kDisparity;
+    }
+    if (mapping.maps() || holdsValuesBeyondOne(source)) return DepthKind::kDistance;
+    return DepthKind::kNormalised;
+}
+
+// Alpha lies between 0 and 1 in every file.
+void requireSuitableChannel(const DepthSource& source) {
+    if (source.controls.channel != MapChannel::kAlpha) return;
+    if (source.kind == DepthKind::kNormalised) return;
+    throw UsageError(
+        "--depth-map-channel alpha is taken as it is, as a normalised map; leave out "
+        "the options for distances");
+}
+
+void markNothing(DepthSource& source) {
+    Picture& map = source.picture;
+    for (std::size_t i = 0; i < map.pixelCount(); ++i) {
+        source.range.add(source.value(i), source.kind);
+        for (std::size_t c = 0; c < kColours; ++c) {
+            float& value = map.pixel(i)[c];
+            if (isNothing(static_cast<double>(value), source.kind)) value = kNothing;
+        }
+    }
+}
+
+void requireSome(const DepthSource& source, const DepthMapping& mapping) {
+    const bool needsRange = source.kind != DepthKind::kNormalised && !mapping.near;
+    if (!needsRange || mapping.curve || source.range.any()) return;
+    throw Failure(source.picture.name + " holds no " + depthKindName(source.kind) +
+                  ", only values that mean nothing is there; use another map or --depth-kind");
+}
+
+std::string rangeText(const DepthRange& range) {
+    if (!range.any()) return "nothing there";
+    return numberText(range.least) + " to " + numberText(range.most);
+}
+
+void warnAboutValues(const DepthSource& source, const DepthMapping& mapping, Messages& messages) {
+    const DepthRange& range = source.range;
+    if (!range.any()) return;
+    if (source.kind == DepthKind::kNormalised) {
+        if (range.least >= 0.0 && range.most <= 1.0) return;
+        messages.warn(source.picture.name +
+                      " has values outside 0 to 1, which are clamped; for distances, add "
+                      "--depth-kind distance");
+    } else if (mapping.near && mapping.far) {
+        const bool above = range.least >= std::max(*mapping.near, *mapping.far);
+        const bool below = range.most <= std::min(*mapping.near, *mapping.far);
+        if (!above && !below) return;
+        messages.warn(source.picture.name +
+                      " has no values between --depth-near and --depth-far, so all of it is at one "
+                      "depth");
     }
 }
 
 }  // namespace
 
-DepthRange depthRange(const Picture& map) {
-    DepthRange range;
-    const std::size_t colours = map.grey ? 1 : 3;
+double DepthSource::value(std::size_t pixel) const {
+    const float* p = picture.pixel(pixel);
+    if (controls.channel != MapChannel::kAverage) {
+        return static_cast<double>(p[static_cast<std::size_t>(controls.channel) - 1]);
+    }
+    if (picture.grey) return static_cast<double>(p[0]);
+    return static_cast<double>((p[0] + p[1] + p[2]) / 3.0F);
+}
+
+DepthSource readDepth(const std::string& text, const DepthMapping& mapping,
+                      const MapControls& controls, Messages& messages) {
+    DepthSource source;
+    source.controls = controls;
+    source.picture = readPicture(depthText(text, controls.channel), Extent::kDisplay, kNothing);
+    if (controls.channel != MapChannel::kAlpha) makeStraight(source.picture);
+    warnAboutColour(source.picture, controls, messages);
+    source.kind = kindOf(source, mapping);
+    requireConsistent(mapping, source.kind);
+    requireSuitableChannel(source);
+    if (mapping.kind && *mapping.kind != DepthKind::kNormalised) restoreIntegers(source.picture);
+    markNothing(source);
+    requireSome(source, mapping);
+    return source;
+}
+
+void tellDepth(const DepthSource& source, const DepthMapping& mapping, Messages& messages) {
+    std::string text =
+        source.picture.name + ": " + depthKindName(source.kind) + ", " + rangeText(source.range);
+    if (source.kind == DepthKind::kDistance && !mapping.maps()) text += " (linear in 1/distance)";
+    if (source.range.nothing > 0) {
+        text += ", " + counted(source.range.nothing, "pixel") + " without depth count as far";
+    }
+    messages.note(text);
+    warnAboutValues(source, mapping, messages);
+}
+
+std::shared_ptr<headless::World> makeDepthWorld(DepthSource source, const DepthCurve& curve) {
+    Picture& map = source.picture;
+    const bool alpha = source.controls.channel == MapChannel::kAlpha;
+    const std::size_t first = alpha ? kAlphaPlace : 0;
+    const std::size_t end = alpha ? kChannels : kColours;
     for (std::size_t i = 0; i < map.pixelCount(); ++i) {
-        for (std::size_t c = 0; c < colours; ++c) {
-            const float value = map.pixel(i)[c];
-            if (isSky(value)) {
-                ++range.sky;
-                continue;
-            }
-            range.least = std::min(range.least, static_cast<double>(value));
-            range.most = std::max(range.most, static_cast<double>(value));
+        for (std::size_t c = first; c < end; ++c) {
+            map.pixel(i)[c] = curve(static_cast<double>(map.pixel(i)[c]));
         }
     }
-    return range;
-}
-
-void applyMapping(Picture& map, const DepthMapping& mapping, const DepthRange& range) {
-    if (!mapping.maps()) {
-        forEachColour(map, [](float& value) { value = isSky(value) ? 0.0F : value; });
-        return;
-    }
-    const Curve curve(mapping.near.value_or(range.least), mapping.far.value_or(range.most),
-                      mapping.inverse);
-    forEachColour(map, [&](float& value) {
-        value = isSky(value) ? 0.0F : curve(static_cast<double>(value));
-    });
-    map.type = SampleType::kFloat;
-}
-
-DepthMap readDepthMap(const std::string& text, const DepthMapping& mapping, Messages& messages) {
-    constexpr float kNothingThere = std::numeric_limits<float>::infinity();
-    Picture map = readPicture(text, Extent::kDisplay, kNothingThere);
-    repairAlpha(map);
-    makeStraight(map);
-    DepthMap depth;
-    depth.range = depthRange(map);
-    requireRange(text, mapping, depth.range);
-    if (!mapping.maps()) warnAboutDistances(map, depth.range, messages);
-    applyMapping(map, mapping, depth.range);
-    depth.world = makeWorld(map, worldBits(map.type));
-    return depth;
+    if (source.kind != DepthKind::kNormalised) map.type = SampleType::kFloat;
+    return makeWorld(map, worldBits(map.type));
 }
 
 }  // namespace pictures

@@ -1,57 +1,56 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
-// Reads depth maps: pictures with values 0..1, as the effect expects, or scene distances, as
-// renderers write them.
+// Reads depth maps: pictures with values 0..1, as the effect expects, or distances or disparities,
+// as renderers, cameras and stereo programs write them.
 
 #include <cstddef>
-#include <limits>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "headless/World.h"
 #include "pictures/Messages.h"
 #include "pictures/Picture.h"
+#include "pictures/depth/DepthMapping.h"
 
 namespace pictures {
 
-// How the values of a map are mapped to 0..1.
-struct DepthMapping {
-    std::optional<double> near{};  // the distance mapped to 1
-    std::optional<double> far{};   // the distance mapped to 0; may be infinite with `inverse`
-    bool automatic = false;        // near and far are the range of the map's distances without sky
-    bool inverse = false;          // linear in 1/Z instead of Z
+// The control "Channel" of the effect's depth map, in the order of its choices.
+enum class MapChannel { kRed = 1, kGreen = 2, kBlue = 3, kAlpha = 4, kAverage = 5 };
 
-    bool maps() const { return automatic || near.has_value(); }
+// The effect's controls on which the meaning of a map depends.
+struct MapControls {
+    MapChannel channel = MapChannel::kAverage;
+    bool channelGiven = false;  // the user chose it; otherwise a colour picture warns
+    bool inverted = false;      // "Invert Depth Map"
 };
 
-// Absolute values from here on, infinities and NaN mean "nothing there": the sky.
-inline constexpr float kSkyDistance = 1e9F;
+// A map as its file holds it. Colours are straight and in the file's unit, or whole numbers as
+// stored if the user says that an integer file holds distances or disparities. They are kNothing
+// where nothing is: values as in isNothing(), pixels outside the data window, transparent pixels.
+struct DepthSource {
+    Picture picture;
+    DepthKind kind = DepthKind::kNormalised;
+    DepthRange range;  // of the channel that the effect reads
+    MapControls controls;
 
-// The range of a map's values, the sky excluded.
-struct DepthRange {
-    double least = std::numeric_limits<double>::infinity();
-    double most = -std::numeric_limits<double>::infinity();
-    std::size_t sky = 0;  // number of values that mean the sky
-
-    bool any() const { return least <= most; }
+    // The value of a pixel that the effect reads.
+    double value(std::size_t pixel) const;
 };
 
-DepthRange depthRange(const Picture& map);
+// Reads FILE, FILE:LAYER or FILE:CHANNEL. Of several channels the one that holds depth is taken,
+// see findDepthChannel(), unless the effect reads alpha. A single channel becomes grey. The kind is
+// that of the mapping or of the channel's name; otherwise it is distance if the mapping asks for it
+// or if a float file has values beyond 1. Warns about a colour picture. Throws what readPicture
+// throws, UsageError if the mapping doesn't suit the kind, and Failure if the range is needed but
+// there is no distance or disparity at all.
+DepthSource readDepth(const std::string& text, const DepthMapping& mapping,
+                      const MapControls& controls, Messages& messages);
 
-// Maps the colours of `map` to 0..1: near is 1, far and the sky are 0. Without a mapping only the
-// sky is replaced. `range` is that of the map.
-void applyMapping(Picture& map, const DepthMapping& mapping, const DepthRange& range);
+// Notes the kind of the map, its range and the number of pixels where nothing is, and warns about
+// values that the mapping can't tell apart.
+void tellDepth(const DepthSource& source, const DepthMapping& mapping, Messages& messages);
 
-// A map ready for the effect.
-struct DepthMap {
-    std::shared_ptr<headless::World> world;  // in the file's bits; float where values were mapped
-    DepthRange range;                        // before the mapping
-};
-
-// Reads FILE, FILE:LAYER or FILE:CHANNEL. A single channel becomes grey. Warns if a float map has
-// values outside 0..1 and no mapping is given. Throws what readPicture throws, and Failure if the
-// automatic range finds only sky, or with `inverse` distances that aren't above 0.
-DepthMap readDepthMap(const std::string& text, const DepthMapping& mapping, Messages& messages);
+// The map for the effect: in the file's bits if it is normalised, otherwise float.
+std::shared_ptr<headless::World> makeDepthWorld(DepthSource source, const DepthCurve& curve);
 
 }  // namespace pictures
