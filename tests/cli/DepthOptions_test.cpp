@@ -110,7 +110,7 @@ TEST_F(DepthOptions, TheFocusedDistanceIsSharpInEveryKindOfMap) {
         for (std::size_t third = 0; third < 3; ++third) {
             const bool pointed = third == 1;
             const std::string place = pointed ? "48,18" : focus[third];
-            SCOPED_TRACE(map + " " + place);
+            SCOPED_TRACE(testing::Message() << map << " " << place);
             std::vector<std::string> all = options;
             all.insert(all.end(),
                        {"--resolution", "12", pointed ? "--focus-at" : "--focus", place});

@@ -14,7 +14,6 @@
 namespace pictures {
 namespace {
 
-using OIIO::TypeDesc;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::FloatEq;
