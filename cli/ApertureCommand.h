@@ -8,7 +8,7 @@
 
 namespace cli {
 
-// `orbel aperture`: draws a picture for --custom-blur-shape.
+// `orbel aperture`: draws an image for --custom-blur-shape.
 class ApertureCommand : public Command {
 public:
     ApertureCommand(CLI::App& parent, const Invocation& invocation);

@@ -57,7 +57,7 @@ int failureCode(const Invocation& invocation) {
 
 // What the help of the tool and of most commands ends with.
 std::string helpFooter(const Controls& controls) {
-    const std::string codes =
+    std::string codes =
         "orbel help COMMAND describes a command; -- ends the options\n"
         "Exit codes: 0 done, 1 failed, 2 wrong usage, 130 interrupted; of compare: 0 equal, "
         "1 different, 2 could not compare";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
-// Pictures of apertures: what a lens makes of a point of light out of focus. They are computed with
+// Images of apertures: what a lens makes of a point of light out of focus. They are computed with
 // operations that IEEE 754 defines to the last bit, and have the same values on every platform.
 
 #include <atomic>
@@ -40,7 +40,7 @@ Values defaultsOf(const Kind& kind);
 inline constexpr int kLeastSize = 16;  // pixels a side
 inline constexpr int kLargestSize = 4096;
 
-// A square picture, row by row: the share of light that passes each pixel, averaged over its area,
+// A square image, row by row: the share of light that passes each pixel, averaged over its area,
 // from 0 to 1. An aperture of radius 1 touches the sides. `values` has a number for every option of
 // the kind, in its range; `size` is from kLeastSize to kLargestSize. When `cancel` becomes true,
 // the rest stays undrawn.

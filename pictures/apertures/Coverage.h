@@ -15,7 +15,7 @@ struct Point {
 // A closed polygon, clockwise as it is seen.
 using Outline = std::vector<Point>;
 
-// A square picture to which outlines are added, each pixel by the area that is covered of it.
+// A square image to which outlines are added, each pixel by the area that is covered of it.
 class Coverage {
 public:
     // When `cancel` becomes true, nothing more is added.
@@ -25,7 +25,7 @@ public:
     // The number of corners that make a polygon a circle of this radius: the sides are off by at
     // most 1/4096 pixel. A multiple of 4.
     int cornersOfCircle(double radius) const;
-    // Adds `weight` times the covered share of each pixel. What lies outside the picture is moved
+    // Adds `weight` times the covered share of each pixel. What lies outside the image is moved
     // to its sides.
     void add(const Outline& outline, double weight);
     // The sums, clamped to 0..1, in multiples of 2^-24.
