@@ -19,17 +19,17 @@ protected:
     ToolRun render(const std::string& input, const std::string& output,
                    std::vector<std::string> options) const {
         options.insert(options.begin(), {"render", path(input), "-o", path(output)});
-        const ToolRun run = runTool(options);
+        ToolRun run = runTool(options);
         EXPECT_EQ(run.exitCode, 0) << run.err;
         return run;
     }
     // A black float image with one point of light at (x, y) of its data window.
-    void writePoint(const std::string& name, OIIO::ImageSpec made, int x, int y) const {
+    void writePoint(const std::string& name, const OIIO::ImageSpec& made, int x, int y) const {
         const auto channels = static_cast<std::size_t>(made.nchannels);
         std::vector<float> values(made.image_pixels() * channels, 0.0F);
         const auto at = static_cast<std::size_t>(y * made.width + x) * channels;
         for (std::size_t c = 0; c < channels; ++c) values[at + c] = 8.0F;
-        writeValues(path(name), std::move(made), values);
+        writeValues(path(name), made, values);
     }
     // The image as light, and its header.
     std::vector<float> read(const std::string& name, OIIO::ImageSpec& found) const {
@@ -188,8 +188,10 @@ TEST_F(RenderPictures, StandardStreamsCarryImages) {
     const std::string tool = std::string(ORBEL_TOOL) + " render - -o - --blur-radius 0 ";
     for (const char* format : {"exr", "png", "ppm"}) {
         const std::string out = path(std::string("out.") + format);
-        const std::string command = tool + "--output-format " + format + " <" + path("in.exr") +
-                                    " >" + out + " 2>/dev/null";
+        std::string command = tool;
+        command.append("--output-format ").append(format);
+        command.append(" <").append(path("in.exr")).append(" >").append(out);
+        command.append(" 2>/dev/null");
         ASSERT_EQ(std::system(command.c_str()), 0) << format;
         OIIO::ImageSpec found;
         const auto pixels = readValues<float>(out, &found);
