@@ -10,6 +10,7 @@
 #include "cli/ExposureCheck.h"
 #include "cli/Numbers.h"
 #include "cli/OutsideNotes.h"
+#include "cli/OverscanLayer.h"
 #include "cli/PixelAspect.h"
 #include "cli/Progress.h"
 #include "cli/RenderFiles.h"
@@ -314,6 +315,7 @@ int RenderCommand::run() {
     if (plan.extent.region && !keepOverscan_) {
         noteCutRegion(*plan.extent.region, display.width(), display.height(), messages);
     }
+    moveToLayer(effect.parameters(), source.picture());
     const pictures::ColourPlan colours = pictures::planColours(
         source.picture().colour, source.picture().name,
         pictures::colourTarget(output.path(), source.picture(), plan.outputType),

@@ -83,6 +83,33 @@ TEST_F(RenderPictures, OverscanIsASourceOfLightAndIsKept) {
     EXPECT_EQ(found.width, 20);
 }
 
+// The map has the display window's size. Its left half is in focus, and so is the pixel asked for.
+TEST_F(RenderPictures, MapsAndPointsCountInTheDisplayWindow) {
+    auto made = imageSpec(60, 20, {"R", "G", "B"}, TypeDesc::FLOAT);
+    made.x = -30;
+    made.full_width = 30;
+    made.full_height = 20;
+    std::vector<float> light;
+    for (int i = 0; i < 60 * 20 * 3; ++i) light.push_back(static_cast<float>(i / 3 % 2));
+    writeValues(path("wide.exr"), made, light);
+    std::vector<float> depth(30 * 20, 0.0F);
+    for (std::size_t i = 0; i < depth.size(); ++i) depth[i] = i % 30 < 15 ? 1.0F : 0.0F;
+    writeValues(path("map.tif"), imageSpec(30, 20, {"Y"}, TypeDesc::FLOAT), depth);
+    render("wide.exr", "out.exr",
+           {"--blur-radius", "8", "--depth-map-layer", path("map.tif"), "--use-focus-point", "on",
+            "--focus-point-0", "4,10", "--focus-point-1", "4,10", "--composite-mode", "split"});
+    OIIO::ImageSpec found;
+    const auto pixels = read("out.exr", found);
+    const auto contrast = [&](int x) {  // x in the display window
+        const auto at = [&](int column) {
+            return pixels[static_cast<std::size_t>(10 * 60 + column + 30) * 3];
+        };
+        return std::fabs(at(x) - at(x + 1));
+    };
+    EXPECT_GT(contrast(3), 0.9F);
+    EXPECT_LT(contrast(25), 0.2F);
+}
+
 TEST_F(RenderPictures, ADataWindowApartFromTheDisplayGivesBlack) {
     auto made = imageSpec(8, 8, {"R", "G", "B"}, TypeDesc::HALF);
     made.x = 200;
