@@ -43,13 +43,15 @@ bool inRange(const headless::ParameterSet& parameters, double deform) {
 
 PF_RationalScale applyPixelAspect(headless::ParameterSet& parameters, double aspect,
                                   const std::string& image, pictures::Messages& messages) {
-    // A circle is the same at any angle.
-    if (value(parameters, "Roundness") == 1.0 && value(parameters, "Deform") == 0.0) {
-        parameters.set(parameters.find("Rotation"), 0.0);
-    }
     const double whole = std::max(1.0, std::round(aspect));
     const PF_RationalScale ratio{static_cast<A_long>(whole), 1};
     if (std::fabs(aspect / whole - 1.0) <= kTolerance) return ratio;
+
+    // A circle is the same at any angle.
+    const bool shape = parameters.layer(parameters.find("Custom Blur Shape")) != nullptr;
+    if (!shape && value(parameters, "Roundness") == 1.0 && value(parameters, "Deform") == 0.0) {
+        parameters.set(parameters.find("Rotation"), 0.0);
+    }
 
     const bool wide = aspect > 1.0;
     const double squeeze = wide ? 1.0 - 1.0 / aspect : 1.0 - aspect;

@@ -27,6 +27,10 @@ bool isAssociated(const OIIO::ImageSpec& imageSpec, const std::string& format, A
            kStraightFormats.end();
 }
 
+bool pixelsDecide(const Picture& picture) {
+    return picture.associated && !picture.alphaGiven && worldBits(picture.type) != 32;
+}
+
 bool contradictsAssociation(std::span<const float> rgba, SampleType type) {
     const float step = type == SampleType::kUInt8 ? 1.0F / 255.0F : 1.0F / 65535.0F;
     for (std::size_t i = 0; i + 3 < rgba.size(); i += kChannels) {

@@ -23,6 +23,10 @@ enum class AlphaRule {
 // otherwise by its format. `format` is the image library's name.
 bool isAssociated(const OIIO::ImageSpec& imageSpec, const std::string& format, AlphaRule rule);
 
+// Whether the pixels decide if the picture is associated: integer colours that are said to be, but
+// not by the user.
+bool pixelsDecide(const Picture& picture);
+
 // Whether a colour exceeds its alpha by more than a rounding step of `type`: then integer colours
 // up to 1 can't have been multiplied by alpha.
 bool contradictsAssociation(std::span<const float> rgba, SampleType type);

@@ -98,11 +98,6 @@ AtomicFile::~AtomicFile() {
     if (!beside_.empty()) fs::remove(beside_, ignored);
 }
 
-void AtomicFile::write(std::span<const unsigned char> bytes) {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) fail(target_, errno);
-    flush();
-}
-
 void AtomicFile::flush() {
     const bool failed = std::ferror(file_) != 0;
     if (std::fflush(file_) != 0 || !syncToDisk(file_)) fail(target_, errno);

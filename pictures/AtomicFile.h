@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
-#include <span>
 
 namespace pictures {
 
@@ -24,12 +23,10 @@ public:
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
 
-    // Writes all bytes and flushes them to the disk. Throws Failure, for example when the disk is
-    // full.
-    void write(std::span<const unsigned char> bytes);
     // For an encoder that writes to a stream. Not owned.
     std::FILE* stream() { return file_; }
-    // Flushes what was written to the stream to the disk. Throws Failure if any write failed.
+    // Flushes what was written to the stream to the disk. Throws Failure if any write failed, for
+    // example because the disk is full.
     void flush();
     // For an encoder that needs a file name: closes the temporary file and returns its path. The
     // caller makes sure that it is complete.

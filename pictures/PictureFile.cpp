@@ -9,6 +9,7 @@
 #include "pictures/FileEnds.h"
 #include "pictures/Interrupt.h"
 #include "pictures/LibraryOutput.h"
+#include "pictures/Strips.h"
 #include "pictures/Text.h"
 
 namespace fs = std::filesystem;
@@ -18,10 +19,6 @@ namespace {
 
 // The effect uses 16.16 numbers for positions in a layer.
 constexpr int kLargestSide = 32767;
-// Pixels of a strip: small compared with a large picture, large compared with a call.
-constexpr int kStripPixels = 1 << 20;
-// Compressed files hold blocks of up to 256 rows; threads decode several at a time.
-constexpr int kLeastStripRows = 64;
 
 bool isFile(const fs::path& path) {
     std::error_code ignored;
@@ -117,9 +114,9 @@ SampleType widestType(const OIIO::ImageSpec& imageSpec, const ChannelChoice& cho
     return widest;
 }
 
-// As many whole rows of tiles, or rows, as make a strip.
-int stripRows(const OIIO::ImageSpec& imageSpec) {
-    const int rows = std::max(kLeastStripRows, kStripPixels / std::max(1, imageSpec.width));
+// The rows of a strip, in whole tiles if there are any.
+int stripRowsOf(const OIIO::ImageSpec& imageSpec) {
+    const int rows = stripRows(imageSpec.width);
     if (imageSpec.tile_height == 0) return rows;
     return (rows + imageSpec.tile_height - 1) / imageSpec.tile_height * imageSpec.tile_height;
 }
@@ -162,9 +159,6 @@ PictureFile::PictureFile(const std::string& text, AlphaRule rule, const std::str
     requireUsable();
     requireWholeFile(file_, input_->format_name());
 }
-
-PictureFile::~PictureFile() = default;
-PictureFile::PictureFile(PictureFile&&) noexcept = default;
 
 void PictureFile::describe(const OIIO::ImageSpec& imageSpec, bool hasWindows, AlphaRule rule) {
     picture_.imageSpec = imageSpec;
@@ -282,7 +276,7 @@ void PictureFile::read(const Window& window, const Take& take,
     const Window wanted = intersection(all, orientation_.toStored(window));
     if (wanted.empty()) return;
 
-    const int rows = stripRows(imageSpec);
+    const int rows = stripRowsOf(imageSpec);
     const auto channels = static_cast<std::size_t>(endOfChannels_ - firstChannel_);
     std::vector<float> values;
     for (int top = (wanted.top - all.top) / rows * rows; top < wanted.bottom - all.top;

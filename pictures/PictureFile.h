@@ -39,9 +39,6 @@ public:
     // file is missing, unreadable, no image, deep, empty or too large.
     explicit PictureFile(const std::string& text, AlphaRule rule = AlphaRule::kByFile,
                          const std::string& name = {});
-    ~PictureFile();
-    PictureFile(PictureFile&&) noexcept;
-    PictureFile& operator=(PictureFile&&) = delete;
 
     // The picture without pixels; its window is empty.
     const Picture& picture() const { return picture_; }

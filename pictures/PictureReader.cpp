@@ -29,10 +29,6 @@ void placeStrip(Picture& picture, const Window& strip, std::span<const float> rg
     }
 }
 
-bool isInteger(SampleType type) {
-    return type == SampleType::kUInt8 || type == SampleType::kUInt16;
-}
-
 }  // namespace
 
 Picture readPicture(const std::string& text, Extent extent, float uncovered, AlphaRule rule) {
@@ -44,7 +40,7 @@ Picture readPicture(const std::string& text, Extent extent, float uncovered, Alp
     file.read(picture.window, [&](const Window& strip, std::span<float> rgba) {
         placeStrip(picture, strip, rgba);
     });
-    if (picture.associated && !picture.alphaGiven && isInteger(picture.type)) {
+    if (pixelsDecide(picture)) {
         picture.associated = !contradictsAssociation(picture.pixels, picture.type);
     }
     return picture;

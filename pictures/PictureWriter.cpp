@@ -11,16 +11,12 @@
 #include "pictures/Errors.h"
 #include "pictures/Interrupt.h"
 #include "pictures/PictureFormats.h"
+#include "pictures/Strips.h"
 #include "pictures/Text.h"
 #include "pictures/WorldPixels.h"
 
 namespace pictures {
 namespace {
-
-// Pixels of a strip: small compared with a large picture, large compared with a call.
-constexpr int kStripPixels = 1 << 20;
-// Compressed files hold blocks of up to 256 rows; threads encode several at a time.
-constexpr int kLeastStripRows = 64;
 
 // The channels and the type of the file to write.
 struct Plan {
@@ -220,7 +216,7 @@ using MakeRows = std::function<std::span<const float>(int top, int bottom)>;
 void encode(OIIO::ImageOutput& encoder, const std::filesystem::path& name,
             const OIIO::ImageSpec& imageSpec, const MakeRows& makeRows,
             const std::filesystem::path& path) {
-    const int rows = std::max(kLeastStripRows, kStripPixels / std::max(1, imageSpec.width));
+    const int rows = stripRows(imageSpec.width);
     if (!encoder.open(name.string(), imageSpec)) fail(path, encoder.geterror());
     for (int top = 0; top < imageSpec.height; top += rows) {
         throwIfInterrupted();

@@ -22,11 +22,6 @@ SourceImage::SourceImage(const std::string& text, AlphaRule rule, const std::str
                                                headless::WorldOptions{.rowPadding = kRowPadding});
 }
 
-// Whether the pixels decide if integer colours are associated.
-bool SourceImage::mustBeChecked() const {
-    return picture_.associated && !picture_.alphaGiven && worldBits(picture_.type) != 32;
-}
-
 // Makes pixels as the file holds them straight and finite.
 void SourceImage::prepare(std::span<float> rgba, const Convert& convert) {
     findings_.repairs += repairPixels(rgba, picture_.associated);
@@ -71,7 +66,7 @@ SourceFindings SourceImage::load(const Window& window, const Convert& convert,
     findings_ = {};
     const Window part = intersection(window, picture_.window);
     coverWithBlack(part);
-    const bool check = mustBeChecked();
+    const bool check = pixelsDecide(picture_);
     const auto take = [&](const Window& strip, std::span<float> rgba) {
         if (!check) {
             prepare(rgba, convert);

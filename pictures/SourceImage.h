@@ -44,7 +44,6 @@ public:
     void release() { world_.reset(); }
 
 private:
-    bool mustBeChecked() const;
     void prepare(std::span<float> rgba, const Convert& convert);
     void prepareAgain(const Window& part, const Convert& convert);
     void coverWithBlack(const Window& part);
