@@ -105,8 +105,8 @@ int runParts(BenchFrame& frame, PF_PixelFormat format, Parts& parts) {
         timed(parts.depth, [&] { return stages.analyse(rect, map); });
         timed(parts.store, [&] { return stages.store(rect, map); });
         timed(parts.forward, [&] { return stages.forward(); });
-        timed(parts.multiply, [&] { return stages.multiply(rect); });
-        timed(parts.inverse, [&] { return stages.inverse(); });
+        timed(parts.multiply, [&] { return stages.multiply(); });
+        timed(parts.inverse, [&] { return stages.inverse(tile, rect); });
         timed(parts.unpack, [&] { return stages.unpack(tile, rect); });
     }
     return geometry.count();

@@ -15,7 +15,7 @@
 
 #include "BenchFrame.h"
 #include "pipeline/KernelBuild.h"
-#include "pipeline/Multiply.h"
+#include "pipeline/MultiplyReal.h"
 #include "pipeline/StoreBuffer.h"
 #include "pipeline/UnpackBuffer.h"
 
@@ -42,13 +42,13 @@ struct BenchBlock {
     }
 
     template <class Pixel>
-    auto storing() {
+    StoreBuffer<Pixel, N> storing() {
         return StoreBuffer<Pixel, N>(frame.fixture.info, *frame.input.layer(), depth, edge, rect,
                                      block);
     }
 
     template <class Stage>
-    void run(benchmark::State& state, Stage stage) {
+    void run(benchmark::State& state, Stage&& stage) {
         for (auto _ : state) {
             AEO::Iterator::IterationT(frame.fixture.context, stage, kArea);
             benchmark::ClobberMemory();
@@ -85,7 +85,8 @@ void unpack(benchmark::State& state, PF_PixelFormat format) {
 template <std::size_t N, int K>
 void multiply(benchmark::State& state) {
     BenchBlock<N> bench(PF_PixelFormat_ARGB128);
-    bench.run(state, Multiply<N, K>(bench.rect, bench.filter, bench.block));
+    constexpr LaneGroups kAll = (LaneGroups{1} << BlockLayout<N>::kGroups) - 1;
+    bench.run(state, MultiplyReal<N, K>(bench.filter, bench.block, kAll));
 }
 
 template <std::size_t N>

@@ -74,6 +74,9 @@ else()
     orbel_try_flag(orbel_plugin_flags -ffp-contract=off)
     # Nothing reads errno after a mathematical function; without it sqrt and floor are inline.
     orbel_try_flag(orbel_plugin_flags -fno-math-errno)
+    # Nothing reads the exception flags of the processor either; with them, g++ doesn't turn a choice
+    # between two computed values into a selection, and leaves such loops scalar.
+    orbel_try_flag(orbel_plugin_flags -fno-trapping-math)
     orbel_try_flag(orbel_plugin_flags -fvisibility=hidden)
     orbel_try_flag(orbel_plugin_flags -fvisibility-inlines-hidden)
 endif()

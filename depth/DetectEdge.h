@@ -18,12 +18,10 @@ public:
     // Keeps its arguments by reference; both vectors have one entry for each pixel of `rect`.
     DetectEdge(const AEO::Vector<Gradient>& gradient, const iRect& rect, AEO::Vector<float>& edge);
 
-    // Fills edge[index]. Always returns 0.
+    // Fills the edges of the run that begins with pixel `index`, if one does. Always returns 0.
     int iterate(int thread, int index, int count);
 
 private:
-    float lane(std::size_t pixel, std::size_t axis) const;
-
     const AEO::Vector<Gradient>& gradient_;
     const iRect& rect_;
     AEO::Vector<float>& edge_;

@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "depth/MapPlacement.h"
-
 namespace {
 
 // The sample's value by the map's `Channel`, alpha for an unknown one.
@@ -33,18 +31,21 @@ ExtractDepth::ExtractDepth(const RenderInfo& info, const AEO::EffectWorld& map, 
       rect_(rect),
       depth_(depth),
       halfWidth(areaHalfWidth),
-      halfHeight(areaHalfHeight) {}
+      halfHeight(areaHalfHeight),
+      mapping_(info, map.world),
+      box_(map.boxParams(areaHalfWidth, areaHalfHeight)) {}
 
 // The map is placed relative to the frame, so the output's origin matters and the input's doesn't.
 // Outside the map its border is repeated.
 int ExtractDepth::iterate(int, int index, int) {
-    const std::int32_t row = index / rect_.width();
-    const std::int32_t col = index % rect_.width();
+    const auto width = static_cast<std::uint32_t>(rect_.width());
+    const auto row = static_cast<std::int32_t>(static_cast<std::uint32_t>(index) / width);
+    const auto col = static_cast<std::int32_t>(static_cast<std::uint32_t>(index) % width);
     const std::int32_t x = col + rect_.left + info_.output->origin_x;
     const std::int32_t y = row + rect_.top + info_.output->origin_y;
-    const AEO::PointValue p = map_placement::clamped(
-        map_.world, map_placement::position(info_, map_.world, x, y), halfWidth, halfHeight);
-    const AEO::Pixel::f32 pixel = map_.area_sample(p.x, p.y, halfWidth, halfHeight);
-    depth_[static_cast<std::size_t>(index)] = channelValue(pixel, info_.depthChannel);
+    const AEO::PointValue p =
+        map_placement::clamped(map_.world, mapping_.position(x, y), halfWidth, halfHeight);
+    depth_[static_cast<std::size_t>(index)] =
+        channelValue(map_.area_sample(p.x, p.y, box_), info_.depthChannel);
     return map_._err;
 }

@@ -2,6 +2,7 @@
 #pragma once
 // Brings the depth map into the geometry of a block.
 
+#include "depth/MapPlacement.h"
 #include "effect/RenderInfo.h"
 #include "host/EffectWorld.h"
 #include "host/Vector.h"
@@ -28,4 +29,6 @@ private:
     AEO::Vector<float>& depth_;
     double halfWidth;
     double halfHeight;
+    const map_placement::Mapping mapping_;
+    const PF_SampPB box_;
 };

@@ -18,7 +18,7 @@ inline AEO::PointValue mapPosition(const RenderInfo& info, const PF_LayerDef& ma
                                    double y) {
     const bool known = info.placement == kPlacementCenter || info.placement == kPlacementStretch;
     const AEO::PointValue q =
-        known ? map_placement::position(info, map, x, y) : AEO::PointValue{0.0, 0.0};
+        known ? map_placement::Mapping(info, map).position(x, y) : AEO::PointValue{0.0, 0.0};
     return map_placement::clamped(map, q, 1.0, 1.0);
 }
 

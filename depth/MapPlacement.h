@@ -9,19 +9,29 @@
 
 namespace map_placement {
 
-// The position in the map of point (x, y) of the frame: the map is stretched over the frame, or
-// centred at its own size.
-inline AEO::PointValue position(const RenderInfo& info, const PF_LayerDef& map, double x,
-                                double y) {
-    const double fw = info.frameRect.right - info.frameRect.left;
-    const double fh = info.frameRect.bottom - info.frameRect.top;
-    const double mw = map.width;
-    const double mh = map.height;
-    if (info.placement == kPlacementStretch) {
-        return {mw * 0.5 + (mw / fw) * (x - fw * 0.5), mh * 0.5 + (mh / fh) * (y - fh * 0.5)};
+// From points of the frame to positions in the map: the map is stretched over the frame, or centred
+// at its own size.
+class Mapping {
+public:
+    Mapping(const RenderInfo& info, const PF_LayerDef& map)
+        : halfFrame_{(info.frameRect.right - info.frameRect.left) * 0.5,
+                     (info.frameRect.bottom - info.frameRect.top) * 0.5},
+          halfMap_{map.width * 0.5, map.height * 0.5} {
+        if (info.placement == kPlacementStretch) {
+            scale_ = {halfMap_.x / halfFrame_.x, halfMap_.y / halfFrame_.y};
+        }
     }
-    return {(x - fw * 0.5) + mw * 0.5, (y - fh * 0.5) + mh * 0.5};
-}
+
+    AEO::PointValue position(double x, double y) const {
+        return {halfMap_.x + scale_.x * (x - halfFrame_.x),
+                halfMap_.y + scale_.y * (y - halfFrame_.y)};
+    }
+
+private:
+    AEO::PointValue halfFrame_;
+    AEO::PointValue halfMap_;
+    AEO::PointValue scale_{1.0, 1.0};
+};
 
 // The position clamped into the map, at least (marginX, marginY) from its right and lower edge. NaN
 // becomes 0.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
-// The four neighbours of a block's pixel.
+// The neighbours of a block's pixels.
 
 #include <algorithm>
 #include <cstddef>
@@ -8,25 +8,50 @@
 
 #include "pipeline/BlockLayout.h"
 
-// Rows and columns of pixel `index` of a block and of its neighbours, counted from the block's
-// corner. A neighbour beyond the block is replaced by the pixel on the block's border.
-struct Neighbours {
-    Neighbours(const iRect& rect, std::uint32_t index)
-        : width(static_cast<std::uint32_t>(rect.width())), row(index / width), col(index % width) {
-        left = col > 0 ? col - 1 : 0;
-        right = std::min(col + 1, width - 1);
-        upper = row > 0 ? row - 1 : 0;
-        lower = std::min(row + 1, static_cast<std::uint32_t>(rect.height()) - 1);
+// Pixels first to last - 1 of a row of a block, and the rows above and below it. Beyond the block,
+// the pixel on its border takes a neighbour's place.
+struct RowRun {
+    std::size_t width;  // of the block
+    std::size_t row;
+    std::size_t first;
+    std::size_t last;
+    std::size_t upper;
+    std::size_t lower;
+
+    // Calls `work(x, left, right)` for the columns of the run and their neighbours; all but those
+    // at the block's border in a loop without a choice.
+    template <class Work>
+    void forColumns(Work&& work) const {
+        std::size_t x = first;
+        if (x == 0) {
+            work(x, x, std::min<std::size_t>(1, width - 1));
+            ++x;
+        }
+        for (const std::size_t inner = std::min(last, width - 1); x < inner; ++x) {
+            work(x, x - 1, x + 1);
+        }
+        if (x < last) work(x, x - 1, x);
     }
-
-    // The index of the pixel at (x, y) of the block.
-    std::size_t at(std::uint32_t x, std::uint32_t y) const { return std::size_t{y} * width + x; }
-
-    std::uint32_t width;
-    std::uint32_t row;
-    std::uint32_t col;
-    std::uint32_t left;
-    std::uint32_t right;
-    std::uint32_t upper;
-    std::uint32_t lower;
 };
+
+// The number of pixels that an item of an iteration over a block works on; the other items of a run
+// return at once.
+constexpr std::uint32_t kDepthRun = 16;
+
+// Calls `work(RowRun)` for the run that begins with pixel `index` of a block, if one does: once, or
+// once for each row that it touches.
+template <class Work>
+void forRun(const iRect& rect, int index, Work&& work) {
+    auto first = static_cast<std::uint32_t>(index);
+    if (first % kDepthRun != 0) return;
+    const auto width = static_cast<std::uint32_t>(rect.width());
+    const auto height = static_cast<std::uint32_t>(rect.height());
+    const std::uint32_t end = std::min(first + kDepthRun, width * height);
+    while (first < end) {
+        const std::uint32_t row = first / width;
+        const std::uint32_t col = first % width;
+        const std::uint32_t last = std::min(col + (end - first), width);
+        work(RowRun{width, row, col, last, row > 0 ? row - 1 : 0, std::min(row + 1, height - 1)});
+        first += last - col;
+    }
+}

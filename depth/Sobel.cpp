@@ -7,11 +7,17 @@ Sobel::Sobel(const AEO::Vector<float>& depth, const iRect& rect, AEO::Vector<Gra
     : depth_(depth), rect_(rect), gradient_(gradient) {}
 
 int Sobel::iterate(int, int index, int) {
-    const Neighbours n(rect_, static_cast<std::uint32_t>(index));
-    const float dx = depth_[n.at(n.left, n.row)] - depth_[n.at(n.right, n.row)];
-    const float dy = depth_[n.at(n.col, n.upper)] - depth_[n.at(n.col, n.lower)];
-    Gradient& g = gradient_[static_cast<std::size_t>(index)];
-    g[0] = static_cast<double>(dx) * 0.25;
-    g[1] = static_cast<double>(dy) * 0.25;
+    forRun(rect_, index, [&](const RowRun& run) {
+        const float* const here = depth_.data() + run.row * run.width;
+        const float* const upper = depth_.data() + run.upper * run.width;
+        const float* const lower = depth_.data() + run.lower * run.width;
+        Gradient* const gradient = gradient_.data() + run.row * run.width;
+        run.forColumns([=](std::size_t x, std::size_t left, std::size_t right) {
+            const float dx = here[left] - here[right];
+            const float dy = upper[x] - lower[x];
+            gradient[x][0] = static_cast<double>(dx) * 0.25;
+            gradient[x][1] = static_cast<double>(dy) * 0.25;
+        });
+    });
     return 0;
 }

@@ -16,7 +16,7 @@ public:
     // Keeps its arguments by reference; both vectors have one entry for each pixel of `rect`.
     Sobel(const AEO::Vector<float>& depth, const iRect& rect, AEO::Vector<Gradient>& gradient);
 
-    // Fills gradient[index]. Always returns 0.
+    // Fills the gradient of the run that begins with pixel `index`, if one does. Always returns 0.
     int iterate(int thread, int index, int count);
 
 private:

@@ -53,10 +53,14 @@ public:
 
 private:
     void runChunk(std::int32_t t, std::int32_t begin, std::int32_t end) {
+        // Copied, since a call could change what a member holds: most items do next to nothing.
+        void* const refcon = refcon_;
+        const AEGP_IterateFunction fn = fn_;
+        const std::int32_t iterations = iterations_;
         std::int32_t i = begin;
         try {
             for (; i < end; ++i) {
-                const A_Err err = fn_(refcon_, t, i, iterations_);
+                const A_Err err = fn(refcon, t, i, iterations);
                 if (err != PF_Err_NONE) {
                     fail(i, err, false);
                     return;

@@ -61,28 +61,6 @@ void EffectWorld::setPixelAccess(std::int32_t bytes, Pixel::Reader reader, Pixel
     toPixel = writer;
 }
 
-Pixel::f32 EffectWorld::subpixel_sample(double x, double y) const {
-    switch (format) {
-        case PixelFormat::kU8:
-            return toF32(subpixel_sample8(x, y));
-        case PixelFormat::kU16:
-            return toF32(subpixel_sample16(x, y));
-        default:
-            return toF32(subpixel_sample_float(x, y));
-    }
-}
-
-Pixel::f32 EffectWorld::area_sample(double x, double y, double radiusX, double radiusY) const {
-    switch (format) {
-        case PixelFormat::kU8:
-            return toF32(area_sample8(x, y, radiusX, radiusY));
-        case PixelFormat::kU16:
-            return toF32(area_sample16(x, y, radiusX, radiusY));
-        default:
-            return toF32(area_sample_float(x, y, radiusX, radiusY));
-    }
-}
-
 // The host's default sampling parameters for this world. Their `src` isn't const, although sampling
 // only reads it.
 PF_SampPB EffectWorld::pointParams() const {
@@ -112,6 +90,32 @@ PixelType EffectWorld::area(double x, double y, const PF_SampPB& params) const {
     PixelType pixel{};
     keepFirstError(Sampling::area_sample(*inData, toFixed(x), toFixed(y), params, pixel));
     return pixel;
+}
+
+Pixel::f32 EffectWorld::subpixel_sample(double x, double y) const {
+    switch (format) {
+        case PixelFormat::kU8:
+            return toF32(subpixel_sample8(x, y));
+        case PixelFormat::kU16:
+            return toF32(subpixel_sample16(x, y));
+        default:
+            return toF32(subpixel_sample_float(x, y));
+    }
+}
+
+Pixel::f32 EffectWorld::area_sample(double x, double y, double radiusX, double radiusY) const {
+    return area_sample(x, y, boxParams(radiusX, radiusY));
+}
+
+Pixel::f32 EffectWorld::area_sample(double x, double y, const PF_SampPB& box) const {
+    switch (format) {
+        case PixelFormat::kU8:
+            return toF32(area<Sampling8, PF_Pixel>(x, y, box));
+        case PixelFormat::kU16:
+            return toF32(area<Sampling16, PF_Pixel16>(x, y, box));
+        default:
+            return toF32(area<SamplingFloat, PF_PixelFloat>(x, y, box));
+    }
 }
 
 PF_Pixel EffectWorld::subpixel_sample8(double x, double y) const {

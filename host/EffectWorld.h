@@ -43,6 +43,9 @@ public:
     // return the channels of integer formats on the scale 0 to 1.
     Pixel::f32 subpixel_sample(double x, double y) const;
     Pixel::f32 area_sample(double x, double y, double radiusX, double radiusY) const;
+    // For many samples of the same size: `box` is made by boxParams of this world.
+    Pixel::f32 area_sample(double x, double y, const PF_SampPB& box) const;
+    PF_SampPB boxParams(double radiusX, double radiusY) const;
 
     // The same in the world's own pixel type; the caller has to make sure that the format matches.
     PF_Pixel subpixel_sample8(double x, double y) const;
@@ -60,7 +63,6 @@ protected:
 private:
     void setPixelAccess(std::int32_t bytes, Pixel::Reader reader, Pixel::Writer writer);
     PF_SampPB pointParams() const;
-    PF_SampPB boxParams(double radiusX, double radiusY) const;
 
     template <typename Sampling, typename PixelType>
     PixelType subpixel(double x, double y) const;

@@ -13,6 +13,7 @@
 //   N >= 2, from the multiply on     five channels per layer, in both modes
 // Colours are multiplied by alpha, after expansion by the exposure curve.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -37,6 +38,12 @@ struct BlockLayout {
     static constexpr std::size_t kChannels = N == 1 ? kColours : kLayerChannels * N;
     // Of these, what Normal fills before the multiply stage: colours, and each layer's weight.
     static constexpr std::size_t kForwardChannels = N == 1 ? kColours : kColours + N;
+
+    // From the multiply stage on, lanes are worked on in groups of up to four layers, and groups
+    // that no pixel of a block is in are left out.
+    static constexpr std::size_t kGroupLayers = std::min<std::size_t>(N, 4);
+    static constexpr std::size_t kGroupChannels = kChannels / N * kGroupLayers;
+    static constexpr std::size_t kGroups = (N + kGroupLayers - 1) / kGroupLayers;
 
     // What the block buffer stores.
     using Element = ET::vecT<double, kChannels>;

@@ -6,10 +6,11 @@
 #include "depth/ExtractDepth.h"
 #include "depth/Sobel.h"
 #include "host/Iterator.h"
-#include "pipeline/Multiply.h"
+#include "pipeline/MultiplyReal.h"
 #include "pipeline/StoreBuffer.h"
 #include "pipeline/UnpackBuffer.h"
 #include "transform/FFT2D.h"
+#include "transform/RealFFT2D.h"
 
 // What the store stage needs of the depth map under one block: a value for each pixel of the block.
 // Both are empty without a depth map, and `edge` is without edge suppression.
@@ -48,8 +49,8 @@ public:
     int run(const iRect& tile, const iRect& rect) {
         int err = fill(rect);
         if (!err) err = forward();
-        if (!err) err = multiply(rect);
-        if (!err) err = inverse();
+        if (!err) err = multiply();
+        if (!err) err = inverse(tile, rect);
         if (!err) err = unpack(tile, rect);
         return err;
     }
@@ -58,8 +59,9 @@ public:
     int analyse(const iRect& rect, BlockDepth& map);
     int store(const iRect& rect, const BlockDepth& map);
     int forward();
-    int multiply(const iRect& rect);
-    int inverse() { return transform(block_.data(), true); }
+    int multiply();
+    // Brings back the rows of the tile, and with an unknown composite mode the whole block.
+    int inverse(const iRect& tile, const iRect& rect);
     int unpack(const iRect& tile, const iRect& rect);
 
 private:
@@ -76,14 +78,14 @@ private:
         return vector.data() ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
     }
 
-    // Transforms the block, given as an array of its elements or of a view of them.
-    template <class T>
-    int transform(T* elements, bool back) {
-        return FFT2D<T>(weights_, elements, filter_.size).doFFT2D(context_, back);
+    // The transform of the layers in use.
+    auto layers() {
+        return RealFFT2D<Layout::kChannels, Layout::kGroupChannels>(weights_, block_.data(),
+                                                                    filter_.size, groups_);
     }
 
     template <class Stage>
-    int iterate(Stage stage, int count) {
+    int iterate(Stage&& stage, int count) {
         return AEO::Iterator::IterationT(context_, stage, count);
     }
 
@@ -95,6 +97,7 @@ private:
     const Filter<N>& filter_;
     FFTWeights& weights_;
     AEO::Vector<Element>& block_;
+    LaneGroups groups_ = 0;  // of the layers that the block's pixels are in, once it is stored
 };
 
 // The depth values are freed as soon as the block is stored.
@@ -145,37 +148,50 @@ int BlockStages<N>::detectEdges(const iRect& rect, BlockDepth& map) {
 template <std::size_t N>
 int BlockStages<N>::store(const iRect& rect, const BlockDepth& map) {
     return withPixelType(pixelFormat_, [&](auto pixel) {
-        using Store = StoreBuffer<decltype(pixel), N>;
-        return iterate(Store(info_, input_, map.depth, map.edge, rect, block_), area());
+        StoreBuffer<decltype(pixel), N> stage(info_, input_, map.depth, map.edge, rect, block_);
+        const int err = iterate(stage, area());
+        groups_ = stage.groups();
+        return err;
     });
 }
 
-// Normal needs only the colours and weights, so it transforms a narrower view of the block.
+// Normal needs only the colours and weights, the first lanes of the block.
 template <std::size_t N>
 int BlockStages<N>::forward() {
     if (info_.compositeMode == kCompositeNormal) {
-        return transform(ET::viewLanes<Layout::kForwardChannels>(block_.data()), false);
+        return RealFFT2D<Layout::kChannels, Layout::kForwardChannels>(weights_, block_.data(),
+                                                                      filter_.size, 1)
+            .forward(context_);
     }
-    if (info_.compositeMode == kCompositeSplit) return transform(block_.data(), false);
+    if (info_.compositeMode == kCompositeSplit) return layers().forward(context_);
     return PF_Err_NONE;
 }
 
 template <std::size_t N>
-int BlockStages<N>::multiply(const iRect& rect) {
+int BlockStages<N>::multiply() {
     if (info_.compositeMode == kCompositeSplit) {
-        return iterate(Multiply<N, kCompositeSplit>(rect, filter_, block_), area());
+        return iterate(MultiplyReal<N, kCompositeSplit>(filter_, block_, groups_), area());
     }
     if (info_.compositeMode == kCompositeNormal) {
-        return iterate(Multiply<N, kCompositeNormal>(rect, filter_, block_), area());
+        return iterate(MultiplyReal<N, kCompositeNormal>(filter_, block_, groups_), area());
     }
     return PF_Err_NONE;
+}
+
+template <std::size_t N>
+int BlockStages<N>::inverse(const iRect& tile, const iRect& rect) {
+    if (info_.compositeMode != kCompositeNormal && info_.compositeMode != kCompositeSplit) {
+        return FFT2D<Element>(weights_, block_.data(), filter_.size).doFFT2D(context_, true);
+    }
+    const auto first = static_cast<std::size_t>(tile.top - rect.top);
+    return layers().inverse(context_, {first, first + static_cast<std::size_t>(tile.height())});
 }
 
 template <std::size_t N>
 int BlockStages<N>::unpack(const iRect& tile, const iRect& rect) {
     return withPixelType(pixelFormat_, [&](auto pixel) {
         using Unpack = UnpackBuffer<decltype(pixel), N>;
-        return iterate(Unpack(info_, filter_, block_, tile, rect, output_),
+        return iterate(Unpack(info_, filter_, block_, tile, rect, output_, groups_),
                        tile.width() * tile.height());
     });
 }

@@ -12,6 +12,7 @@
 #include "pipeline/MemoryShortage.h"
 #include "pipeline/RenderMain.h"
 #include "transform/FFT2D.h"
+#include "transform/RealFFT2D.h"
 
 // Runs the stages tile after tile and reports progress to the host: 1 of T + 1 before the first of
 // T tiles, then one more after each. Ends at the first error, a cancel by the progress callback
@@ -51,8 +52,7 @@ int RenderMainT(PF_InData* in_data, AEO::InData& context, PF_LayerDef* input, PF
 
     err = KernelBuild<N>(in_data, context, info, worlds.suite, filter).run();
     if (err) return err;
-    err = FFT2D<typename BlockLayout<N>::KernelElement>(weights, filter.data(), size)
-              .doFFT2D(context, false);
+    err = RealFFT2D<N, N>(weights, filter.data(), size).forward(context);
     if (err) return err;
 
     BlockStages<N> stages(context, info, *input, *output, pixelFormat, filter, weights, block);

@@ -3,6 +3,7 @@
 // The first stage of a block: pixels of the input layer become the input of the transform.
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdint>
 
@@ -12,13 +13,16 @@
 #include "pipeline/ExposureCurve.h"
 #include "pipeline/LayerMix.h"
 #include "pipeline/PixelTraits.h"
+#include "transform/RealFFT2D.h"
 
-// Fills one block of B x B pixels. Item i of the iteration is pixel i of the block rectangle, which
-// may be outside the input; it writes only the pixel's real and imaginary element.
+// Fills one block of B x B pixels, B being a multiple of kRun. Item i of the iteration is pixel i of
+// the block rectangle, which may be outside the input. The first item of each run of kRun pixels
+// fills the real and imaginary elements of the whole run; the others return at once.
 template <class Pixel, std::size_t N>
 class StoreBuffer {
 public:
     using Element = typename BlockLayout<N>::Element;
+    static constexpr std::size_t kRun = 16;
 
     // Keeps its arguments by reference and allocates nothing. `depth` and `edge` hold one value per
     // pixel of the block; both are empty with N = 1, and `edge` is without edge suppression.
@@ -34,34 +38,52 @@ public:
         for (std::size_t c = 0; c < BlockLayout<N>::kChannels; ++c) zero_[c] = 0.0;
     }
 
-    // Stores pixel `index` of the block. Always returns 0.
-    int iterate(int thread, int index, int count);
+    // Stores the run that begins with pixel `index`, if one does. Always returns 0.
+    int iterate(int, int index, int) {
+        const auto first = static_cast<std::size_t>(index);
+        if (first % kRun == 0) storeRun(first);
+        return PF_Err_NONE;
+    }
 
     // Computes the weight of pixel `index` in each layer from its distance to the plane of focus.
     // The distance has no sign: in front of the plane and behind it are alike. Always returns 0.
     int depthIterate(int index, DepthReturn<N>& out);
 
+    // After the iteration: the groups of layers that a pixel of the block has weight in.
+    LaneGroups groups() const { return groups_; }
+
 private:
-    struct Colour {
-        double red;
-        double green;
-        double blue;
-        double alpha;
+    // The colours of a run, expanded and multiplied by alpha; red, green and blue of a pixel stand
+    // side by side.
+    struct Colours {
+        ET::vecT<double, 3 * kRun> light;
+        double alpha[kRun];
     };
+
+    // The weights of layers `first` and `first` + 1; all others have none.
+    struct LayerShare {
+        std::size_t first;
+        double weight;
+        double next;
+    };
+
+    ORBEL_OUT_OF_LINE void storeRun(std::size_t first);
 
     // The position of a depth value among the layers, whose centres are at 0.5, 1.5, ... N - 0.5.
     double layerPosition(double depth) const;
+    LayerShare layerShare(std::size_t index) const;
 
-    // The expanded colour of the input under block pixel `index`, multiplied by alpha. Inline,
-    // since a call would pass it through memory, a seventh of the stage's time without depth
-    // layers.
-    ORBEL_LANE_INLINE Colour sourceColour(std::size_t index) const;
-    ORBEL_LANE_INLINE Colour expanded(const Pixel& pixel, double exposure) const;
+    void readRun(std::size_t index, Colours& colours) const;
+    void expandRun(std::size_t index, Colours& colours) const;
     double localExposure(std::size_t index) const;
+    void note(const LayerShare& share);
 
-    void writeWhole(Element& element, const Colour& colour) const;
-    void writeWeights(Element& element, const DepthReturn<N>& weights) const;
-    void writeShares(Element& element, const Colour& colour, const DepthReturn<N>& weights) const;
+    void writeColour(Element& element, const Colours& colours, std::size_t pixel) const;
+    void writeWeights(Element& element, const LayerShare& share) const;
+    void writeShares(Element& element, const Colours& colours, std::size_t pixel,
+                     const LayerShare& share) const;
+    void writeLayers(Element& element, const Colours& colours, std::size_t pixel,
+                     const LayerShare& share) const;
 
     const PF_LayerDef& input_;
     AEO::Vector<Element>& block_;
@@ -71,54 +93,55 @@ private:
     const AEO::Vector<float>& depth_;
     const AEO::Vector<float>& edge_;
     const iRect& rect_;
+    std::atomic<LaneGroups> groups_{N == 1 ? 1 : 0};
 };
 
 template <class Pixel, std::size_t N>
-int StoreBuffer<Pixel, N>::iterate(int, int item, int) {
-    const auto index = static_cast<std::size_t>(item);
-    // The imaginary half is written here for every pixel, so the block need not be cleared.
-    block_[2 * index + 1] = zero_;
-    Element& real = block_[2 * index];
-    const Colour colour = sourceColour(index);
-    if constexpr (N == 1) {
-        writeWhole(real, colour);
-        return PF_Err_NONE;
-    } else {
-        // Outside the input the colour is zero but the weights aren't: the outside counts as
-        // transparent, and the frame's edge fades.
-        DepthReturn<N> weights;
-        const int err = depthIterate(item, weights);
-        if (info_.compositeMode == kCompositeSplit) {
-            writeShares(real, colour, weights);
-            return err;
+void StoreBuffer<Pixel, N>::storeRun(std::size_t first) {
+    Colours colours;
+    readRun(first, colours);
+    expandRun(first, colours);
+    for (std::size_t i = 0; i < kRun; ++i) {
+        // The imaginary half is written here for every pixel, so the block need not be cleared.
+        block_[2 * (first + i) + 1] = zero_;
+        Element& real = block_[2 * (first + i)];
+        if constexpr (N == 1) {
+            writeColour(real, colours, i);
+        } else {
+            // Outside the input the colour is zero but the weights aren't: the outside counts as
+            // transparent, and the frame's edge fades.
+            const LayerShare share = layerShare(first + i);
+            writeLayers(real, colours, i, share);
+            note(share);
         }
-        real = zero_;
-        writeWhole(real, colour);
-        if (info_.compositeMode == kCompositeNormal) writeWeights(real, weights);
-        return err;
     }
 }
 
 template <class Pixel, std::size_t N>
 int StoreBuffer<Pixel, N>::depthIterate(int index, DepthReturn<N>& out) {
-    const double s = layerPosition(static_cast<double>(depth_[static_cast<std::size_t>(index)]));
+    const LayerShare share = layerShare(static_cast<std::size_t>(index));
+    for (double& weight : out.weights) weight = 0.0;
+    out[share.first] = share.weight;
+    if (share.first + 1 < N) out[share.first + 1] = share.next;
+    return PF_Err_NONE;
+}
+
+template <class Pixel, std::size_t N>
+typename StoreBuffer<Pixel, N>::LayerShare StoreBuffer<Pixel, N>::layerShare(
+    std::size_t index) const {
+    const double s = layerPosition(static_cast<double>(depth_[index]));
     const double floored = bounded(std::floor(s), 0.0, static_cast<double>(N - 1));
     const auto i = static_cast<std::size_t>(floored);
     const double u = s - floored - 0.5 + info_.profileOffset * 0.5;
-
-    for (double& weight : out.weights) weight = 0.0;
     if (u < 0.0 && i >= 1) {
         const double a = mix_(u);
-        out[i] = a + 1.0;
-        out[i - 1] = -a;
-    } else if (u >= 0.0 && i < N - 1) {
-        const double a = mix_(u);
-        out[i] = 1.0 - a;
-        out[i + 1] = a;
-    } else {
-        out[i] = 1.0;
+        return {i - 1, -a, a + 1.0};
     }
-    return PF_Err_NONE;
+    if (u >= 0.0 && i < N - 1) {
+        const double a = mix_(u);
+        return {i, 1.0 - a, a};
+    }
+    return {i, 1.0, 0.0};
 }
 
 template <class Pixel, std::size_t N>
@@ -134,32 +157,48 @@ double StoreBuffer<Pixel, N>::layerPosition(double depth) const {
     return static_cast<double>(N) * (even ? nearness : std::pow(nearness, info_.profileSlope));
 }
 
+// Normalises the pixels of the input under a run, which lies in one row of the block. Outside the
+// input, alpha is zero and the colours are values that the curve keeps finite.
 template <class Pixel, std::size_t N>
-typename StoreBuffer<Pixel, N>::Colour StoreBuffer<Pixel, N>::sourceColour(
-    std::size_t index) const {
-    const auto width = static_cast<std::uint32_t>(rect_.width());
-    const auto row = static_cast<std::int32_t>(static_cast<std::uint32_t>(index) / width);
-    const auto col = static_cast<std::int32_t>(static_cast<std::uint32_t>(index) % width);
+void StoreBuffer<Pixel, N>::readRun(std::size_t index, Colours& colours) const {
+    const auto width = static_cast<std::size_t>(rect_.width());
+    const auto row = static_cast<std::int32_t>(index / width);
+    const auto col = static_cast<std::int32_t>(index % width);
     // The block is in coordinates of the output world; the origins place both worlds in the layer.
-    std::int32_t x = col + rect_.left + info_.output->origin_x - info_.input->origin_x;
+    const std::int32_t left = col + rect_.left + info_.output->origin_x - info_.input->origin_x;
     std::int32_t y = row + rect_.top + info_.output->origin_y - info_.input->origin_y;
-    if (info_.repeatEdge) {
-        x = std::min(std::max(x, 0), input_.width - 1);
-        y = std::min(std::max(y, 0), input_.height - 1);
+    if (info_.repeatEdge) y = std::min(std::max(y, 0), input_.height - 1);
+    const bool rowInside = y >= 0 && y < input_.height;
+    for (std::size_t i = 0; i < kRun; ++i) {
+        std::int32_t x = left + static_cast<std::int32_t>(i);
+        if (info_.repeatEdge) x = std::min(std::max(x, 0), input_.width - 1);
+        double* const light = &colours.light[3 * i];
+        if (rowInside && x >= 0 && x < input_.width) {
+            const Pixel& pixel = pixelAt<Pixel>(input_, x, y);
+            light[0] = channelToDouble<Pixel>(pixel.red);
+            light[1] = channelToDouble<Pixel>(pixel.green);
+            light[2] = channelToDouble<Pixel>(pixel.blue);
+            colours.alpha[i] = channelToDouble<Pixel>(pixel.alpha);
+        } else {
+            light[0] = light[1] = light[2] = info_.threshold;
+            colours.alpha[i] = 0.0;
+        }
     }
-    if (x < 0 || y < 0 || x >= input_.width || y >= input_.height) return {0.0, 0.0, 0.0, 0.0};
-    return expanded(pixelAt<Pixel>(input_, x, y), localExposure(index));
 }
 
 template <class Pixel, std::size_t N>
-typename StoreBuffer<Pixel, N>::Colour StoreBuffer<Pixel, N>::expanded(const Pixel& pixel,
-                                                                       double exposure) const {
-    const double alpha = channelToDouble<Pixel>(pixel.alpha);
-    const auto light = [&](double value) {
-        return expandExposure(value, exposure, info_.threshold) * alpha;
-    };
-    return {light(channelToDouble<Pixel>(pixel.red)), light(channelToDouble<Pixel>(pixel.green)),
-            light(channelToDouble<Pixel>(pixel.blue)), alpha};
+void StoreBuffer<Pixel, N>::expandRun(std::size_t index, Colours& colours) const {
+    if (info_.exposure != 0.0) {
+        ET::vecT<double, 3 * kRun> exposures;
+        for (std::size_t i = 0; i < kRun; ++i) {
+            const double exposure = localExposure(index + i);
+            for (std::size_t c = 0; c < 3; ++c) exposures[3 * i + c] = exposure;
+        }
+        expandExposure(colours.light, exposures, info_.threshold);
+    }
+    for (std::size_t i = 0; i < kRun; ++i) {
+        for (std::size_t c = 0; c < 3; ++c) colours.light[3 * i + c] *= colours.alpha[i];
+    }
 }
 
 // The expansion is reduced on a depth edge, so that a highlight on the outline of a sharp object
@@ -176,28 +215,50 @@ double StoreBuffer<Pixel, N>::localExposure(std::size_t index) const {
     return info_.exposure;
 }
 
+// Threads meet here, but only until each group has been noted once.
 template <class Pixel, std::size_t N>
-void StoreBuffer<Pixel, N>::writeWhole(Element& element, const Colour& colour) const {
-    element[0] = colour.red;
-    element[1] = colour.green;
-    element[2] = colour.blue;
-    element[3] = colour.alpha;
+void StoreBuffer<Pixel, N>::note(const LayerShare& share) {
+    constexpr std::size_t kLayers = BlockLayout<N>::kGroupLayers;
+    LaneGroups used = LaneGroups{1} << share.first / kLayers;
+    if (share.next != 0.0) used |= LaneGroups{1} << (share.first + 1) / kLayers;
+    if ((used & ~groups_.load(std::memory_order_relaxed)) != 0) groups_ |= used;
 }
 
 template <class Pixel, std::size_t N>
-void StoreBuffer<Pixel, N>::writeWeights(Element& element, const DepthReturn<N>& weights) const {
-    for (std::size_t i = 0; i < N; ++i) element[BlockLayout<N>::kColours + i] = weights[i];
-}
-
-template <class Pixel, std::size_t N>
-void StoreBuffer<Pixel, N>::writeShares(Element& element, const Colour& colour,
-                                        const DepthReturn<N>& weights) const {
-    for (std::size_t i = 0; i < N; ++i) {
-        const std::size_t c = BlockLayout<N>::kLayerChannels * i;
-        element[c] = weights[i] * colour.red;
-        element[c + 1] = weights[i] * colour.green;
-        element[c + 2] = weights[i] * colour.blue;
-        element[c + 3] = weights[i] * colour.alpha;
-        element[c + BlockLayout<N>::kColours] = weights[i];
+void StoreBuffer<Pixel, N>::writeLayers(Element& element, const Colours& colours,
+                                        std::size_t pixel, const LayerShare& share) const {
+    element = zero_;
+    if (info_.compositeMode == kCompositeSplit) {
+        writeShares(element, colours, pixel, share);
+        return;
     }
+    writeColour(element, colours, pixel);
+    if (info_.compositeMode == kCompositeNormal) writeWeights(element, share);
+}
+
+template <class Pixel, std::size_t N>
+void StoreBuffer<Pixel, N>::writeColour(Element& element, const Colours& colours,
+                                        std::size_t pixel) const {
+    for (std::size_t c = 0; c < 3; ++c) element[c] = colours.light[3 * pixel + c];
+    element[3] = colours.alpha[pixel];
+}
+
+template <class Pixel, std::size_t N>
+void StoreBuffer<Pixel, N>::writeWeights(Element& element, const LayerShare& share) const {
+    double* const weights = &element[BlockLayout<N>::kColours];
+    weights[share.first] = share.weight;
+    if (share.next != 0.0) weights[share.first + 1] = share.next;
+}
+
+template <class Pixel, std::size_t N>
+void StoreBuffer<Pixel, N>::writeShares(Element& element, const Colours& colours,
+                                        std::size_t pixel, const LayerShare& share) const {
+    const auto write = [&](std::size_t layer, double weight) {
+        double* const channels = &element[BlockLayout<N>::kLayerChannels * layer];
+        for (std::size_t c = 0; c < 3; ++c) channels[c] = weight * colours.light[3 * pixel + c];
+        channels[3] = weight * colours.alpha[pixel];
+        channels[BlockLayout<N>::kColours] = weight;
+    };
+    write(share.first, share.weight);
+    if (share.next != 0.0) write(share.first + 1, share.next);
 }

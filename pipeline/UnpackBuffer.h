@@ -2,6 +2,7 @@
 #pragma once
 // The last stage of a block: the blurred layers become pixels of the output.
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -11,28 +12,37 @@
 #include "pipeline/BlockLayout.h"
 #include "pipeline/ExposureCurve.h"
 #include "pipeline/PixelTraits.h"
+#include "transform/RealFFT2D.h"
 
 // Writes the pixels of one tile. Item i of the iteration is pixel i of the tile; the apron of the
-// block around it is never read.
+// block around it is never read. The first item of each run of kRun pixels writes the whole run, so
+// that the curve has several colours to compute at once; the others return at once.
 template <class Pixel, std::size_t N>
 class UnpackBuffer {
 public:
     using Element = typename BlockLayout<N>::Element;
+    static constexpr int kRun = 16;
 
     // Copies the rectangles and keeps the rest by reference. `tile` is inside `block`; both are in
-    // the output's coordinates. `buffer` holds the block after the inverse transform.
+    // the output's coordinates. `buffer` holds the block after the inverse transform. Layers
+    // outside `groups` have no weight in the block and aren't read.
     UnpackBuffer(const RenderInfo& info, const Filter<N>& filter,
                  const AEO::Vector<Element>& buffer, const iRect& tile, const iRect& block,
-                 PF_LayerDef& output)
+                 PF_LayerDef& output, LaneGroups groups = ~LaneGroups{0})
         : info_(info),
           filter_(filter),
           tile_(tile),
           block_(block),
           buffer_(buffer),
-          output_(output) {}
+          output_(output),
+          groups_(groups) {}
 
-    // Writes pixel `index` of the tile. Always returns 0.
-    int iterate(int thread, int index, int count);
+    // Writes the run that begins with pixel `index` of the tile, if one does; `count` is the number
+    // of the tile's pixels. Always returns 0.
+    int iterate(int, int index, int count) {
+        if (index % kRun == 0 && known()) unpackRun(index, std::min(kRun, count - index));
+        return PF_Err_NONE;
+    }
 
 private:
     static constexpr std::size_t kColours = BlockLayout<N>::kColours;
@@ -44,13 +54,23 @@ private:
         double weight = 0.0;  // of all layers; unused with one layer
     };
 
+    // Whether the composite mode is one of the two; with another one, several layers are dropped.
+    bool known() const {
+        const std::int32_t mode = info_.compositeMode;
+        return N == 1 || mode == kCompositeNormal || mode == kCompositeSplit;
+    }
+    ORBEL_OUT_OF_LINE void unpackRun(int first, int length);
+
+    Merged merge(const Element& channels) const;
     static Merged single(const Element& channels);
-    static Merged gathered(const Element& channels);
-    static Merged scattered(const Element& channels);
+    static void gather(Merged& sum, const double* layer);
+    static void scatter(Merged& sum, const double* layer);
+    template <class Add>
+    void forLayers(const Element& channels, Add&& add) const;
     static void unpremultiply(Merged& merged);
 
     const Element& elementAt(std::int32_t x, std::int32_t y) const;
-    void write(const Colour& colour, Pixel& pixel) const;
+    void write(const double* display, double alpha, Pixel& pixel) const;
 
     const RenderInfo& info_;
     [[maybe_unused]] const Filter<N>& filter_;
@@ -58,29 +78,30 @@ private:
     iRect block_;
     const AEO::Vector<Element>& buffer_;
     PF_LayerDef& output_;
+    [[maybe_unused]] LaneGroups groups_;
 };
 
 template <class Pixel, std::size_t N>
-int UnpackBuffer<Pixel, N>::iterate(int, int item, int) {
-    const auto index = static_cast<std::uint32_t>(item);
-    const auto width = static_cast<std::uint32_t>(tile_.width());
-    const std::int32_t x = static_cast<std::int32_t>(index % width) + tile_.left;
-    const std::int32_t y = static_cast<std::int32_t>(index / width) + tile_.top;
-    const Element& channels = elementAt(x, y);
-
-    Merged merged;
-    if constexpr (N == 1) {
-        merged = single(channels);
-    } else if (info_.compositeMode == kCompositeNormal) {
-        merged = gathered(channels);
-    } else if (info_.compositeMode == kCompositeSplit) {
-        merged = scattered(channels);
-    } else {
-        return PF_Err_NONE;
+void UnpackBuffer<Pixel, N>::unpackRun(int first, int length) {
+    const auto end = static_cast<std::size_t>(length);
+    std::int32_t x = first % tile_.width() + tile_.left;
+    std::int32_t y = first / tile_.width() + tile_.top;
+    std::array<Pixel*, kRun> pixels;
+    std::array<double, kRun> alpha;
+    ET::vecT<double, std::size_t{3} * kRun> colours{};
+    for (std::size_t i = 0; i < end; ++i) {
+        Merged merged = merge(elementAt(x, y));
+        unpremultiply(merged);
+        for (std::size_t c = 0; c < 3; ++c) colours[3 * i + c] = merged.colour[c];
+        alpha[i] = merged.colour[3];
+        pixels[i] = &pixelAt<Pixel>(output_, x, y);
+        if (++x == tile_.right) {
+            x = tile_.left;
+            ++y;
+        }
     }
-    unpremultiply(merged);
-    write(merged.colour, pixelAt<Pixel>(output_, x, y));
-    return PF_Err_NONE;
+    compressExposure(colours, info_.exposure, info_.threshold);
+    for (std::size_t i = 0; i < end; ++i) write(&colours[3 * i], alpha[i], *pixels[i]);
 }
 
 // The real element of a pixel; the imaginary one holds only rounding noise.
@@ -93,32 +114,54 @@ const typename UnpackBuffer<Pixel, N>::Element& UnpackBuffer<Pixel, N>::elementA
 }
 
 template <class Pixel, std::size_t N>
+typename UnpackBuffer<Pixel, N>::Merged UnpackBuffer<Pixel, N>::merge(
+    const Element& channels) const {
+    if constexpr (N == 1) {
+        return single(channels);
+    } else {
+        Merged sum;
+        if (info_.compositeMode == kCompositeNormal) {
+            forLayers(channels, [&](const double* layer) { gather(sum, layer); });
+        } else {
+            forLayers(channels, [&](const double* layer) { scatter(sum, layer); });
+        }
+        return sum;
+    }
+}
+
+template <class Pixel, std::size_t N>
 typename UnpackBuffer<Pixel, N>::Merged UnpackBuffer<Pixel, N>::single(const Element& channels) {
     return {{channels[0], channels[1], channels[2], channels[3]}};
+}
+
+// Calls `add` with the channels of each layer of the groups in use.
+template <class Pixel, std::size_t N>
+template <class Add>
+void UnpackBuffer<Pixel, N>::forLayers(const Element& channels, Add&& add) const {
+    using Layout = BlockLayout<N>;
+    for (std::size_t g = 0; g < Layout::kGroups; ++g) {
+        if ((groups_ >> g & 1) == 0) continue;
+        const std::size_t end = std::min(Layout::kChannels, (g + 1) * Layout::kGroupChannels);
+        for (std::size_t c = g * Layout::kGroupChannels; c < end; c += Layout::kLayerChannels) {
+            add(&channels[c]);
+        }
+    }
 }
 
 // Normal: layer i holds the whole frame blurred by kernel i, and the pixel takes each of them in
 // proportion to the layer's weight around it.
 template <class Pixel, std::size_t N>
-typename UnpackBuffer<Pixel, N>::Merged UnpackBuffer<Pixel, N>::gathered(const Element& channels) {
-    Merged sum;
-    for (std::size_t c = 0; c < BlockLayout<N>::kChannels; c += BlockLayout<N>::kLayerChannels) {
-        const double weight = channels[c + kColours];
-        for (std::size_t k = 0; k < kColours; ++k) sum.colour[k] += weight * channels[c + k];
-        sum.weight += weight;
-    }
-    return sum;
+void UnpackBuffer<Pixel, N>::gather(Merged& sum, const double* layer) {
+    const double weight = layer[kColours];
+    for (std::size_t k = 0; k < kColours; ++k) sum.colour[k] += weight * layer[k];
+    sum.weight += weight;
 }
 
 // Split: layer i holds only its own light, spread by kernel i, and the light of all layers adds up.
 template <class Pixel, std::size_t N>
-typename UnpackBuffer<Pixel, N>::Merged UnpackBuffer<Pixel, N>::scattered(const Element& channels) {
-    Merged sum;
-    for (std::size_t c = 0; c < BlockLayout<N>::kChannels; c += BlockLayout<N>::kLayerChannels) {
-        for (std::size_t k = 0; k < kColours; ++k) sum.colour[k] += channels[c + k];
-        sum.weight += channels[c + kColours];
-    }
-    return sum;
+void UnpackBuffer<Pixel, N>::scatter(Merged& sum, const double* layer) {
+    for (std::size_t k = 0; k < kColours; ++k) sum.colour[k] += layer[k];
+    sum.weight += layer[kColours];
 }
 
 // Where alpha isn't above zero, the colours are near zero and stay as they are.
@@ -138,12 +181,9 @@ void UnpackBuffer<Pixel, N>::unpremultiply(Merged& merged) {
 }
 
 template <class Pixel, std::size_t N>
-void UnpackBuffer<Pixel, N>::write(const Colour& colour, Pixel& pixel) const {
-    const auto display = [&](double value) {
-        return channelFromDouble<Pixel>(compressExposure(value, info_.exposure, info_.threshold));
-    };
-    pixel.alpha = channelFromDouble<Pixel>(colour[3]);
-    pixel.red = display(colour[0]);
-    pixel.green = display(colour[1]);
-    pixel.blue = display(colour[2]);
+void UnpackBuffer<Pixel, N>::write(const double* display, double alpha, Pixel& pixel) const {
+    pixel.alpha = channelFromDouble<Pixel>(alpha);
+    pixel.red = channelFromDouble<Pixel>(display[0]);
+    pixel.green = channelFromDouble<Pixel>(display[1]);
+    pixel.blue = channelFromDouble<Pixel>(display[2]);
 }

@@ -13,6 +13,9 @@ namespace fft {
 // Exchanges samples as they are.
 struct PlainMove {
     template <class T>
+    static constexpr std::size_t kBytes = sizeof(T);  // that move
+
+    template <class T>
     static void exchange(T* x, T* y) {
         swap(x[0], y[0]);
         swap(x[1], y[1]);
@@ -24,6 +27,9 @@ struct PlainMove {
 // Exchanges samples and conjugates them; the negation, the only arithmetic, is confined to live
 // lanes.
 struct ConjugateMove {
+    template <class T>
+    static constexpr std::size_t kBytes = sizeof(T);
+
     template <class T>
     static void exchange(T* x, T* y) {
         PlainMove::exchange(x, y);
@@ -45,7 +51,10 @@ struct ConjugateMove {
 template <class Move, class T>
 class BitReversal {
 public:
-    BitReversal(int n, const int* ip, T* a) : ip_(ip), a_(a), top_(n >> 1) {
+    // The array is usually a row of a block; the next one is prefetched `ahead` elements later while
+    // this one, which is in the cache by now, is permuted.
+    BitReversal(int n, const int* ip, T* a, std::size_t ahead)
+        : ip_(ip), a_(a), top_(n >> 1), ahead_(ahead) {
         int l = n >> 2;
         for (; l > 8; l >>= 2) m_ *= 2;
         twoMiddleBits_ = l == 8;
@@ -99,11 +108,10 @@ private:
         Move::keep(x + top_ + kBottom);
     }
 
-    // The array is usually a row of a block. Prefetches the next row while this one, which is in
-    // the cache by now, is permuted.
     void exchange(T* x, T* y) const {
-        const auto row = 2 * static_cast<std::size_t>(top_);
-        for (const T* element : {x, x + 1, y, y + 1}) fft::prefetch(element, row);
+        for (const T* element : {x, x + 1, y, y + 1}) {
+            fft::prefetch<Move::template kBytes<T>>(element, ahead_);
+        }
         Move::exchange(x, y);
     }
 
@@ -115,6 +123,7 @@ private:
     int m_ = 1;   // values of j and of k
     int middle_;  // elements to the sample with the lowest middle bit set
     bool twoMiddleBits_;
+    std::size_t ahead_;
 };
 
 // Bit reversal of 2^kBits samples without a table, for the smallest sizes.
@@ -140,11 +149,11 @@ void reverseFewNegated(T* a) {
 // Bit reversal of the n / 2 samples of `a`; n > 32, with the seeds of makewt for nw >= n / 4.
 template <class T>
 void bitrv2(int n, const int* ip, T* a) {
-    fft::BitReversal<fft::PlainMove, T>(n, ip, a).run();
+    fft::BitReversal<fft::PlainMove, T>(n, ip, a, static_cast<std::size_t>(n)).run();
 }
 
 // The same permutation, with every imaginary part negated.
 template <class T>
 void bitrv2conj(int n, const int* ip, T* a) {
-    fft::BitReversal<fft::ConjugateMove, T>(n, ip, a).run();
+    fft::BitReversal<fft::ConjugateMove, T>(n, ip, a, static_cast<std::size_t>(n)).run();
 }

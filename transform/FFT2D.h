@@ -13,6 +13,13 @@
 
 #include "host/Vector.h"
 
+// What ComplexFFT.h takes beside a row.
+struct RowTables {
+    int* ip;
+    int nw;
+    double* w;
+};
+
 // The tables of ComplexFFT.h, a copy for each thread of an iteration. They depend only on the block
 // size: one object serves all blocks and element types of a frame.
 //
@@ -32,6 +39,9 @@ struct FFTWeights {
     // The tables of one thread, which only that thread may change.
     int* ipOf(int thread) { return ip.data() + ipStride * static_cast<std::size_t>(thread); }
     double* wOf(int thread) { return w.data() + wStride * static_cast<std::size_t>(thread); }
+
+    // The same, ready for rows of `size` samples.
+    RowTables rowTables(int thread, std::size_t size);
 };
 
 // Cheap to construct; owns nothing. The 45 element types in use (blocks, their narrower views and

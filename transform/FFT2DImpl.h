@@ -21,14 +21,8 @@ struct FFT2Dn1 {
 
     int iterate(int thread, int i, int) const {
         T* const row = data + static_cast<std::size_t>(i) * size * 2;
-        int* const ip = weights->ipOf(thread);
-        double* const w = weights->wOf(thread);
+        const auto [ip, nw, w] = weights->rowTables(thread, size);
         const int n = static_cast<int>(2 * size);
-        int nw = ip[0];
-        if (4 * nw < n) {
-            nw = static_cast<int>(size >> 1);
-            makewt(nw, ip, w);
-        }
         if (back) {
             cftbsub(n, row, ip, nw, w);
         } else {
@@ -56,7 +50,7 @@ struct Flip {
         if (x >= y) return 0;
         const std::size_t mirror = 2 * ((x << log2Size) + y) + (element & 1);
         // The mirrors run down a column, a row apart.
-        fft::prefetch(data + mirror, kRowsAhead * 2 * size);
+        fft::prefetch<sizeof(T)>(data + mirror, kRowsAhead * 2 * size);
         swap(data[element], data[mirror]);
         return 0;
     }

@@ -20,3 +20,11 @@ FFTWeights::FFTWeights(AEO::InData& context, std::size_t threads, std::size_t n)
         std::copy_n(w.data(), wStride, w.data() + wStride * thread);
     }
 }
+
+RowTables FFTWeights::rowTables(int thread, std::size_t size) {
+    int* const seeds = ipOf(thread);
+    double* const twiddles = wOf(thread);
+    const int needed = static_cast<int>(size >> 1);
+    if (seeds[0] < needed) makewt(needed, seeds, twiddles);
+    return {seeds, seeds[0], twiddles};
+}

@@ -41,6 +41,15 @@
 #else
 #define ORBEL_INDEPENDENT_LANES
 #endif
+// Before the work of the few items of an iteration that have some: inlined, it would burden the
+// others, which return at once, with saving registers.
+#if defined(__GNUC__)
+#define ORBEL_OUT_OF_LINE __attribute__((noinline))
+#elif defined(_MSC_VER)
+#define ORBEL_OUT_OF_LINE __declspec(noinline)
+#else
+#define ORBEL_OUT_OF_LINE
+#endif
 #if defined(__GNUC__)
 #define ORBEL_LANE_INLINE inline __attribute__((always_inline))
 #elif defined(_MSC_VER)
@@ -118,6 +127,17 @@ ORBEL_LANE_INLINE constexpr void exchangeScalars(T* a, T* b) {
         a[k] = b[k];
         b[k] = kept;
     }
+}
+
+// The live lanes of elements, where a plain copy would move the whole cell.
+template <class V>
+ORBEL_LANE_INLINE constexpr void copyLanes(V& to, const V& from) {
+    ORBEL_INDEPENDENT_LANES
+    for (std::size_t k = 0; k < V::kLanes; ++k) to[k] = from[k];
+}
+template <class V>
+ORBEL_LANE_INLINE constexpr void exchangeLanes(V& a, V& b) {
+    exchangeScalars<V::kLanes>(&a[0], &b[0]);
 }
 
 // Exchanges kCount scalars of two cells that don't overlap, unless they hold the same bits:
@@ -249,6 +269,13 @@ template <std::size_t N, class T, std::size_t S>
 StrideVecT<T, N, S>* viewLanes(vecT<T, S>* cells) {
     static_assert(sizeof(StrideVecT<T, N, S>) == sizeof(vecT<T, S>));
     return reinterpret_cast<StrideVecT<T, N, S>*>(cells);
+}
+
+// The same from lane `first` on: live lane k is lane first + k of `cells`, and the dead lanes are
+// not to be touched, since those of the last cell lie behind the array.
+template <std::size_t N, class T, std::size_t S>
+StrideVecT<T, N, S>* viewLanes(vecT<T, S>* cells, std::size_t first) {
+    return reinterpret_cast<StrideVecT<T, N, S>*>(reinterpret_cast<T*>(cells) + first);
 }
 
 template <LaneOperand L, SameLanes<L> R>

@@ -6,6 +6,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
 namespace headless {
 
 namespace {
@@ -15,6 +19,23 @@ constexpr std::size_t kGuard = 16;
 constexpr std::size_t kCacheLine = 64;
 constexpr std::size_t kFirstWord = 8;
 constexpr int kGuardByte = 0xB5;
+
+constexpr std::size_t kHugePage = std::size_t{2} << 20;
+
+// Memory for a block, to be freed with std::free; null if there is none. A large block is walked
+// along its columns too, a page for each row: huge pages, where the system gives them, save most of
+// the look-ups.
+std::byte* allocate(std::size_t size) {
+#ifdef __linux__
+    if (size >= kHugePage) {
+        const std::size_t whole = (size + kHugePage - 1) / kHugePage * kHugePage;
+        void* const memory = std::aligned_alloc(kHugePage, whole);
+        if (memory) madvise(memory, whole, MADV_HUGEPAGE);  // only a wish
+        return static_cast<std::byte*>(memory);
+    }
+#endif
+    return static_cast<std::byte*>(std::calloc(size, 1));
+}
 
 // The payload's position in `memory`: after a guard, and with a cache line starting after the
 // payload's first word. An effect stores the block's handle in that word and its data right after
@@ -36,7 +57,7 @@ struct HandleTable::Block {
     int locks = 0;
     bool owned = false;
     std::string name = "unnamed";
-    std::byte* memory = nullptr;   // all of it, from calloc
+    std::byte* memory = nullptr;   // all of it
     std::byte* payload = nullptr;  // with a guard before and after it
 
     PF_Handle handle() { return &data; }
@@ -58,7 +79,7 @@ PF_Handle HandleTable::create(std::uint64_t size) {
     constexpr std::size_t kExtra = 2 * kGuard + kCacheLine;
     if (size > PTRDIFF_MAX - kExtra || !meter_.take(size)) return nullptr;
     auto block = std::make_unique<Block>();
-    block->memory = static_cast<std::byte*>(std::calloc(size + kExtra, 1));
+    block->memory = allocate(size + kExtra);
     if (!block->memory) {
         meter_.giveBack(size);
         return nullptr;
