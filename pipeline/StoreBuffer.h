@@ -55,8 +55,9 @@ public:
 private:
     // The colours of a run, expanded and multiplied by alpha; red, green and blue of a pixel stand
     // side by side.
+    using Light = ET::vecT<double, 3 * kRun>;
     struct Colours {
-        ET::vecT<double, 3 * kRun> light;
+        Light light;
         double alpha[kRun];
     };
 
@@ -75,7 +76,7 @@ private:
 
     void readRun(std::size_t index, Colours& colours) const;
     void expandRun(std::size_t index, Colours& colours) const;
-    double localExposure(std::size_t index) const;
+    void expandLocally(std::size_t index, Colours& colours) const;
     void note(const LayerShare& share);
 
     void writeColour(Element& element, const Colours& colours, std::size_t pixel) const;
@@ -189,12 +190,12 @@ void StoreBuffer<Pixel, N>::readRun(std::size_t index, Colours& colours) const {
 template <class Pixel, std::size_t N>
 void StoreBuffer<Pixel, N>::expandRun(std::size_t index, Colours& colours) const {
     if (info_.exposure != 0.0) {
-        ET::vecT<double, 3 * kRun> exposures;
-        for (std::size_t i = 0; i < kRun; ++i) {
-            const double exposure = localExposure(index + i);
-            for (std::size_t c = 0; c < 3; ++c) exposures[3 * i + c] = exposure;
+        if (N >= 2 && info_.edgeLeak > 0.0) {
+            expandLocally(index, colours);
+        } else {
+            expandExposure(colours.light, EvenExposure{info_.exposure},
+                           EvenExposure{1.0 / info_.exposure}, info_.threshold);
         }
-        expandExposure(colours.light, exposures, info_.threshold);
     }
     for (std::size_t i = 0; i < kRun; ++i) {
         for (std::size_t c = 0; c < 3; ++c) colours.light[3 * i + c] *= colours.alpha[i];
@@ -205,14 +206,19 @@ void StoreBuffer<Pixel, N>::expandRun(std::size_t index, Colours& colours) const
 // can't bloom across it. The unpack stage still compresses by the full exposure: with an exposure
 // above zero such a pixel comes out a little darker.
 template <class Pixel, std::size_t N>
-double StoreBuffer<Pixel, N>::localExposure(std::size_t index) const {
-    if constexpr (N >= 2) {
-        if (info_.edgeLeak > 0.0) {
-            const double above = static_cast<double>(edge_[index]) - info_.edgeThreshold;
-            return info_.exposure * (1.0 - bounded(info_.edgeLeak * above, 0.0, 1.0));
+void StoreBuffer<Pixel, N>::expandLocally(std::size_t index, Colours& colours) const {
+    Light exposures;
+    Light reciprocals;
+    for (std::size_t i = 0; i < kRun; ++i) {
+        const double above = static_cast<double>(edge_[index + i]) - info_.edgeThreshold;
+        const double exposure =
+            info_.exposure * (1.0 - bounded(info_.edgeLeak * above, 0.0, 1.0));
+        for (std::size_t c = 0; c < 3; ++c) {
+            exposures[3 * i + c] = exposure;
+            reciprocals[3 * i + c] = 1.0 / exposure;
         }
     }
-    return info_.exposure;
+    expandExposure(colours.light, exposures, reciprocals, info_.threshold);
 }
 
 // Threads meet here, but only until each group has been noted once.

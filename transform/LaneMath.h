@@ -37,38 +37,40 @@ ORBEL_LANE_INLINE constexpr ExactSum exactSum(double a, double b) {
     return {sum, (a - (sum - second)) + (b - second)};
 }
 
-// exp(x) - 1 = 2^k (exp(r) - 1) + (2^k - 1), |r| <= ln(2) / 2
+// exp(x) - 1 = 2^k (exp(r) - 1) + (2^k - 1), |r| <= ln(2) / 2. Computed at half its size, since 2^1024
+// is out of range.
 ORBEL_LANE_INLINE constexpr double expm1(double value) {
     constexpr double kGreatest = 710.0;  // everything above overflows
     constexpr double kLeast = -40.0;     // everything below is -1
     constexpr double kRound = 0x1.8p52;  // added, it leaves no bits for a fraction
+    constexpr std::uint64_t kHalf = std::uint64_t{1022} << 52;
     const double capped = value > kGreatest ? kGreatest : value;
     const double x = capped < kLeast ? kLeast : capped;  // NaN stays
 
-    const double k = (x * 0x1.71547652b82fep0 + kRound) - kRound;
+    const double rounded = x * 0x1.71547652b82fep0 + kRound;
+    const double k = rounded - kRound;
     const double reduced = x - k * kLn2High;  // exact
-    const double r = reduced - k * kLn2Low;
-    const double rounded = (reduced - r) - k * kLn2Low;
+    const double tail = k * kLn2Low;
+    const double r = reduced - tail;
+    const double lost = (reduced - r) - tail;  // of r, by rounding
+
     const double r2 = r * r;
     const double r4 = r2 * r2;
-    const double low = (0x1.5555555555557p-3 + r * 0x1.5555555555556p-5) +
-                       r2 * (0x1.11111111100dcp-7 + r * 0x1.6c16c16c162d4p-10);
-    const double middle = (0x1.a01a01abe7fe1p-13 + r * 0x1.a01a01a6d889cp-16) +
-                          r2 * (0x1.71de0231960ebp-19 + r * 0x1.27e4db646b17ep-22);
-    const double high = 0x1.af4de97ca4194p-26 + r * 0x1.1f730349868cep-29;
+    const double low = (0x1.5555555555556p-3 + r * 0x1.5555555555555p-5) +
+                       r2 * (0x1.11111111109b3p-7 + r * 0x1.6c16c16c167e1p-10);
+    const double middle = (0x1.a01a01a7c41d5p-13 + r * 0x1.a01a01a47b054p-16) +
+                          r2 * (0x1.71de0dae63bb3p-19 + r * 0x1.27e4e1f48534fp-22);
+    const double high = 0x1.af38a9b0ec855p-26 + r * 0x1.1f66df7fca49fp-29;
     // exp(r) - 1 - r, by its square term, which needs the most digits, and the others.
     const double others = r2 * r * (low + r4 * (middle + r4 * high));
-    const double curved = 0.5 * r2 + (others + (rounded + rounded * r));
+    const double curved = 0.5 * r2 + (others + (lost + lost * r));
 
-    // 2^1024 is out of range, so the greatest results are computed at half their size.
-    const bool halved = k > 1023.0;
-    const double exponent = halved ? 1023.0 : k;
-    const auto bits = std::bit_cast<std::uint64_t>(exponent + kRound);
-    const auto scale = std::bit_cast<double>((bits << 52) + (std::uint64_t{1023} << 52));
-    const ExactSum offset = exactSum(scale, -1.0);
-    const ExactSum line = exactSum(offset.high, scale * r);
-    const double result = line.high + (line.low + (offset.low + scale * curved));
-    return halved ? result * 2.0 : result;
+    const auto scale = std::bit_cast<double>((std::bit_cast<std::uint64_t>(rounded) << 52) + kHalf);
+    const double offset = scale - 0.5;
+    const double line = scale * r;  // less than `offset`, but where that is 0
+    const double sum = offset + line;
+    const double remainder = line - (sum - offset);
+    return 2.0 * (sum + (remainder + scale * curved));
 }
 
 // log(1 + x) = k ln 2 + log(1 + f), sqrt(1/2) <= 1 + f < sqrt(2). With s = f / (2 + f), log(1 + f)

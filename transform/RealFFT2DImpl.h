@@ -285,15 +285,18 @@ public:
         : block(elements),
           back(inverse),
           rows(wanted),
-          down(block.size / fft::kTile),
-          share(down * down / 2, 2 * block.size * block.size) {}
+          down(block.size / fft::kTile) {}
 
     int iterate(int, int item, int) const {
-        if (!share.idle(item)) share.run(item, [&](std::size_t unit) { flip(unit); });
+        const auto i = static_cast<std::size_t>(item);
+        if (i % kItems == 0) flip(i / kItems);
         return 0;
     }
 
 private:
+    // For each tile of the left half: 2 B^2 items, B^2 / (2 kTile^2) tiles.
+    static constexpr std::size_t kItems = 4 * fft::kTile * fft::kTile;
+
     // Tiles above the diagonal have nothing to do; columns from both ends in turn keep the shares
     // of the threads alike.
     ORBEL_OUT_OF_LINE void flip(std::size_t unit) const {
@@ -315,7 +318,6 @@ private:
     bool back;
     RowRange rows;
     std::size_t down;  // tiles of a column
-    EvenShare share;
 };
 
 template <std::size_t kCell, std::size_t kWidth>

@@ -24,6 +24,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 // Placed before a loop over lanes: no lane reads another lane's result, so the compiler need not
@@ -131,9 +132,8 @@ ORBEL_LANE_INLINE constexpr void exchangeScalars(T* a, T* b) {
 
 // The live lanes of elements, where a plain copy would move the whole cell.
 template <class V>
-ORBEL_LANE_INLINE constexpr void copyLanes(V& to, const V& from) {
-    ORBEL_INDEPENDENT_LANES
-    for (std::size_t k = 0; k < V::kLanes; ++k) to[k] = from[k];
+ORBEL_LANE_INLINE void copyLanes(V& to, const V& from) {
+    std::memcpy(&to[0], &from[0], V::kLanes * sizeof(typename V::Scalar));
 }
 template <class V>
 ORBEL_LANE_INLINE constexpr void exchangeLanes(V& a, V& b) {

@@ -13,16 +13,16 @@ constexpr std::size_t kLanes = 40;
 using Lanes = ET::vecT<double, kLanes>;
 using Exact = long double (*)(long double);
 
-// The distance of a result from the exact value, in units of the last place of that value as a
-// double. Equal infinities and two values that are no numbers have none.
+// The distance of a result from the correctly rounded value, in units of its last place. Equal
+// infinities and two values that are no numbers have none.
 double unitsOff(double result, long double exact) {
     const auto rounded = static_cast<double>(exact);
     if (std::isnan(result) || std::isnan(rounded) || std::isinf(result) || std::isinf(rounded)) {
         const bool same = result == rounded || (std::isnan(result) && std::isnan(rounded));
         return same ? 0.0 : HUGE_VAL;
     }
-    const int exponent = std::max(std::ilogb(rounded == 0.0 ? 1e-320 : rounded), -1022);
-    return static_cast<double>(std::fabs(std::scalbn(result - exact, 52 - exponent)));
+    const double next = std::nextafter(std::fabs(rounded), HUGE_VAL);
+    return std::fabs(result - rounded) / (next - std::fabs(rounded));
 }
 
 // A number of one of several magnitudes; both functions have their difficult places among them.
