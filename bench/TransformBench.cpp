@@ -9,6 +9,9 @@
 //   transform.ratio.LANES/B    transform.block and fftw.apart in turns: the time is ours, the
 //                              counter `ratio` is our median processor time divided by theirs
 //
+//   transform.real.LANES/B     real samples there and back, as a block of the effect, beside FFTW's
+//                              r2c and c2r, in the same way
+//
 // LANES "6of10" is six live lanes in a cell of ten. FFTW doesn't vectorise over lanes, so `apart`
 // is the layout that suits it.
 
@@ -23,6 +26,7 @@
 #include "headless/Host.h"
 #include "support/Noise.h"
 #include "transform/FFT2DImpl.h"
+#include "transform/RealFFT2DImpl.h"
 #include "transform/VectorElements.h"
 
 namespace {
@@ -71,6 +75,72 @@ private:
     std::size_t size_;
     AEO::Vector<T> data_;
     FFTWeights weights_;
+};
+
+// A block of real samples, forward and back.
+template <std::size_t kLanes>
+class RealBlockOf {
+public:
+    RealBlockOf(AEO::InData& context, std::size_t size)
+        : context_(context), size_(size), data_(context), weights_(context, 1, size) {
+        data_.resize(2 * size * size);
+        fill();
+    }
+
+    void fill() { fillWithNoise(&data_[0][0], data_.size() * kLanes); }
+    void transform() {
+        constexpr std::size_t kGroup = std::min<std::size_t>(kLanes, 20);
+        RealFFT2D<kLanes, kGroup> transform(weights_, data_.data(), size_);
+        transform.forward(context_);
+        transform.inverse(context_, {0, size_});
+        benchmark::DoNotOptimize(data_.data());
+    }
+
+private:
+    AEO::InData& context_;
+    std::size_t size_;
+    AEO::Vector<ET::vecT<double, kLanes>> data_;
+    FFTWeights weights_;
+};
+
+// FFTW's for a contiguous real block for each lane, in place.
+class FftwRealBlock {
+public:
+    FftwRealBlock(int lanes, int size)
+        : count_(static_cast<std::size_t>(lanes) * static_cast<std::size_t>(size) *
+                 static_cast<std::size_t>(size + 2)),
+          data_(fftw_alloc_real(count_)) {
+        const int dims[2] = {size, size};
+        const int rows[2] = {size, size + 2};
+        const int halves[2] = {size, size / 2 + 1};
+        const int block = size * (size + 2);
+        auto* const spectrum = reinterpret_cast<fftw_complex*>(data_);
+        forward_ = fftw_plan_many_dft_r2c(2, dims, lanes, data_, rows, 1, block, spectrum, halves,
+                                          1, block / 2, FFTW_MEASURE);
+        inverse_ = fftw_plan_many_dft_c2r(2, dims, lanes, spectrum, halves, 1, block / 2, data_,
+                                          rows, 1, block, FFTW_MEASURE);
+        fill();
+    }
+    ~FftwRealBlock() {
+        fftw_destroy_plan(forward_);
+        fftw_destroy_plan(inverse_);
+        fftw_free(data_);
+    }
+    FftwRealBlock(const FftwRealBlock&) = delete;
+    FftwRealBlock& operator=(const FftwRealBlock&) = delete;
+
+    void fill() { fillWithNoise(data_, count_); }
+    void transform() {
+        fftw_execute(forward_);
+        fftw_execute(inverse_);
+        benchmark::DoNotOptimize(data_);
+    }
+
+private:
+    std::size_t count_;
+    double* data_;
+    fftw_plan forward_;
+    fftw_plan inverse_;
 };
 
 enum class Layout { kLanes, kApart };
@@ -167,23 +237,37 @@ double secondsOf(Data& data) {
 }
 
 // In turns, and by processor time, so that other load on the machine affects both alike.
+template <class Ours, class Theirs>
+void inTurns(benchmark::State& state, Ours& ours, Theirs& theirs) {
+    std::vector<double> ourSeconds, theirSeconds;
+    for (auto _ : state) {
+        ourSeconds.push_back(secondsOf(ours));
+        theirSeconds.push_back(secondsOf(theirs));
+        state.SetIterationTime(ourSeconds.back());
+        // A transform there and back multiplies by more than one.
+        if (ourSeconds.size() % (kTransformsPerFill / 2) == 0) {
+            ours.fill();
+            theirs.fill();
+        }
+    }
+    state.counters["ratio"] = median(ourSeconds) / median(theirSeconds);
+}
+
 template <class T>
 void ratio(benchmark::State& state) {
     OneThreadHost host;
     const auto size = static_cast<std::size_t>(state.range(0));
     Block<T> ours(host.context(), size, size);
     FftwBlock theirs(Layout::kApart, static_cast<int>(T::kLanes), static_cast<int>(size));
-    std::vector<double> ourSeconds, theirSeconds;
-    for (auto _ : state) {
-        ourSeconds.push_back(secondsOf(ours));
-        theirSeconds.push_back(secondsOf(theirs));
-        state.SetIterationTime(ourSeconds.back());
-        if (ourSeconds.size() % kTransformsPerFill == 0) {
-            ours.fill();
-            theirs.fill();
-        }
-    }
-    state.counters["ratio"] = median(ourSeconds) / median(theirSeconds);
+    inTurns(state, ours, theirs);
+}
+
+template <std::size_t kLanes>
+void realRatio(benchmark::State& state) {
+    OneThreadHost host;
+    RealBlockOf<kLanes> ours(host.context(), static_cast<std::size_t>(state.range(0)));
+    FftwRealBlock theirs(int{kLanes}, static_cast<int>(state.range(0)));
+    inTurns(state, ours, theirs);
 }
 
 template <class T>
@@ -215,6 +299,16 @@ void registerRatio() {
         ->Unit(benchmark::kMillisecond);
 }
 
+template <std::size_t kLanes>
+void registerReal() {
+    benchmark::RegisterBenchmark(("transform.real." + std::to_string(kLanes)).c_str(),
+                                 realRatio<kLanes>)
+        ->RangeMultiplier(2)
+        ->Range(64, 512)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+}
+
 void registerFftw(Layout layout, int lanes) {
     const std::string name = layout == Layout::kLanes ? "fftw.lanes." : "fftw.apart.";
     benchmark::RegisterBenchmark((name + std::to_string(lanes)).c_str(), fftw, layout, lanes)
@@ -237,6 +331,12 @@ const bool kRegistered = [] {
     registerRatio<ET::vecT<double, 1>>();
     registerRatio<ET::vecT<double, 4>>();
     registerRatio<ET::vecT<double, 10>>();
+    registerRatio<ET::vecT<double, 30>>();
+    registerRatio<ET::vecT<double, 80>>();
+    registerReal<4>();
+    registerReal<10>();
+    registerReal<30>();
+    registerReal<80>();
     return true;
 }();
 
