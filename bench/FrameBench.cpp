@@ -86,7 +86,7 @@ int runParts(BenchFrame& frame, PF_PixelFormat format, Parts& parts) {
     Filter<N> filter(context, size);
     AEO::Vector<typename BlockLayout<N>::Element> block(context);
     block.resize(2 * size * size);
-    FFTWeights weights(context, static_cast<std::size_t>(frame.host.threads()), size);
+    FFTWeights weights(context, headless::kThreadIndices, size);
     const PF_WorldSuite2* worlds = info.suites->PFWorldSuite2();
     timed(parts.kernels,
           [&] { return KernelBuild<N>(&in_data, context, info, worlds, filter).run(); });

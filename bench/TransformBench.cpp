@@ -23,6 +23,7 @@
 #include <string>
 #include <vector>
 
+#include "headless/Executor.h"
 #include "headless/Host.h"
 #include "support/Noise.h"
 #include "transform/FFT2DImpl.h"
@@ -55,7 +56,7 @@ template <class T>
 class Block {
 public:
     Block(AEO::InData& context, std::size_t size, std::size_t rows)
-        : context_(context), size_(size), data_(context), weights_(context, 1, size) {
+        : context_(context), size_(size), data_(context), weights_(context, headless::kThreadIndices, size) {
         data_.resize(2 * size * rows);
         fill();
     }
@@ -82,7 +83,7 @@ template <std::size_t kLanes>
 class RealBlockOf {
 public:
     RealBlockOf(AEO::InData& context, std::size_t size)
-        : context_(context), size_(size), data_(context), weights_(context, 1, size) {
+        : context_(context), size_(size), data_(context), weights_(context, headless::kThreadIndices, size) {
         data_.resize(2 * size * size);
         fill();
     }

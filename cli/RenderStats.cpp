@@ -42,7 +42,7 @@ void RenderStats::print(std::ostream& out, const headless::Host& host) const {
     }
     std::snprintf(text, sizeof text,
                   "%d threads; peak memory %.1f MiB, of which the effect requested %.1f MiB\n",
-                  host.threads(), mebibytes(peakProcessMemory()), mebibytes(host.memory().peak));
+                  host.workers(), mebibytes(peakProcessMemory()), mebibytes(host.memory().peak));
     out << text;
 }
 

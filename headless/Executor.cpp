@@ -14,34 +14,20 @@ namespace headless {
 
 namespace {
 
-// Chunks per thread index. More of them balance uneven items better and notice a cancel earlier;
-// fewer of them keep the cost of a chunk (two loads) negligible.
-constexpr std::int32_t kChunksPerThread = 64;
+// Pieces of a share between which a worker looks for a failure or a cancel.
+constexpr std::int64_t kChunksPerShare = 8;
 
-// One running iteration, shared by its threads.
+// One running iteration, shared by its workers.
 class Iteration {
 public:
     Iteration(std::int32_t count, void* context, AEGP_IterateFunction function,
-              const std::atomic<bool>* stop, int threadCount)
-        : iterations_(count),
-          refcon_(context),
-          fn_(function),
-          cancel_(stop),
-          threads_(threadCount),
-          chunk_(std::max<std::int32_t>(1, count / (threadCount * kChunksPerThread))) {}
+              const std::atomic<bool>* stop)
+        : iterations_(count), refcon_(context), fn_(function), cancel_(stop) {}
 
-    // All chunks of thread index t, in ascending order.
-    void runThread(std::int32_t t) noexcept {
-        const std::int64_t stride = static_cast<std::int64_t>(chunk_) * threads_;
-        for (std::int64_t begin = static_cast<std::int64_t>(chunk_) * t; begin < iterations_;
-             begin += stride) {
-            if (begin > failedAt_.load(std::memory_order_relaxed)) return;
-            if (cancel_ && cancel_->load(std::memory_order_relaxed)) {
-                cancelled_.store(true, std::memory_order_relaxed);
-                return;
-            }
-            const auto end = std::min<std::int64_t>(begin + chunk_, iterations_);
-            runChunk(t, static_cast<std::int32_t>(begin), static_cast<std::int32_t>(end));
+    // Shares as they become free, until none is left.
+    void work() noexcept {
+        for (std::int32_t t = next_++; t < kThreadIndices; t = next_++) {
+            if (!runShare(t)) return;
         }
     }
 
@@ -52,6 +38,25 @@ public:
     }
 
 private:
+    // The items of thread index t, in ascending order; false if the iteration is to end.
+    bool runShare(std::int32_t t) {
+        const std::int64_t first = startOf(t);
+        const std::int64_t last = startOf(t + 1);
+        const std::int64_t chunk = std::max<std::int64_t>(1, (last - first) / kChunksPerShare);
+        for (std::int64_t begin = first; begin < last; begin += chunk) {
+            if (begin > failedAt_.load(std::memory_order_relaxed)) return false;
+            if (cancel_ && cancel_->load(std::memory_order_relaxed)) {
+                cancelled_.store(true, std::memory_order_relaxed);
+                return false;
+            }
+            const std::int64_t end = std::min(begin + chunk, last);
+            runChunk(t, static_cast<std::int32_t>(begin), static_cast<std::int32_t>(end));
+        }
+        return true;
+    }
+
+    std::int64_t startOf(std::int64_t t) const { return t * iterations_ / kThreadIndices; }
+
     void runChunk(std::int32_t t, std::int32_t begin, std::int32_t end) {
         // Copied, since a call could change what a member holds: most items do next to nothing.
         void* const refcon = refcon_;
@@ -84,9 +89,8 @@ private:
     void* const refcon_;
     const AEGP_IterateFunction fn_;
     const std::atomic<bool>* const cancel_;
-    const int threads_;
-    const std::int32_t chunk_;
 
+    std::atomic<std::int32_t> next_{0};  // thread index
     std::atomic<std::int32_t> failedAt_{std::numeric_limits<std::int32_t>::max()};
     std::atomic<bool> cancelled_{false};
     std::mutex mutex_;
@@ -94,9 +98,9 @@ private:
     bool thrown_ = false;
 };
 
-int threadsOrAll(int threads) {
-    if (threads < 0) throw std::invalid_argument("negative number of threads");
-    if (threads > 0) return threads;
+int workersOrAll(int workers) {
+    if (workers < 0) throw std::invalid_argument("negative number of threads");
+    if (workers > 0) return workers;
     return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
 }
 
@@ -114,8 +118,8 @@ bool hasExecutor(ExecutorKind kind) {
 #endif
 }
 
-std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int threads) {
-    const int count = threadsOrAll(threads);
+std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int workers) {
+    const int count = workersOrAll(workers);
     if (!hasExecutor(kind)) throw std::invalid_argument("this build doesn't contain the executor");
 #ifdef ORBEL_HAS_TBB
     if (kind == ExecutorKind::kTbb) return makeTbbExecutor(count);
@@ -126,9 +130,13 @@ std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int threads) {
 A_Err iterate(Executor& executor, std::int32_t iterations, void* refcon, AEGP_IterateFunction fn,
               const std::atomic<bool>* cancel) {
     if (iterations <= 0) return PF_Err_NONE;
-    const int threads = std::min(executor.threads(), iterations);
-    Iteration iteration(iterations, refcon, fn, cancel, executor.threads());
-    executor.run(threads, [&](int t) { iteration.runThread(t); });
+    Iteration iteration(iterations, refcon, fn, cancel);
+    const int workers = std::min({executor.workers(), kThreadIndices, iterations});
+    if (workers == 1) {
+        iteration.work();
+    } else {
+        executor.run(workers, [&](int) { iteration.work(); });
+    }
     return iteration.result();
 }
 

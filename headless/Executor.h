@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 // The threads that iterations run on.
+//
+// An effect sees kThreadIndices threads, a fixed number, and each always gets the same items.
+// Workers carry them out, as many as there are processors or as the user wants; each takes the next
+// index as soon as it is free. Sums that the effect keeps for each thread then have the same bits
+// with any number of workers, and uneven items spread by themselves.
 
 #include <atomic>
 #include <functional>
@@ -10,12 +15,15 @@
 
 namespace headless {
 
+// More workers than this would have nothing to do.
+inline constexpr int kThreadIndices = 64;
+
 // Runs a fixed number of bodies on several threads.
 class Executor {
 public:
     virtual ~Executor() = default;
     // How many bodies can run at the same time.
-    virtual int threads() const = 0;
+    virtual int workers() const = 0;
     // Calls body(t) once for each t from 0 to count - 1 and blocks until all have returned. May be
     // called on several threads at once. `body` must not throw.
     virtual void run(int count, const std::function<void(int)>& body) = 0;
@@ -27,15 +35,13 @@ enum class ExecutorKind { kTbb, kThreads };
 ExecutorKind defaultExecutor();
 // Whether this build contains `kind`.
 bool hasExecutor(ExecutorKind kind);
-// `threads` 0 means as many as the processor has. Throws std::invalid_argument for an executor that
+// 0 workers mean as many as there are processors. Throws std::invalid_argument for an executor that
 // this build doesn't contain or a negative count.
-std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int threads);
+std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int workers);
 
 // Calls fn(refcon, thread, i, iterations) for each i, as AEGP_IterateGeneric does.
 //
-// The range is divided into chunks, and chunk c goes to thread index c mod T, in ascending order.
-// For a given number of threads T each index sees the same items in the same order every time, so
-// per-thread sums have the same bits.
+// The range is divided into contiguous shares, one for each thread index, and a share into chunks.
 //
 // The result is that of the failing item with the lowest i, as if the items had run one after the
 // other: every item below it has run. An `int` thrown by the item counts as a failure and is

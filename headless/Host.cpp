@@ -29,8 +29,8 @@ void Host::setCancelled(bool cancelled) {
     state_->outsideCancelled = cancelled;
 }
 
-int Host::threads() const {
-    return state_->executor->threads();
+int Host::workers() const {
+    return state_->executor->workers();
 }
 
 Failures& Host::failures() {

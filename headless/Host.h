@@ -69,7 +69,8 @@ public:
     // Makes progress and iterations outside a command return 517.
     void setCancelled(bool cancelled);
 
-    int threads() const;
+    // How many threads carry out iterations. The effect sees kThreadIndices, whatever their number.
+    int workers() const;
 
     Failures& failures();
     // As Failures::failAt.

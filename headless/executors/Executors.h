@@ -8,9 +8,9 @@
 
 namespace headless {
 
-std::unique_ptr<Executor> makeThreadsExecutor(int threads);
+std::unique_ptr<Executor> makeThreadsExecutor(int workers);
 #ifdef ORBEL_HAS_TBB
-std::unique_ptr<Executor> makeTbbExecutor(int threads);
+std::unique_ptr<Executor> makeTbbExecutor(int workers);
 #endif
 
 }  // namespace headless

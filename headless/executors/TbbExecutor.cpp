@@ -13,15 +13,15 @@ namespace {
 
 class TbbExecutor : public Executor {
 public:
-    explicit TbbExecutor(int threads)
-        : count_(threads),
+    explicit TbbExecutor(int workers)
+        : count_(workers),
           control_(oneapi::tbb::global_control::max_allowed_parallelism,
-                   static_cast<std::size_t>(threads)),
-          arena_(threads) {}
+                   static_cast<std::size_t>(workers)),
+          arena_(workers) {}
 
-    int threads() const override { return count_; }
+    int workers() const override { return count_; }
 
-    // One task for each body: a body is one thread index, and no two tasks share one.
+    // One task for each body.
     void run(int bodies, const std::function<void(int)>& body) override {
         arena_.execute([&] {
             oneapi::tbb::parallel_for(
@@ -41,8 +41,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Executor> makeTbbExecutor(int threads) {
-    return std::make_unique<TbbExecutor>(threads);
+std::unique_ptr<Executor> makeTbbExecutor(int workers) {
+    return std::make_unique<TbbExecutor>(workers);
 }
 
 }  // namespace headless

@@ -17,9 +17,9 @@ namespace {
 
 class ThreadsExecutor : public Executor {
 public:
-    explicit ThreadsExecutor(int threads) : count_(threads) {
+    explicit ThreadsExecutor(int workers) : count_(workers) {
         // The calling thread works too.
-        for (int i = 1; i < threads; ++i) workers_.emplace_back([this] { work(); });
+        for (int i = 1; i < workers; ++i) workers_.emplace_back([this] { work(); });
     }
 
     ~ThreadsExecutor() override {
@@ -31,7 +31,7 @@ public:
         for (auto& worker : workers_) worker.join();
     }
 
-    int threads() const override { return count_; }
+    int workers() const override { return count_; }
 
     void run(int bodies, const std::function<void(int)>& body) override {
         Job job{&body, bodies, bodies};
@@ -81,8 +81,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Executor> makeThreadsExecutor(int threads) {
-    return std::make_unique<ThreadsExecutor>(threads);
+std::unique_ptr<Executor> makeThreadsExecutor(int workers) {
+    return std::make_unique<ThreadsExecutor>(workers);
 }
 
 }  // namespace headless

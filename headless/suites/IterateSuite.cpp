@@ -12,7 +12,7 @@ A_Err getNumThreads(std::int32_t* count) {
         HostState& host = HostState::current();
         host.log.add("AEGP_GetNumThreads");
         if (const PF_Err err = host.failures.check(Operation::kGetNumThreads)) return err;
-        *count = host.executor->threads();
+        *count = kThreadIndices;
         return PF_Err_NONE;
     });
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/Iterator.h"
 
+#include "headless/Executor.h"
 #include "support/HostFixture.h"
 
 namespace {
@@ -18,7 +19,7 @@ struct Items {
     int failingItem = -1;
 
     int iterate(int thread, int i, int iterations) {
-        EXPECT_TRUE(thread == 0 || thread == 1);
+        EXPECT_TRUE(thread >= 0 && thread < headless::kThreadIndices);
         EXPECT_EQ(iterations, static_cast<int>(visits.size()));
         ++visits[static_cast<std::size_t>(i)];
         return i == failingItem ? PF_Interrupt_CANCEL : PF_Err_NONE;
@@ -59,7 +60,8 @@ TEST_F(Iterator, SkipsCallsWithoutThreadOrObject) {
 
 TEST_F(Iterator, OrsTheThreadCountsErrorIntoTheCallers) {
     int err = 0;
-    EXPECT_EQ(AEO::Iterator::GetNumThreads(*in_data.pica_basicP, err), 2);
+    EXPECT_EQ(AEO::Iterator::GetNumThreads(*in_data.pica_basicP, err),
+              headless::kThreadIndices);
     EXPECT_EQ(err, 0);
     err |= 4;
     host.failAt(headless::Operation::kGetNumThreads, 1, 513);

@@ -130,11 +130,11 @@ TEST(RenderMain, CallsTheHostInOrder) {
         "AcquireSuite PF World Suite 2",  // the depth map's wrapper, before the driver
         // The driver's own buffers: bank, block, tables.
         "AcquireSuite PF World Suite 2", "host_new_handle 131080", "host_new_handle 655368",
-        "AEGP_GetNumThreads", "host_new_handle 88", "host_new_handle 520",
+        "AEGP_GetNumThreads", "host_new_handle 2568", "host_new_handle 16392",
         // Kernels: the shape image, the totals, normalising, the bank's transform.
         "checkout_param 7", "checkin_param 7", "checkout_param 7", "AcquireSuite PF World Suite 2",
         "PF_NewWorld 256 256", "AEGP_IterateGeneric 65536", "AEGP_GetNumThreads",
-        "host_new_handle 40", "AEGP_IterateGeneric 4096", "host_dispose_handle", "PF_DisposeWorld",
+        "host_new_handle 1032", "AEGP_IterateGeneric 4096", "host_dispose_handle", "PF_DisposeWorld",
         "ReleaseSuite PF World Suite 2", "AEGP_IterateGeneric 4096", "checkin_param 7",
         "AEGP_IterateGeneric 64", "AEGP_IterateGeneric 8192", "AEGP_IterateGeneric 64",
         "progress 1 2",

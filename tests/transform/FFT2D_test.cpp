@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::size_t kThreads = 2;  // of the fixture's host
+constexpr std::size_t kThreads = headless::kThreadIndices;
 constexpr std::size_t kSize = 64;
 constexpr std::size_t kElements = 2 * kSize * kSize;
 

@@ -12,8 +12,8 @@
 
 namespace {
 
-constexpr std::size_t kThreads = 2;  // of the fixture's host
-constexpr double kLeft = 1e300;      // where nothing may be read or written
+constexpr std::size_t kThreads = headless::kThreadIndices;
+constexpr double kLeft = 1e300;  // where nothing may be read or written
 
 class RealFFT2DTest : public ContextFixture {
 protected:
