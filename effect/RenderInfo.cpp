@@ -6,6 +6,7 @@
 
 #include "effect/ParameterIndices.h"
 #include "host/Fixed.h"
+#include "transform/SetUpMath.h"
 
 namespace {
 
@@ -69,9 +70,9 @@ void readFocus(ParameterReader& read, RenderInfo& info) {
 
 void readDepthCurves(ParameterReader& read, RenderInfo& info) {
     info.profile = read.fixed(kProfile);
-    info.profileSlope = std::tan((info.profile * kProfileReach + 1.0) * pi * 0.25);
+    info.profileSlope = set_up::tan((info.profile * kProfileReach + 1.0) * pi * 0.25);
     info.profileOffset = 0.0;
-    info.edgeLeak = std::tan(read.fixed(kRemoveEdgeLeak) * kEdgeLeakReach * pi * 0.5);
+    info.edgeLeak = set_up::tan(read.fixed(kRemoveEdgeLeak) * kEdgeLeakReach * pi * 0.5);
     info.edgeThreshold = read.fixed(kDetectEdgeThreshold);
 }
 

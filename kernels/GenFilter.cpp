@@ -6,6 +6,9 @@
 #include <cstddef>
 #include <numbers>
 
+#include "transform/LaneMath.h"
+#include "transform/SetUpMath.h"
+
 namespace {
 
 using std::numbers::pi;
@@ -40,11 +43,15 @@ void GenFilter::setShape() {
     deformY = info_.deform < 0.0 ? 1.0 + info_.deform : 1.0;
     vertices = info_.vertices;
     sectorAngle = kTwoPi / vertices;
-    cosHalfSector = std::cos(sectorAngle * 0.5);
+    cosHalfSector = set_up::cos(sectorAngle * 0.5);
     rotationRad = info_.rotation * kRadiansPerDegree;
-    roundMix = 1.0 - std::tan((1.0 - info_.roundness) * pi * 0.25);
+    roundMix = 1.0 - set_up::tan((1.0 - info_.roundness) * pi * 0.25);
     // The sides of a star bend inward equally far whatever the number of vertices.
     if (roundMix < 0.0) roundMix /= 1.0 - cosHalfSector;
+    for (int side = 0; side < vertices; ++side) {
+        const set_up::SineCosine normal = set_up::sineAndCosine((side + 0.5) * sectorAngle);
+        normals_[static_cast<std::size_t>(side)] = {normal.cosine.high, normal.sine.high};
+    }
 }
 
 // Up to a concentration of one half the edges move; above, the power grows.
@@ -57,13 +64,13 @@ void GenFilter::setWeight() {
         weightEdge0 = -kEdgeGap;
         weightEdge1 = std::min(-2.0 * c, 1.0);
     }
-    weightPower = std::max(std::tan(std::abs(c) * kHalfPi), 1.0);
+    weightPower = std::max(set_up::tan(std::abs(c) * kHalfPi), 1.0);
 }
 
 // Rotates by -rotation, then divides each axis by its deformation.
 void GenFilter::setMatrix() {
-    const double s = std::sin(rotationRad);
-    const double k = std::cos(rotationRad);
+    const double s = set_up::sin(rotationRad);
+    const double k = set_up::cos(rotationRad);
     shapeMatrix[0] = k / deformX;
     shapeMatrix[1] = -s / deformY;
     shapeMatrix[2] = s / deformX;
@@ -76,12 +83,16 @@ double GenFilter::estimateShapeRadius(double x, double y) const {
     const auto& [a, b, c, d] = shapeMatrix;
     const double u = a * px + c * py;
     const double v = b * px + d * py;
-    const double angle = std::atan2(v, u);
     const double distance = std::sqrt(u * u + v * v);
 
-    // The polygon's measure is constant along a side and equals the distance at its vertices.
-    const double middle = std::floor(angle / sectorAngle) * sectorAngle + 0.5 * sectorAngle;
-    const double polygon = distance * std::cos(angle - middle) / cosHalfSector;
+    // The polygon's measure is constant along a side and equals the distance at its vertices: the
+    // projection on the normal of the nearest side, which is the largest of the projections.
+    double projection = 0.0;
+    for (int side = 0; side < vertices; ++side) {
+        const Normal& normal = normals_[static_cast<std::size_t>(side)];
+        projection = std::max(projection, u * normal.x + v * normal.y);
+    }
+    const double polygon = projection / cosHalfSector;
     return roundMix * distance + (1.0 - roundMix) * polygon;
 }
 
@@ -93,7 +104,7 @@ double GenFilter::estimateWeightFunc(double r, double rimRadius) const {
         const double u = std::min(std::max((r - edge0) / (edge1 - edge0), 0.0), 1.0);
         base = u * u * (3.0 - 2.0 * u);
     }
-    return std::pow(base, weightPower);
+    return weightPower == 1.0 ? base : ET::lane::powerOfRest(1.0 - base, weightPower);
 }
 
 int GenFilter::iterate(int, int index, int) {

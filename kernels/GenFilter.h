@@ -2,6 +2,7 @@
 #pragma once
 // Draws the procedural aperture.
 
+#include <array>
 #include <cstdint>
 
 #include "effect/RenderInfo.h"
@@ -35,7 +36,12 @@ private:
     double pixelWeight(double dx, double dy, double radius) const;
     double rimWeight(double dx, double dy, double radius) const;
 
-    std::int32_t vertices;
+    struct Normal {
+        double x;
+        double y;
+    };
+
+    std::int32_t vertices;  // 3 to 10
     double sectorAngle;  // between two vertices, radians
     double cosHalfSector;
     double rotationRad;
@@ -46,6 +52,7 @@ private:
     double deformX;         // scale along the turned x axis, at most 1
     double deformY;         // along the turned y axis, at most 1
     double shapeMatrix[4];  // from a pixel offset to shape space: a, b, c, d
+    std::array<Normal, 10> normals_;  // of the polygon's sides
     AEO::EffectWorld& shape_;
     const RenderInfo& info_;
 };

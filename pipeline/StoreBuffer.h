@@ -151,11 +151,12 @@ double StoreBuffer<Pixel, N>::layerPosition(double depth) const {
     const double f = info_.focalDistance;
     // 0 on the plane of focus, 1 at the farther end of the range.
     const double distance = std::fabs(t - (1.0 - f)) / std::max(f, 1.0 - f);
-    const double nearness = 1.0 - distance;
     // The default profile's slope is 1 except for the last digit of a tangent, which changes no
     // result by more than its own rounding. The power would take a fifth of the stage's time.
     const bool even = std::fabs(info_.profileSlope - 1.0) < 1e-15;
-    return static_cast<double>(N) * (even ? nearness : std::pow(nearness, info_.profileSlope));
+    const double position =
+        even ? 1.0 - distance : ET::lane::powerOfRest(distance, info_.profileSlope);
+    return static_cast<double>(N) * position;
 }
 
 // Normalises the pixels of the input under a run, which lies in one row of the block. Outside the

@@ -106,6 +106,12 @@ ORBEL_LANE_INLINE constexpr double log1p(double x) {
     return x < -1.0 ? std::numeric_limits<double>::quiet_NaN() : pole;
 }
 
+// (1 - loss)^exponent for a loss from 0 to 1 and an exponent of at least 0, within some 1e-16 of the
+// exact value: the error is absolute.
+ORBEL_LANE_INLINE constexpr double powerOfRest(double loss, double exponent) {
+    return expm1(exponent * log1p(-loss)) + 1.0;
+}
+
 }  // namespace lane
 
 template <std::size_t N>

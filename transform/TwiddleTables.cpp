@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "transform/TwiddleTables.h"
 
-#include <cmath>
+#include "transform/SetUpMath.h"
 
 namespace {
 
@@ -11,21 +11,23 @@ constexpr double kEighthTurn = 0.7853981633974483;  // atan(1)
 void makeFirstSubTable(int size, double* w) {
     const double delta = kEighthTurn / size;
     w[0] = 1.0;
-    w[1] = std::cos(delta * size);
+    w[1] = set_up::cos(delta * size);
     if (size == 4) {
-        w[2] = std::cos(2.0 * delta);
-        w[3] = std::sin(2.0 * delta);
+        w[2] = set_up::cos(2.0 * delta);
+        w[3] = set_up::sin(2.0 * delta);
     }
     if (size <= 4) return;
 
-    w[2] = 0.5 / std::cos(2.0 * delta);
-    w[3] = 0.5 / std::cos(6.0 * delta);
+    w[2] = 0.5 / set_up::cos(2.0 * delta);
+    w[3] = 0.5 / set_up::cos(6.0 * delta);
     const double delta3 = 3.0 * delta;
     for (int j = 4; j < size; j += 4) {
-        w[j] = std::cos(delta * j);
-        w[j + 1] = std::sin(delta * j);
-        w[j + 2] = std::cos(delta3 * j);
-        w[j + 3] = -std::sin(delta3 * j);
+        const set_up::SineCosine once = set_up::sineAndCosine(delta * j);
+        const set_up::SineCosine thrice = set_up::sineAndCosine(delta3 * j);
+        w[j] = once.cosine.high;
+        w[j + 1] = once.sine.high;
+        w[j + 2] = thrice.cosine.high;
+        w[j + 3] = -thrice.sine.high;
     }
 }
 
@@ -86,10 +88,10 @@ void makect(int nc, int* ip, double* c) {
 
     const int nch = nc >> 1;
     const double delta = kEighthTurn / nch;
-    c[0] = std::cos(delta * nch);
+    c[0] = set_up::cos(delta * nch);
     c[nch] = 0.5 * c[0];
     for (int j = 1; j < nch; ++j) {
-        c[j] = 0.5 * std::cos(delta * j);
-        c[nc - j] = 0.5 * std::sin(delta * j);
+        c[j] = 0.5 * set_up::cos(delta * j);
+        c[nc - j] = 0.5 * set_up::sin(delta * j);
     }
 }

@@ -69,6 +69,19 @@ TEST(LaneMath, IsWithinOneUnitInTheLastPlace) {
     }
 }
 
+TEST(LaneMath, PowersOfSharesAreExactToSixteenPlaces) {
+    Noise noise;
+    for (int i = 0; i < 100'000; ++i) {
+        const double rest = i % 2 == 0 ? std::ldexp(noise.upTo(4095), -12) : noise.unit();
+        const double loss = 1.0 - rest;
+        const double exponent = std::ldexp(noise.unit(), static_cast<int>(noise.upTo(24)) - 12);
+        const double power = std::pow(1.0 - loss, exponent);
+        ASSERT_NEAR(ET::lane::powerOfRest(loss, exponent), power, 4e-16) << rest << "^" << exponent;
+    }
+    EXPECT_EQ(ET::lane::powerOfRest(1.0, 0.01), 0.0);
+    EXPECT_EQ(ET::lane::powerOfRest(0.0, 70.0), 1.0);
+}
+
 TEST(LaneMath, HoldsAtTheEdges) {
     const double infinity = HUGE_VAL;
     const double overflow = 0x1.62e42fefa39efp+9;  // the last whose exponential is finite
