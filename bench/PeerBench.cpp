@@ -16,11 +16,11 @@
 
 #include <algorithm>
 #include <complex>
-#include <ctime>
 #include <string>
 #include <vector>
 
 #include "BenchFrame.h"
+#include "InTurns.h"
 #include "pipeline/RenderMain.h"
 
 #ifdef ORBEL_HAS_OPENCV
@@ -221,38 +221,12 @@ private:
     fftw_plan inverse_;
 };
 
-template <class Run>
-double secondsOf(Run&& run) {
-    const std::clock_t start = std::clock();
-    run();
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-// In turns, and by processor time, so that other load on the machine affects both alike.
-template <class Ours, class Theirs>
-void inTurns(benchmark::State& state, Ours&& ours, Theirs&& theirs) {
-    std::vector<double> ourSeconds, theirSeconds;
-    for (auto _ : state) {
-        ourSeconds.push_back(secondsOf(ours));
-        theirSeconds.push_back(secondsOf(theirs));
-        state.SetIterationTime(ourSeconds.back());
-    }
-    state.counters["ratio"] = median(ourSeconds) / median(theirSeconds);
-    state.counters["peer"] = median(theirSeconds);
-}
-
 #ifdef ORBEL_HAS_OPENCV
 void besideFilter2D(benchmark::State& state) {
     const auto radius = static_cast<double>(state.range(0));
     OurFrame ours(radius, 0.0);
     FilterFrame theirs(radius);
-    inTurns(state, [&] { ours.run(); }, [&] { theirs.run(); });
+    compareInTurns(state, [&] { ours.run(); }, [&] { theirs.run(); });
 }
 #endif
 
@@ -260,7 +234,7 @@ void besideFftw(benchmark::State& state) {
     const auto radius = static_cast<double>(state.range(0));
     OurFrame ours(radius, 0.0);
     FftwFrame theirs(radius);
-    inTurns(state, [&] { ours.run(); }, [&] { theirs.run(); });
+    compareInTurns(state, [&] { ours.run(); }, [&] { theirs.run(); });
 }
 
 void besideNoExposure(benchmark::State& state) {
@@ -271,7 +245,7 @@ void besideNoExposure(benchmark::State& state) {
             frame.run();
         };
     };
-    inTurns(state, at(10.0), at(0.0));
+    compareInTurns(state, at(10.0), at(0.0));
 }
 
 const bool kRegistered = [] {

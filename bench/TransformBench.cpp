@@ -19,10 +19,10 @@
 #include <fftw3.h>
 
 #include <algorithm>
-#include <ctime>
 #include <string>
 #include <vector>
 
+#include "InTurns.h"
 #include "headless/Executor.h"
 #include "headless/Host.h"
 #include "support/Noise.h"
@@ -224,34 +224,17 @@ void fftw(benchmark::State& state, Layout layout, int lanes) {
     measure(state, data, [](FftwBlock& b) { b.transform(); });
 }
 
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-template <class Data>
-double secondsOf(Data& data) {
-    const std::clock_t start = std::clock();
-    data.transform();
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-// In turns, and by processor time, so that other load on the machine affects both alike.
+// A transform there and back multiplies by more than one.
 template <class Ours, class Theirs>
 void inTurns(benchmark::State& state, Ours& ours, Theirs& theirs) {
-    std::vector<double> ourSeconds, theirSeconds;
-    for (auto _ : state) {
-        ourSeconds.push_back(secondsOf(ours));
-        theirSeconds.push_back(secondsOf(theirs));
-        state.SetIterationTime(ourSeconds.back());
-        // A transform there and back multiplies by more than one.
-        if (ourSeconds.size() % (kTransformsPerFill / 2) == 0) {
+    compareInTurns(
+        state, [](auto& side) { return processorSeconds(side); }, [&] { ours.transform(); },
+        [&] { theirs.transform(); },
+        [&](std::size_t turns) {
+            if (turns % (kTransformsPerFill / 2) != 0) return;
             ours.fill();
             theirs.fill();
-        }
-    }
-    state.counters["ratio"] = median(ourSeconds) / median(theirSeconds);
+        });
 }
 
 template <class T>

@@ -52,6 +52,25 @@ private:
     Scalar* first_;
 };
 
+// One lane of a row of a block that takes in the next one: samples are read from both, real parts
+// from this row and imaginary parts from the real elements n later, and stored in this row.
+template <class T>
+class LaneOfRowPair {
+public:
+    using Lanes = typename LaneOfSamples<T>::Lanes;
+
+    ORBEL_LANE_INLINE LaneOfRowPair(const LaneOfSamples<T>& row, int n) : row_(row), n_(n) {}
+
+    ORBEL_LANE_INLINE auto operator[](int j) const {
+        return Complex<ET::LaneRef<typename T::Scalar>>{row_[j].re, row_[n_ + j].re};
+    }
+    ORBEL_LANE_INLINE void store(int j, const Complex<Lanes>& x) const { row_.store(j, x); }
+
+private:
+    LaneOfSamples<T> row_;
+    int n_;
+};
+
 // The live lanes of an array of T, each a LaneOfSamples, for a range-based loop.
 template <class T>
 class LanesOf {

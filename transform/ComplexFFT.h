@@ -36,17 +36,18 @@ namespace fft {
 
 // The pass over the whole array. Its sub-table has a row for every second position only: the
 // twiddle between two rows is their sum, scaled by the table's entries 2 and 3.
-template <bool kConjugate, class T>
-void splitWhole(int n, T* a, const double* w) {
+// `view` makes of a LaneOfSamples what the butterflies read and write.
+template <bool kConjugate, class T, class View>
+void splitWhole(int n, T* a, const double* w, View&& view) {
     const int m = n >> 2;
     const int mh = n >> 3;
     const double half = w[1];
-    const auto split = [=](int j, const Twiddle& t) {
+    const auto split = [&](int j, const Twiddle& t) {
         ORBEL_INDEPENDENT_LANES
-        for (auto x : LanesOf(a)) splitFirst<kConjugate>(x, j, m, t);
+        for (auto x : LanesOf(a)) splitFirst<kConjugate>(view(x), j, m, t);
         const Twiddle mirrored = t.mirrored();
         ORBEL_INDEPENDENT_LANES
-        for (auto x : LanesOf(a)) splitFirst<kConjugate>(x, m - j, m, mirrored);
+        for (auto x : LanesOf(a)) splitFirst<kConjugate>(view(x), m - j, m, mirrored);
     };
     const auto between = [=](const Twiddle& t, const Twiddle& u) {
         return Twiddle{w[2] * (t.re1 + u.re1), w[2] * (t.im1 + u.im1), w[3] * (t.re3 + u.re3),
@@ -54,7 +55,7 @@ void splitWhole(int n, T* a, const double* w) {
     };
 
     ORBEL_INDEPENDENT_LANES
-    for (auto x : LanesOf(a)) splitFirst<kConjugate>(x, 0, m);
+    for (auto x : LanesOf(a)) splitFirst<kConjugate>(view(x), 0, m);
     Twiddle row{1.0, 0.0, 1.0, 0.0};
     for (int j = 2; j < mh - 2; j += 4) {
         const Twiddle next = twiddleAt(w + j + 2);
@@ -64,19 +65,27 @@ void splitWhole(int n, T* a, const double* w) {
     }
     split(mh - 2, between(row, Twiddle{half, half, -half, -half}));
     ORBEL_INDEPENDENT_LANES
-    for (auto x : LanesOf(a)) splitFirstMiddle<kConjugate>(x, mh, m, half);
+    for (auto x : LanesOf(a)) splitFirstMiddle<kConjugate>(view(x), mh, m, half);
 }
+
+// Samples as they are.
+struct PlainView {
+    template <class Lane>
+    ORBEL_LANE_INLINE const Lane& operator()(const Lane& lane) const {
+        return lane;
+    }
+};
 
 }  // namespace fft
 
 template <class T>
 void cftf1st(int n, T* a, const double* w) {
-    fft::splitWhole<false>(n, a, w);
+    fft::splitWhole<false>(n, a, w, fft::PlainView{});
 }
 
 template <class T>
 void cftb1st(int n, T* a, const double* w) {
-    fft::splitWhole<true>(n, a, w);
+    fft::splitWhole<true>(n, a, w, fft::PlainView{});
 }
 
 // Position j and its mirror m - j share a row of the table, here a sub-table of n / 4 entries.

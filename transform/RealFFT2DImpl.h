@@ -4,6 +4,7 @@
 // for an element type; everything else needs only its declaration.
 
 #include <cstddef>
+#include <type_traits>
 
 #include "host/Iterator.h"
 #include "transform/ComplexFFT.h"
@@ -55,11 +56,25 @@ struct LiveConjugateMove {
     }
 };
 
-// cftfsub and cftbsub for n > 32, on live lanes alone. The next row is `ahead` elements later.
+// ---- Two real rows a and b in one complex row a + i b. `pair` points to the row of the block that
+// holds a; the row of b begins n elements later. The spectrum A + i B of the joined row holds both:
+// since they are spectra of real rows, it is conj(A) + i conj(B) at the opposite frequency.
+
+// The joined row, which the first pass over it makes by reading both.
 template <class T>
-void transformRow(int n, T* row, const RowTables& tables, std::size_t ahead) {
+struct RowPairView {
+    int n;
+
+    ORBEL_LANE_INLINE LaneOfRowPair<T> operator()(const LaneOfSamples<T>& lane) const {
+        return {lane, n};
+    }
+};
+
+// cftfsub and cftbsub for n > 32, on live lanes alone. The next row is `ahead` elements later.
+template <class T, class View>
+void transformRow(int n, T* row, const RowTables& tables, std::size_t ahead, View&& view) {
     const auto [ip, nw, w] = tables;
-    cftf1st(n, row, &w[nw - (n >> 2)]);
+    splitWhole<false>(n, row, &w[nw - (n >> 2)], view);
     finishPasses(n, row, nw, w);
     BitReversal<LiveMove, T>(n, ip, row, ahead).run();
 }
@@ -70,15 +85,6 @@ void transformRowBack(int n, T* row, const RowTables& tables, std::size_t ahead)
     cftb1st(n, row, &w[nw - (n >> 2)]);
     finishPasses(n, row, nw, w);
     BitReversal<LiveConjugateMove, T>(n, ip, row, ahead).run();
-}
-
-// ---- Two real rows a and b in one complex row a + i b. `pair` points to the row of the block that
-// holds a; the row of b begins n elements later. The spectrum A + i B of the joined row holds both:
-// since they are spectra of real rows, it is conj(A) + i conj(B) at the opposite frequency.
-
-template <class T>
-void joinRows(int n, T* pair) {
-    for (int j = 0; j < n; j += 2) ET::copyLanes(pair[j + 1], pair[n + j]);
 }
 
 template <class T>
@@ -242,8 +248,8 @@ struct RealRowPass {
                     fft::transformRowBack(n, pair, tables, 4 * block.size);
                     fft::partRows(n, pair);
                 } else {
-                    fft::joinRows(n, pair);
-                    fft::transformRow(n, pair, tables, 4 * block.size);
+                    using T = std::remove_pointer_t<decltype(pair)>;
+                    fft::transformRow(n, pair, tables, 4 * block.size, fft::RowPairView<T>{n});
                     fft::partSpectra(n, pair);
                 }
             });
@@ -268,7 +274,7 @@ struct RealColumnPass {
                 if (back) {
                     fft::transformRowBack(n, row, tables, 2 * block.size);
                 } else {
-                    fft::transformRow(n, row, tables, 2 * block.size);
+                    fft::transformRow(n, row, tables, 2 * block.size, fft::PlainView{});
                 }
             });
         });
