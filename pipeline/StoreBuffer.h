@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 
 #include "effect/RenderInfo.h"
 #include "host/Vector.h"
@@ -34,9 +35,7 @@ public:
           info_(info),
           depth_(depth),
           edge_(edge),
-          rect_(rect) {
-        for (std::size_t c = 0; c < BlockLayout<N>::kChannels; ++c) zero_[c] = 0.0;
-    }
+          rect_(rect) {}
 
     // Stores the run that begins with pixel `index`, if one does. Always returns 0.
     int iterate(int, int index, int) {
@@ -88,7 +87,6 @@ private:
 
     const PF_LayerDef& input_;
     AEO::Vector<Element>& block_;
-    Element zero_;
     double (*mix_)(double);
     const RenderInfo& info_;
     const AEO::Vector<float>& depth_;
@@ -102,9 +100,10 @@ void StoreBuffer<Pixel, N>::storeRun(std::size_t first) {
     Colours colours;
     readRun(first, colours);
     expandRun(first, colours);
+    // Imaginary halves, and the lanes of layers that a pixel isn't in. In one piece, since the
+    // library's way of clearing much memory doesn't read it first.
+    std::memset(static_cast<void*>(&block_[2 * first]), 0, 2 * kRun * sizeof(Element));
     for (std::size_t i = 0; i < kRun; ++i) {
-        // The imaginary half is written here for every pixel, so the block need not be cleared.
-        block_[2 * (first + i) + 1] = zero_;
         Element& real = block_[2 * (first + i)];
         if constexpr (N == 1) {
             writeColour(real, colours, i);
@@ -234,7 +233,6 @@ void StoreBuffer<Pixel, N>::note(const LayerShare& share) {
 template <class Pixel, std::size_t N>
 void StoreBuffer<Pixel, N>::writeLayers(Element& element, const Colours& colours,
                                         std::size_t pixel, const LayerShare& share) const {
-    element = zero_;
     if (info_.compositeMode == kCompositeSplit) {
         writeShares(element, colours, pixel, share);
         return;
