@@ -51,6 +51,5 @@ void compareInTurns(benchmark::State& state, Measure&& seconds, Ours&& ours, The
 template <class Ours, class Theirs>
 void compareInTurns(benchmark::State& state, Ours&& ours, Theirs&& theirs) {
     compareInTurns(
-        state, [](auto& side) { return processorSeconds(side); }, ours, theirs,
-        [](std::size_t) {});
+        state, [](auto& side) { return processorSeconds(side); }, ours, theirs, [](std::size_t) {});
 }

@@ -34,16 +34,14 @@ constexpr int kWidth = 1920;
 constexpr int kHeight = 1080;
 constexpr std::size_t kChannels = 4;
 
-// A disc with the mean of its pixels 1, of 2 reach + 1 pixels a side.
+// A disc whose pixels add up to 1, of 2 reach + 1 pixels a side.
 std::vector<float> discOf(double radius, int reach) {
-    const int side = 2 * reach + 1;
-    std::vector<float> disc(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+    std::vector<float> disc;
     double sum = 0.0;
-    for (int y = 0; y < side; ++y) {
-        for (int x = 0; x < side; ++x) {
-            const double distance = std::hypot(x - reach, y - reach);
-            const double value = std::clamp(radius - distance + 0.5, 0.0, 1.0);
-            disc[static_cast<std::size_t>(y * side + x)] = static_cast<float>(value);
+    for (int y = -reach; y <= reach; ++y) {
+        for (int x = -reach; x <= reach; ++x) {
+            const double value = std::clamp(radius - std::hypot(x, y) + 0.5, 0.0, 1.0);
+            disc.push_back(static_cast<float>(value));
             sum += value;
         }
     }
@@ -151,14 +149,13 @@ private:
         double* const plane = planes_[0];
         std::fill_n(plane, 2 * spectrum_, 0.0);
         const std::vector<float> disc = discOf(radius, reach_);
-        const int side = 2 * reach_ + 1;
-        for (int y = 0; y < side; ++y) {
-            for (int x = 0; x < side; ++x) {
-                const auto row = static_cast<std::size_t>((y - reach_ + height_) % height_);
-                const auto col = static_cast<std::size_t>((x - reach_ + width_) % width_);
-                plane[row * rowLength() + col] =
-                    static_cast<double>(disc[static_cast<std::size_t>(y * side + x)]) / width_ /
-                    height_;
+        auto value = disc.begin();
+        for (int y = -reach_; y <= reach_; ++y) {
+            for (int x = -reach_; x <= reach_; ++x) {
+                const auto row = static_cast<std::size_t>((y + height_) % height_);
+                const auto col = static_cast<std::size_t>((x + width_) % width_);
+                const auto weight = static_cast<double>(*value++);
+                plane[row * rowLength() + col] = weight / width_ / height_;
             }
         }
         auto* const spectrum = reinterpret_cast<fftw_complex*>(plane);
@@ -170,12 +167,11 @@ private:
     void pad() {
         for (int y = 0; y < height_; ++y) {
             const int fromY = std::clamp(y < kHeight + reach_ ? y : y - height_, 0, kHeight - 1);
-            const float* const row =
-                &input_[static_cast<std::size_t>(fromY) * kWidth * kChannels];
+            const float* const row = &input_[static_cast<std::size_t>(fromY) * kWidth * kChannels];
             for (int x = 0; x < width_; ++x) {
                 const int fromX = std::clamp(x < kWidth + reach_ ? x : x - width_, 0, kWidth - 1);
-                const std::size_t to = static_cast<std::size_t>(y) * rowLength() +
-                                       static_cast<std::size_t>(x);
+                const std::size_t to =
+                    static_cast<std::size_t>(y) * rowLength() + static_cast<std::size_t>(x);
                 for (std::size_t c = 0; c < kChannels; ++c) {
                     planes_[c][to] =
                         static_cast<double>(row[static_cast<std::size_t>(fromX) * kChannels + c]);
@@ -188,10 +184,10 @@ private:
         auto* const values = reinterpret_cast<std::complex<double>*>(spectrum);
         const auto* const kernel = reinterpret_cast<const std::complex<double>*>(kernel_);
         for (std::size_t i = 0; i < spectrum_; ++i) {
-            const double re = values[i].real() * kernel[i].real() -
-                              values[i].imag() * kernel[i].imag();
-            const double im = values[i].real() * kernel[i].imag() +
-                              values[i].imag() * kernel[i].real();
+            const double re =
+                values[i].real() * kernel[i].real() - values[i].imag() * kernel[i].imag();
+            const double im =
+                values[i].real() * kernel[i].imag() + values[i].imag() * kernel[i].real();
             values[i] = {re, im};
         }
     }
@@ -226,7 +222,8 @@ void besideFilter2D(benchmark::State& state) {
     const auto radius = static_cast<double>(state.range(0));
     OurFrame ours(radius, 0.0);
     FilterFrame theirs(radius);
-    compareInTurns(state, [&] { ours.run(); }, [&] { theirs.run(); });
+    compareInTurns(
+        state, [&] { ours.run(); }, [&] { theirs.run(); });
 }
 #endif
 
@@ -234,7 +231,8 @@ void besideFftw(benchmark::State& state) {
     const auto radius = static_cast<double>(state.range(0));
     OurFrame ours(radius, 0.0);
     FftwFrame theirs(radius);
-    compareInTurns(state, [&] { ours.run(); }, [&] { theirs.run(); });
+    compareInTurns(
+        state, [&] { ours.run(); }, [&] { theirs.run(); });
 }
 
 void besideNoExposure(benchmark::State& state) {

@@ -43,8 +43,7 @@ template <std::size_t N>
 void workers(benchmark::State& state) {
     const auto radius = static_cast<double>(state.range(0));
     compareInTurns(
-        state, [&](int count) { return frameSeconds<N>(radius, count); }, 2, 1,
-        [](std::size_t) {});
+        state, [&](int count) { return frameSeconds<N>(radius, count); }, 2, 1, [](std::size_t) {});
 }
 
 // `pieces` of work, on one thread or shared between two.

@@ -56,7 +56,10 @@ template <class T>
 class Block {
 public:
     Block(AEO::InData& context, std::size_t size, std::size_t rows)
-        : context_(context), size_(size), data_(context), weights_(context, headless::kThreadIndices, size) {
+        : context_(context),
+          size_(size),
+          data_(context),
+          weights_(context, headless::kThreadIndices, size) {
         data_.resize(2 * size * rows);
         fill();
     }
@@ -83,7 +86,10 @@ template <std::size_t kLanes>
 class RealBlockOf {
 public:
     RealBlockOf(AEO::InData& context, std::size_t size)
-        : context_(context), size_(size), data_(context), weights_(context, headless::kThreadIndices, size) {
+        : context_(context),
+          size_(size),
+          data_(context),
+          weights_(context, headless::kThreadIndices, size) {
         data_.resize(2 * size * size);
         fill();
     }

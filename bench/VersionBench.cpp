@@ -63,9 +63,8 @@ Images street() {
         for (int x = 0; x < kWidth; ++x) {
             const auto pixel = static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x);
             const float* const c = &scene.colours[3 * pixel];
-            images.input->set(x, y,
-                              {1.0F, std::min(c[0], 1.0F), std::min(c[1], 1.0F),
-                               std::min(c[2], 1.0F)});
+            images.input->set(
+                x, y, {1.0F, std::min(c[0], 1.0F), std::min(c[1], 1.0F), std::min(c[2], 1.0F)});
             const float depth = nearest / scene.distances[pixel];
             images.depth->set(x, y, {1.0F, depth, depth, depth});
         }

@@ -42,16 +42,16 @@ private:
     };
 
     std::int32_t vertices;  // 3 to 10
-    double sectorAngle;  // between two vertices, radians
+    double sectorAngle;     // between two vertices, radians
     double cosHalfSector;
     double rotationRad;
     double roundMix;     // 1 is the circle's measure, 0 the polygon's, below 0 a star's
     double weightEdge0;  // share of the rim where the weight is 0
     double weightEdge1;  // share of the rim where the weight reaches 1
     double weightPower;
-    double deformX;         // scale along the turned x axis, at most 1
-    double deformY;         // along the turned y axis, at most 1
-    double shapeMatrix[4];  // from a pixel offset to shape space: a, b, c, d
+    double deformX;                   // scale along the turned x axis, at most 1
+    double deformY;                   // along the turned y axis, at most 1
+    double shapeMatrix[4];            // from a pixel offset to shape space: a, b, c, d
     std::array<Normal, 10> normals_;  // of the polygon's sides
     AEO::EffectWorld& shape_;
     const RenderInfo& info_;

@@ -16,8 +16,8 @@
 #include "pipeline/PixelTraits.h"
 #include "transform/RealFFT2D.h"
 
-// Fills one block of B x B pixels, B being a multiple of kRun. Item i of the iteration is pixel i of
-// the block rectangle, which may be outside the input. The first item of each run of kRun pixels
+// Fills one block of B x B pixels, B being a multiple of kRun. Item i of the iteration is pixel i
+// of the block rectangle, which may be outside the input. The first item of each run of kRun pixels
 // fills the real and imaginary elements of the whole run; the others return at once.
 template <class Pixel, std::size_t N>
 class StoreBuffer {
@@ -211,8 +211,7 @@ void StoreBuffer<Pixel, N>::expandLocally(std::size_t index, Colours& colours) c
     Light reciprocals;
     for (std::size_t i = 0; i < kRun; ++i) {
         const double above = static_cast<double>(edge_[index + i]) - info_.edgeThreshold;
-        const double exposure =
-            info_.exposure * (1.0 - bounded(info_.edgeLeak * above, 0.0, 1.0));
+        const double exposure = info_.exposure * (1.0 - bounded(info_.edgeLeak * above, 0.0, 1.0));
         for (std::size_t c = 0; c < 3; ++c) {
             exposures[3 * i + c] = exposure;
             reciprocals[3 * i + c] = 1.0 / exposure;
@@ -231,8 +230,8 @@ void StoreBuffer<Pixel, N>::note(const LayerShare& share) {
 }
 
 template <class Pixel, std::size_t N>
-void StoreBuffer<Pixel, N>::writeLayers(Element& element, const Colours& colours,
-                                        std::size_t pixel, const LayerShare& share) const {
+void StoreBuffer<Pixel, N>::writeLayers(Element& element, const Colours& colours, std::size_t pixel,
+                                        const LayerShare& share) const {
     if (info_.compositeMode == kCompositeSplit) {
         writeShares(element, colours, pixel, share);
         return;
@@ -256,8 +255,8 @@ void StoreBuffer<Pixel, N>::writeWeights(Element& element, const LayerShare& sha
 }
 
 template <class Pixel, std::size_t N>
-void StoreBuffer<Pixel, N>::writeShares(Element& element, const Colours& colours,
-                                        std::size_t pixel, const LayerShare& share) const {
+void StoreBuffer<Pixel, N>::writeShares(Element& element, const Colours& colours, std::size_t pixel,
+                                        const LayerShare& share) const {
     const auto write = [&](std::size_t layer, double weight) {
         double* const channels = &element[BlockLayout<N>::kLayerChannels * layer];
         for (std::size_t c = 0; c < 3; ++c) channels[c] = weight * colours.light[3 * pixel + c];

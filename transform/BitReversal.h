@@ -51,8 +51,8 @@ struct ConjugateMove {
 template <class Move, class T>
 class BitReversal {
 public:
-    // The array is usually a row of a block; the next one is prefetched `ahead` elements later while
-    // this one, which is in the cache by now, is permuted.
+    // The array is usually a row of a block; the next one is prefetched `ahead` elements later
+    // while this one, which is in the cache by now, is permuted.
     BitReversal(int n, const int* ip, T* a, std::size_t ahead)
         : ip_(ip), a_(a), top_(n >> 1), ahead_(ahead) {
         int l = n >> 2;

@@ -37,8 +37,8 @@ ORBEL_LANE_INLINE constexpr ExactSum exactSum(double a, double b) {
     return {sum, (a - (sum - second)) + (b - second)};
 }
 
-// exp(x) - 1 = 2^k (exp(r) - 1) + (2^k - 1), |r| <= ln(2) / 2. Computed at half its size, since 2^1024
-// is out of range.
+// exp(x) - 1 = 2^k (exp(r) - 1) + (2^k - 1), |r| <= ln(2) / 2. Computed at half its size, since
+// 2^1024 is out of range.
 ORBEL_LANE_INLINE constexpr double expm1(double value) {
     constexpr double kGreatest = 710.0;  // everything above overflows
     constexpr double kLeast = -40.0;     // everything below is -1
@@ -106,8 +106,8 @@ ORBEL_LANE_INLINE constexpr double log1p(double x) {
     return x < -1.0 ? std::numeric_limits<double>::quiet_NaN() : pole;
 }
 
-// (1 - loss)^exponent for a loss from 0 to 1 and an exponent of at least 0, within some 1e-16 of the
-// exact value: the error is absolute.
+// (1 - loss)^exponent for a loss from 0 to 1 and an exponent of at least 0, within some 1e-16 of
+// the exact value: the error is absolute.
 ORBEL_LANE_INLINE constexpr double powerOfRest(double loss, double exponent) {
     return expm1(exponent * log1p(-loss)) + 1.0;
 }

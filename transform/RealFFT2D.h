@@ -45,8 +45,7 @@ public:
 
     // `size` is the one that `weights` were made for. Lanes outside `groups` are neither read nor
     // changed.
-    RealFFT2D(FFTWeights& weights, Element* block, std::size_t size,
-              LaneGroups groups = kAllGroups)
+    RealFFT2D(FFTWeights& weights, Element* block, std::size_t size, LaneGroups groups = kAllGroups)
         : weights_(weights), block_(block), size_(size), groups_(groups) {}
 
     // Both return 0 or the result of the host's iteration, usually a cancel, which leaves the block

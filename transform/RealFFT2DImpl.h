@@ -286,12 +286,9 @@ struct RealColumnPass {
 template <std::size_t kCell, std::size_t kWidth>
 class RealFlip {
 public:
-    // `wanted` are rows on the way back.
+    // On the way back only the `wanted` rows matter.
     RealFlip(const RealBlock<kCell, kWidth>& elements, bool inverse, const RowRange& wanted)
-        : block(elements),
-          back(inverse),
-          rows(wanted),
-          down(block.size / fft::kTile) {}
+        : block_(elements), back_(inverse), rows_(wanted), down_(block_.size / fft::kTile) {}
 
     int iterate(int, int item, int) const {
         const auto i = static_cast<std::size_t>(item);
@@ -306,24 +303,24 @@ private:
     // Tiles above the diagonal have nothing to do; columns from both ends in turn keep the shares
     // of the threads alike.
     ORBEL_OUT_OF_LINE void flip(std::size_t unit) const {
-        const std::size_t order = unit / down;
-        const std::size_t row = unit % down;
-        const std::size_t column = order % 2 == 0 ? order / 2 : down / 2 - 1 - order / 2;
+        const std::size_t order = unit / down_;
+        const std::size_t row = unit % down_;
+        const std::size_t column = order % 2 == 0 ? order / 2 : down_ / 2 - 1 - order / 2;
         if (row < column) return;
-        block.forGroups([&](auto* elements) {
-            const fft::HalfFlip halves(elements, block.size);
-            if (back) {
-                halves.back(row, column, rows);
+        block_.forGroups([&](auto* elements) {
+            const fft::HalfFlip halves(elements, block_.size);
+            if (back_) {
+                halves.back(row, column, rows_);
             } else {
                 halves.forward(row, column);
             }
         });
     }
 
-    RealBlock<kCell, kWidth> block;
-    bool back;
-    RowRange rows;
-    std::size_t down;  // tiles of a column
+    RealBlock<kCell, kWidth> block_;
+    bool back_;
+    RowRange rows_;
+    std::size_t down_;  // tiles of a column
 };
 
 template <std::size_t kCell, std::size_t kWidth>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
-// Sine, cosine and tangent for what is computed once a frame: tables, and parameters in render units.
+// Sine, cosine and tangent for what is computed once a frame: tables, and parameters in render
+// units.
 //
 // The platforms' libraries round these functions differently in the last place. Here they are
 // computed with twice the digits and rounded once, by plain arithmetic in a fixed order: the result

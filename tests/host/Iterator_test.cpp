@@ -60,8 +60,7 @@ TEST_F(Iterator, SkipsCallsWithoutThreadOrObject) {
 
 TEST_F(Iterator, OrsTheThreadCountsErrorIntoTheCallers) {
     int err = 0;
-    EXPECT_EQ(AEO::Iterator::GetNumThreads(*in_data.pica_basicP, err),
-              headless::kThreadIndices);
+    EXPECT_EQ(AEO::Iterator::GetNumThreads(*in_data.pica_basicP, err), headless::kThreadIndices);
     EXPECT_EQ(err, 0);
     err |= 4;
     host.failAt(headless::Operation::kGetNumThreads, 1, 513);

@@ -134,10 +134,10 @@ TEST(RenderMain, CallsTheHostInOrder) {
         // Kernels: the shape image, the totals, normalising, the bank's transform.
         "checkout_param 7", "checkin_param 7", "checkout_param 7", "AcquireSuite PF World Suite 2",
         "PF_NewWorld 256 256", "AEGP_IterateGeneric 65536", "AEGP_GetNumThreads",
-        "host_new_handle 1032", "AEGP_IterateGeneric 4096", "host_dispose_handle", "PF_DisposeWorld",
-        "ReleaseSuite PF World Suite 2", "AEGP_IterateGeneric 4096", "checkin_param 7",
-        "AEGP_IterateGeneric 64", "AEGP_IterateGeneric 8192", "AEGP_IterateGeneric 64",
-        "progress 1 2",
+        "host_new_handle 1032", "AEGP_IterateGeneric 4096", "host_dispose_handle",
+        "PF_DisposeWorld", "ReleaseSuite PF World Suite 2", "AEGP_IterateGeneric 4096",
+        "checkin_param 7", "AEGP_IterateGeneric 64", "AEGP_IterateGeneric 8192",
+        "AEGP_IterateGeneric 64", "progress 1 2",
         // Depth, gradient and edge, then the store stage; the gradient is freed before it.
         "host_new_handle 16392", "AEGP_IterateGeneric 4096", "host_new_handle 65544",
         "host_new_handle 16392", "AEGP_IterateGeneric 4096", "AEGP_IterateGeneric 4096",

@@ -85,11 +85,33 @@ TEST(LaneMath, PowersOfSharesAreExactToSixteenPlaces) {
 TEST(LaneMath, HoldsAtTheEdges) {
     const double infinity = HUGE_VAL;
     const double overflow = 0x1.62e42fefa39efp+9;  // the last whose exponential is finite
-    for (const double x :
-         {0.0, -0.0, infinity, -infinity, std::nan(""), 5e-324, -5e-324, 1e-310, 0x1p-1022,
-          0x1p-53, -0x1p-53, 0x1p-54, overflow, std::nextafter(overflow, infinity), 709.0, 1e308,
-          std::numeric_limits<double>::max(), -37.42994775023705, -36.7, -745.2, -1e300, -1.0,
-          std::nextafter(-1.0, 0.0), std::nextafter(-1.0, -2.0), -0.5, 0x1p53, 0x1p54}) {
+    for (const double x : {0.0,
+                           -0.0,
+                           infinity,
+                           -infinity,
+                           std::nan(""),
+                           5e-324,
+                           -5e-324,
+                           1e-310,
+                           0x1p-1022,
+                           0x1p-53,
+                           -0x1p-53,
+                           0x1p-54,
+                           overflow,
+                           std::nextafter(overflow, infinity),
+                           709.0,
+                           1e308,
+                           std::numeric_limits<double>::max(),
+                           -37.42994775023705,
+                           -36.7,
+                           -745.2,
+                           -1e300,
+                           -1.0,
+                           std::nextafter(-1.0, 0.0),
+                           std::nextafter(-1.0, -2.0),
+                           -0.5,
+                           0x1p53,
+                           0x1p54}) {
         expectWithinOneUnit(x, ET::lane::expm1(x), std::expm1(static_cast<long double>(x)));
         expectWithinOneUnit(x, ET::lane::log1p(x), std::log1p(static_cast<long double>(x)));
     }

@@ -40,9 +40,9 @@ template <class C>
 class RealFFT2DOf : public RealFFT2DTest {};
 
 // Kernel banks and blocks of all kinds: one group, whole and narrower groups, the first lanes only.
-using Cuts = testing::Types<Cut<1, 1, 1>, Cut<3, 3, 1>, Cut<4, 4, 1>, Cut<10, 10, 1>,
-                            Cut<10, 6, 1>, Cut<25, 20, 3>, Cut<25, 20, 2>, Cut<30, 20, 1>,
-                            Cut<80, 20, 15>, Cut<80, 20, 6>>;
+using Cuts =
+    testing::Types<Cut<1, 1, 1>, Cut<3, 3, 1>, Cut<4, 4, 1>, Cut<10, 10, 1>, Cut<10, 6, 1>,
+                   Cut<25, 20, 3>, Cut<25, 20, 2>, Cut<30, 20, 1>, Cut<80, 20, 15>, Cut<80, 20, 6>>;
 TYPED_TEST_SUITE(RealFFT2DOf, Cuts);
 
 // Real samples in the lanes in use.
@@ -122,8 +122,8 @@ TEST_F(RealFFT2DTest, EqualsTheDirectSum) {
             std::complex<double> sum;
             for (const Point& p : points) {
                 const auto turns = static_cast<double>((p.x * u + p.y * v) % size);
-                sum += std::polar(p.value, 2.0 * std::numbers::pi * turns /
-                                               static_cast<double>(size));
+                sum +=
+                    std::polar(p.value, 2.0 * std::numbers::pi * turns / static_cast<double>(size));
             }
             ASSERT_NEAR(block[2 * i][0], sum.real(), 1e-13) << size << ": " << u << ", " << v;
             ASSERT_NEAR(block[2 * i + 1][0], sum.imag(), 1e-13) << size << ": " << u << ", " << v;
