@@ -31,8 +31,8 @@ struct EffectScale {
     double largestRadius = 500;  // of the control Blur Radius
 };
 
-// The controls, with Profile 0, and the effect's scale of depth from 0, far, to 1, near. It is about
-// linear in 1/distance; what it deviates makes up for the layers.
+// The controls, with Profile 0, and the effect's scale of depth from 0, far, to 1, near. It is
+// about linear in 1/distance; what it deviates makes up for the layers.
 class LensBlur {
 public:
     LensBlur(const LensView& view, const DistanceSpan& span, const EffectScale& scale);

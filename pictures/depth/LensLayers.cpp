@@ -28,8 +28,8 @@ double lensMoment(double radius) {
 double discMoment(double radius) {
     double sum = 0.0;
     for (double column = 1.0; column - 0.5 < radius; column += 1.0) {
-        const double share = shareWithin(std::min(column + 0.5, radius), radius) -
-                             shareWithin(column - 0.5, radius);
+        const double share =
+            shareWithin(std::min(column + 0.5, radius), radius) - shareWithin(column - 0.5, radius);
         sum += column * column * share;
     }
     return 4.0 * sum;  // columns on both sides, and as much for the rows
@@ -48,10 +48,9 @@ double LensLayers::distanceFromFocus(double radius) const {
     const auto sharper = std::partition_point(moments_.begin(), moments_.end(),
                                               [&](double moment) { return moment >= wanted; });
     const auto index = static_cast<double>(sharper - moments_.begin());
-    const double place =
-        sharper == moments_.begin()
-            ? 0.5
-            : index + 0.5 - (wanted - *sharper) / (*std::prev(sharper) - *sharper);
+    const double place = sharper == moments_.begin()
+                             ? 0.5
+                             : index + 0.5 - (wanted - *sharper) / (*std::prev(sharper) - *sharper);
     return 1.0 - place / static_cast<double>(moments_.size());
 }
 

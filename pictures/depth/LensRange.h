@@ -14,12 +14,13 @@ struct LensRange {
     std::size_t strays = 0;  // pixels nearer than the span
 };
 
-// All distances of the map, and infinity if there are pixels where nothing is. At most one pixel in
-// 10,000, the nearest, is left out if the others need no more than two thirds of the blur: such
-// strays would take up most of the effect's scale. The map holds distances, at least one.
+// All distances of the map, and infinity if there are pixels where nothing is. Stray pixels are
+// left out, since they would take up most of the effect's scale: they are among the nearest, one in
+// 10,000, and their blur is more than half as large again as any of the other pixels'. The map
+// holds distances, at least one.
 LensRange lensRange(const DepthSource& source, const LensView& view);
 
-// The number of pixels whose blur is larger than what the controls reach.
-std::size_t countBeyond(const DepthSource& source, const LensView& view, const LensBlur& blur);
+// The number of pixels in the span whose blur is larger than what the controls reach.
+std::size_t countBeyond(const DepthSource& source, const DistanceSpan& span, const LensBlur& blur);
 
 }  // namespace pictures
