@@ -14,13 +14,24 @@ constexpr double kInfiniteMetres = 1e7;
 constexpr double kFilmWidth = 36.0;
 constexpr double kFilmHeight = 24.0;
 
+// The first number of an attribute. The library itself converts neither signed integers nor
+// vectors.
+double firstNumber(const OIIO::ParamValue& attribute) {
+    const OIIO::TypeDesc type = attribute.type();
+    if (type == OIIO::TypeInt) return attribute.get_int();
+    if (type.basetype == OIIO::TypeDesc::FLOAT) {
+        return static_cast<double>(*static_cast<const float*>(attribute.data()));
+    }
+    return static_cast<double>(attribute.get_float());
+}
+
 // The first of these attributes that is above 0.
 std::optional<double> firstOf(const OIIO::ImageSpec& imageSpec,
                               std::initializer_list<const char*> names) {
     for (const char* name : names) {
         const OIIO::ParamValue* found = imageSpec.find_attribute(name);
         if (found == nullptr) continue;
-        const auto value = static_cast<double>(found->get_float());
+        const double value = firstNumber(*found);
         if (value > 0.0 && std::isfinite(value)) return value;
     }
     return std::nullopt;

@@ -14,6 +14,7 @@ using OIIO::TypeDesc;
 constexpr double kNearest = 1.5;  // metres; the farthest is infinite
 constexpr double kFocalLength = 50.0;
 constexpr double kSensorWidth = 36.0;
+constexpr double kTolerance = 0.02;  // pixels
 
 struct Spots {
     double radius = 0;  // the largest blur in pixels
@@ -53,24 +54,20 @@ protected:
     }
 
     // Renders, and compares each point's radius of gyration with that of the lens's disc.
-    void expectTheLens() {
+    void expectTheLens(double tolerance) const {
         const ToolRun run = runTool(
             {"render", path("in.exr"), "-o", path("out.exr"), "--depth-map-layer", path("z.exr"),
              "--roundness", "1", "--resolution", spots_.layers, "--invert-depth-map",
              spots_.inverted ? "on" : "off", "--pixel-aspect", std::to_string(spots_.pixelAspect),
              "--downsample", "1/" + std::to_string(spots_.reduction), "--camera", camera()});
         ASSERT_EQ(run.exitCode, 0) << run.err;
-        const double tolerance = std::max(0.025 * spots_.radius * std::sqrt(0.5), 0.5);
         const std::vector<float> result = readValues<float>(path("out.exr"));
-        double worst = 0.0;
         for (int i = 0; i < count(); ++i) {
             const double lens = gain(fStop_) * defocus(i) * std::sqrt(0.5);
             const double measured = gyration(result, i);
-            worst = std::max(worst, std::fabs(measured - lens));
             EXPECT_NEAR(measured, lens, tolerance) << "at " << 1.0 / inverse(i) << " m\n"
                                                    << run.err;
         }
-        std::cout << "radius " << spots_.radius << ", worst " << worst << std::endl;
     }
 
 private:
@@ -124,32 +121,31 @@ private:
     double fStop_ = 1;
 };
 
-TEST_F(LensSpots, HaveTheLensesRadiusOfGyration) {
+TEST_F(LensSpots, HaveTheRadiusOfGyrationOfTheLens) {
     for (const double radius : {2.0, 5.0, 20.0, 60.0}) {
         use({.radius = radius});
-        expectTheLens();
+        expectTheLens(kTolerance);
     }
-    if (getenv("ALL")) {
-        use({.radius = 200});
-        expectTheLens();
-    }
-    use({.radius = 200, .columns = 3, .rows = 1});
-    expectTheLens();
+    // Fewer distances, since a cell takes seconds.
+    use({.radius = 200.0, .columns = 3, .rows = 1});
+    expectTheLens(kTolerance);
 }
 
-TEST_F(LensSpots, Kinds) {
-    const Spots cases[] = {{.radius = 15, .focus = 1.6},
-                           {.radius = 15, .focus = 200},
-                           {.radius = 15, .layers = "3", .inverted = true},
-                           {.radius = 30, .layers = "6", .reduction = 2},
-                           {.radius = 15, .layers = "6", .reduction = 3},
-                           {.radius = 15, .breathing = true},
-                           {.radius = 15, .pixelAspect = 2},
-                           {.radius = 15, .pixelAspect = 1.5},
-                           {.radius = 15, .pixelAspect = 0.6}};
+TEST_F(LensSpots, HaveItWithAnyFocusLayersAndScale) {
+    const Spots cases[] = {{.radius = 15.0, .focus = 1.6},
+                           {.radius = 15.0, .focus = 200.0},
+                           {.radius = 15.0, .layers = "3", .inverted = true},
+                           {.radius = 30.0, .layers = "6", .reduction = 2},
+                           {.radius = 15.0, .layers = "6", .reduction = 3},
+                           {.radius = 15.0, .breathing = true}};
     for (const Spots& spots : cases) {
         use(spots);
-        expectTheLens();
+        expectTheLens(kTolerance);
+    }
+    // A kernel's pixels and the half pixel that the effect adds to the radius aren't square then.
+    for (const double aspect : {0.6, 1.5, 2.0}) {
+        use({.radius = 15.0, .pixelAspect = aspect});
+        expectTheLens(0.25);
     }
 }
 

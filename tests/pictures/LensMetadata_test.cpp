@@ -54,9 +54,14 @@ TEST_F(LensMetadataOf, RenderersIsThatOfOpenExrInMillimetresAndMetres) {
     EXPECT_NEAR(frame.sensorWidth.value_or(0), 24.89, 1e-5);
 
     const LensMetadata other =
-        file("other.exr", is("nominalFocalLength", 40), is("FocusDistance", 10));
+        file("other.exr", std::pair{"nominalFocalLength", 40}, is("FocusDistance", 10));
     EXPECT_EQ(other.focalLength, 40.0);
     EXPECT_NEAR(other.focus.value_or(0), 3048.0, 1e-9);
+    const float sensor[] = {36.7F, 25.5F};
+    OIIO::ImageSpec sized;
+    sized.attribute("sensorOverallDimensions",
+                    OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, OIIO::TypeDesc::VEC2), sensor);
+    EXPECT_NEAR(readLensMetadata(sized, 1.0).sensorWidth.value_or(0), 36.7, 1e-5);
     EXPECT_EQ(file("far.exr", is("focus", 4294967295.0)).focus,
               std::numeric_limits<double>::infinity());
 }
