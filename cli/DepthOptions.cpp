@@ -125,8 +125,7 @@ pictures::DepthCurve DepthOptions::plainCurve(headless::ParameterSet& parameters
                                               const pictures::DepthSource& source,
                                               const std::optional<pictures::Size>& image,
                                               pictures::Messages& messages) const {
-    const pictures::DepthCurve curve(source.kind, mapping(), source.range,
-                                     source.controls.inverted);
+    pictures::DepthCurve curve(source.kind, mapping(), source.range, source.controls.inverted);
     focus_.apply(parameters, source, curve, image, messages);
     return curve;
 }

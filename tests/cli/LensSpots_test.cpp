@@ -106,8 +106,8 @@ private:
             const int row = cell / spots_.columns * size + i / size;
             const auto pixel = static_cast<std::size_t>(row * spots_.columns * size + column);
             const auto light = static_cast<double>(result[3 * pixel]);
-            const double x = i % size * spots_.pixelAspect;
-            const double y = i / size;
+            const double x = column * spots_.pixelAspect;
+            const double y = row;
             sum += light;
             xs += light * x;
             ys += light * y;
