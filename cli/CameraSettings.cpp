@@ -84,6 +84,19 @@ void tellStrays(const LensRange& range, const Camera& camera, pictures::Messages
                   " get the blur of that distance");
 }
 
+// Where the blur of the range is cut: "nearer than 1 m or farther than 4 m".
+std::string sidesBeyond(const LensRange& range, const Camera& camera, const LensBlur& blur) {
+    constexpr double kRounding = 1.0 + 1e-6;
+    std::string text;
+    if (blur.near() > range.span.nearest * kRounding) {
+        text = "nearer than " + lengthText(blur.near(), camera);
+    }
+    if (blur.far() * kRounding < range.span.farthest) {
+        text += (text.empty() ? "" : " or ") + ("farther than " + lengthText(blur.far(), camera));
+    }
+    return text;
+}
+
 // How far the image would have to be reduced for its largest blur. The control counts in pixels of
 // the full resolution, so that --downsample doesn't help.
 void warnAboutReach(const DepthSource& source, const LensRange& range, const Camera& camera,
@@ -94,13 +107,12 @@ void warnAboutReach(const DepthSource& source, const LensRange& range, const Cam
     const std::size_t beyond = countBeyond(source, range.span, blur);
     if (wanted <= camera.largestRadius || beyond == 0) return;
     const double share = camera.largestRadius / wanted;
-    messages.warn(
-        "the lens blurs by up to " + oneDecimal(wanted) + " pixels, the effect by " +
-        oneDecimal(camera.largestRadius) + ": " + pictures::counted(beyond, "pixel") +
-        " of the map nearer than " + lengthText(blur.near(), camera) +
-        (std::isfinite(blur.far()) ? " or farther than " + lengthText(blur.far(), camera) : "") +
-        " get too little; an image reduced to " + numberText(std::floor(camera.width * share)) +
-        " pixels in width would do (--downsample wouldn't)");
+    messages.warn("the lens blurs by up to " + oneDecimal(wanted) + " pixels, the effect by " +
+                  oneDecimal(camera.largestRadius) + ": " + pictures::counted(beyond, "pixel") +
+                  " of the map " + sidesBeyond(range, camera, blur) +
+                  " get too little; an image reduced to " +
+                  numberText(std::floor(camera.width * share)) +
+                  " pixels in width would do (--downsample wouldn't)");
 }
 
 }  // namespace

@@ -136,6 +136,9 @@ TEST_F(CameraOptions, WhatTheEffectCannotBlurIsSaid) {
         HasSubstr("warning: the lens blurs by up to 1000 pixels, the effect by 500: 3600 "
                   "pixels of the map nearer than 2.85714 m or farther than 20 m get too "
                   "little; an image reduced to 60 pixels in width would do"));
+    const std::string far = "focal-length=200,f-stop=0.02,sensor-width=36,focus=2";
+    EXPECT_THAT(render(far, {"--resolution", "2"}).err,
+                HasSubstr("pixels of the map farther than 2.85714 m get too little"));
 }
 
 TEST_F(CameraOptions, ContradictionsAreRefused) {
