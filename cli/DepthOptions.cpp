@@ -87,8 +87,7 @@ void DepthOptions::addTo(CLI::App& app) {
 }
 
 bool DepthOptions::any() const {
-    return !kind_.empty() || !near_.empty() || !far_.empty() || automatic_ || inverse_ ||
-           focus_.any();
+    return !kind_.empty() || maps() || focuses();
 }
 
 pictures::DepthMapping DepthOptions::mapping() const {
@@ -110,8 +109,30 @@ void DepthOptions::check(const headless::ParameterSet& parameters,
     }
 }
 
+pictures::DepthCurve DepthOptions::lensCurve(headless::ParameterSet& parameters, Camera camera,
+                                             const pictures::DepthSource& source,
+                                             const std::optional<pictures::Size>& image,
+                                             pictures::Messages& messages) const {
+    if (const auto focus = focus_.value(parameters, source, image)) {
+        camera.view.lens.focus = *focus * camera.view.mapUnit;
+    }
+    pictures::DepthMapping mapping;
+    mapping.curve = applyCamera(parameters, camera, source, messages);
+    return {source.kind, mapping, source.range, source.controls.inverted};
+}
+
+pictures::DepthCurve DepthOptions::plainCurve(headless::ParameterSet& parameters,
+                                              const pictures::DepthSource& source,
+                                              const std::optional<pictures::Size>& image,
+                                              pictures::Messages& messages) const {
+    pictures::DepthCurve curve(source.kind, mapping(), source.range, source.controls.inverted);
+    focus_.apply(parameters, source, curve, image, messages);
+    return curve;
+}
+
 void DepthOptions::apply(headless::ParameterSet& parameters, const ParameterOptions& controls,
-                         const std::optional<pictures::Size>& image, pictures::Messages& messages,
+                         const std::optional<pictures::Size>& image,
+                         const std::optional<Camera>& camera, pictures::Messages& messages,
                          std::ostream& out) const {
     const std::optional<Setting> map = controls.setting(kDepthLayer);
     if (!map) return;
@@ -124,8 +145,9 @@ void DepthOptions::apply(headless::ParameterSet& parameters, const ParameterOpti
     pictures::tellDepth(source, mapping, messages);
     if (automatic_ && !messages.quiet()) printRange(out, source);
     if (stretched) stretch(parameters, source, *image, messages);
-    const pictures::DepthCurve curve(source.kind, mapping, source.range, source.controls.inverted);
-    focus_.apply(parameters, source, curve, image, messages);
+    const pictures::DepthCurve curve = camera
+                                           ? lensCurve(parameters, *camera, source, image, messages)
+                                           : plainCurve(parameters, source, image, messages);
     parameters.setLayer(map->info.index, pictures::makeDepthWorld(std::move(source), curve));
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "cli/CameraSettings.h"
 #include "cli/FocusOptions.h"
 #include "cli/ParameterOptions.h"
 #include "pictures/Messages.h"
@@ -22,6 +23,9 @@ public:
     void addTo(CLI::App& app);
     // Whether any of them was given.
     bool any() const;
+    // Whether one says where near and far are, and whether one says where the focus is.
+    bool maps() const { return !near_.empty() || !far_.empty() || automatic_ || inverse_; }
+    bool focuses() const { return focus_.any(); }
     // Throws UsageError for texts that aren't numbers, for options that exclude each other or one
     // of the `controls` given, and if there is no depth map among them. `parameters` has the
     // controls.
@@ -30,13 +34,22 @@ public:
     // Distance where the map's size or the focus demands it; `parameters` has the controls already.
     // `image` is the size of the upright image; without it the map's place in the image doesn't
     // matter. Prints the range that --depth-auto finds to `out`. Throws what readDepth throws, and
-    // UsageError for a map of another shape without a placement, and for a focus that can't be.
+    // UsageError for a map of another shape without a placement, and for a focus that can't be. A
+    // camera takes the place of near, far and the focus: it sets the controls of its lens.
     void apply(headless::ParameterSet& parameters, const ParameterOptions& controls,
-               const std::optional<pictures::Size>& image, pictures::Messages& messages,
-               std::ostream& out) const;
+               const std::optional<pictures::Size>& image, const std::optional<Camera>& camera,
+               pictures::Messages& messages, std::ostream& out) const;
 
 private:
     pictures::DepthMapping mapping() const;
+    pictures::DepthCurve lensCurve(headless::ParameterSet& parameters, Camera camera,
+                                   const pictures::DepthSource& source,
+                                   const std::optional<pictures::Size>& image,
+                                   pictures::Messages& messages) const;
+    pictures::DepthCurve plainCurve(headless::ParameterSet& parameters,
+                                    const pictures::DepthSource& source,
+                                    const std::optional<pictures::Size>& image,
+                                    pictures::Messages& messages) const;
 
     std::string kind_;
     std::string near_;

@@ -91,13 +91,14 @@ void EffectOptions::applyControls(headless::ParameterSet& parameters) const {
 
 void EffectOptions::applyLayers(headless::ParameterSet& parameters,
                                 const std::optional<pictures::Size>& image,
-                                pictures::Messages& messages, std::ostream& out) const {
+                                const std::optional<Camera>& camera, pictures::Messages& messages,
+                                std::ostream& out) const {
     for (const Setting& setting : controls_.settings()) {
         const bool layer = setting.info.type == PF_Param_LAYER;
         const bool depth = optionName(setting.info) == kDepthLayer;
         if (layer && !depth) applyLayer(parameters, setting, messages);
     }
-    depth_.apply(parameters, controls_, image, messages, out);
+    depth_.apply(parameters, controls_, image, camera, messages, out);
 }
 
 }  // namespace cli

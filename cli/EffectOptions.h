@@ -23,16 +23,20 @@ public:
     bool any() const;
     // Whether the option of a control was given, such as "exposure".
     bool gives(const std::string& option) const;
+    // Whether an option says where near and far of the depth map are, or where its focus is.
+    bool mapsDepth() const { return depth_.maps(); }
+    bool givesFocus() const { return depth_.focuses(); }
     // The files that the options name, for comparing with the output.
     std::vector<std::string> files() const;
     // Sets the controls that have numbers. Throws UsageError for a value that a control can't have,
     // and for options that contradict each other.
     void applyControls(headless::ParameterSet& parameters) const;
     // Reads the layers, after applyControls. `image` is the size of the upright image to blur, if
-    // there is one. Prints the range that --depth-auto finds to `out`. Throws what the readers
-    // throw and what DepthOptions::apply throws.
+    // there is one, and `camera` the lens in front of it. Prints the range that --depth-auto finds
+    // to `out`. Throws what the readers throw and what DepthOptions::apply throws.
     void applyLayers(headless::ParameterSet& parameters, const std::optional<pictures::Size>& image,
-                     pictures::Messages& messages, std::ostream& out) const;
+                     const std::optional<Camera>& camera, pictures::Messages& messages,
+                     std::ostream& out) const;
 
 private:
     void applyLayer(headless::ParameterSet& parameters, const Setting& setting,

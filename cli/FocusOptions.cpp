@@ -52,6 +52,16 @@ Pixel requirePixel(const std::string& text, const pictures::Size& image) {
                      pictures::sizeText(image) + " pixels");
 }
 
+// What the map shows at a pixel of the image.
+pictures::DepthSample sampleAt(const std::string& text, const headless::ParameterSet& parameters,
+                               const pictures::DepthSource& source,
+                               const pictures::DepthCurve& curve, const pictures::Size& image) {
+    const Pixel pixel = requirePixel(text, image);
+    const auto placement = static_cast<pictures::MapPlacement>(
+        static_cast<int>(parameters.value(parameters.find("Placement"))));
+    return pictures::sampleDepth(source, curve, image, placement, pixel.x, pixel.y);
+}
+
 void setFocus(headless::ParameterSet& parameters, double position, bool inverted,
               const std::string& place, pictures::Messages& messages) {
     const double distance = pictures::focalDistance(position, inverted);
@@ -104,6 +114,15 @@ void FocusOptions::requirePossible(DepthKind kind,
                      pictures::depthKindName(kind) + ", not " + focus_);
 }
 
+std::optional<double> FocusOptions::value(const headless::ParameterSet& parameters,
+                                          const pictures::DepthSource& source,
+                                          const std::optional<pictures::Size>& image) const {
+    if (!focus_.empty()) return parseDistance("--focus", focus_);
+    if (focusAt_.empty() || !image) return std::nullopt;
+    const pictures::DepthCurve curve(source.kind, {}, source.range, false);
+    return sampleAt(focusAt_, parameters, source, curve, *image).value;
+}
+
 void FocusOptions::apply(headless::ParameterSet& parameters, const pictures::DepthSource& source,
                          const pictures::DepthCurve& curve,
                          const std::optional<pictures::Size>& image,
@@ -114,11 +133,7 @@ void FocusOptions::apply(headless::ParameterSet& parameters, const pictures::Dep
         setFocus(parameters, curve.position(value), inverted, focus_, messages);
     }
     if (focusAt_.empty() || !image) return;
-    const Pixel pixel = requirePixel(focusAt_, *image);
-    const auto placement = static_cast<pictures::MapPlacement>(
-        static_cast<int>(parameters.value(parameters.find("Placement"))));
-    const pictures::DepthSample found =
-        pictures::sampleDepth(source, curve, *image, placement, pixel.x, pixel.y);
+    const pictures::DepthSample found = sampleAt(focusAt_, parameters, source, curve, *image);
     const bool nothing = pictures::isNothing(found.value, source.kind);
     const std::string value = nothing ? "far, without depth" : numberText(found.value);
     setFocus(parameters, found.position, inverted, focusAt_ + " (" + value + ")", messages);

@@ -21,6 +21,10 @@ public:
     // Throws UsageError if maps of this kind have no such value, or if the image has no such pixel.
     void requirePossible(pictures::DepthKind kind,
                          const std::optional<pictures::Size>& image) const;
+    // The value of the map to focus on, if an option says one: that of the pixel is as for apply().
+    std::optional<double> value(const headless::ParameterSet& parameters,
+                                const pictures::DepthSource& source,
+                                const std::optional<pictures::Size>& image) const;
     // Sets Focal Distance, notes it, and warns if the focus is beyond the map's range. A pixel has
     // no effect without an image. The map is placed by the control Placement.
     void apply(headless::ParameterSet& parameters, const pictures::DepthSource& source,

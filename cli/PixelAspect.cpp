@@ -39,13 +39,26 @@ bool inRange(const headless::ParameterSet& parameters, double deform) {
     return deform >= info.validMin && deform <= info.validMax;
 }
 
+// The nearest whole ratio, by which the effect itself squeezes the aperture.
+double wholeRatio(double aspect) {
+    return std::max(1.0, std::round(aspect));
+}
+
+bool isWhole(double aspect) {
+    return std::fabs(aspect / wholeRatio(aspect) - 1.0) <= kTolerance;
+}
+
 }  // namespace
+
+double radiusEnlargement(double aspect) {
+    return isWhole(aspect) ? 1.0 : std::max(1.0, 1.0 / aspect);
+}
 
 PF_RationalScale applyPixelAspect(headless::ParameterSet& parameters, double aspect,
                                   const std::string& image, pictures::Messages& messages) {
-    const double whole = std::max(1.0, std::round(aspect));
+    const double whole = wholeRatio(aspect);
     const PF_RationalScale ratio{static_cast<A_long>(whole), 1};
-    if (std::fabs(aspect / whole - 1.0) <= kTolerance) return ratio;
+    if (isWhole(aspect)) return ratio;
 
     // A circle is the same at any angle.
     const bool shape = parameters.layer(parameters.find("Custom Blur Shape")) != nullptr;
@@ -58,7 +71,7 @@ PF_RationalScale applyPixelAspect(headless::ParameterSet& parameters, double asp
     const bool above = squeezedAxis(value(parameters, "Rotation")) ==
                        (wide ? SqueezedAxis::kWidth : SqueezedAxis::kHeight);
     const double deform = above ? squeeze : -squeeze;
-    const double radius = value(parameters, "Blur Radius") / (wide ? 1.0 : aspect);
+    const double radius = value(parameters, "Blur Radius") * radiusEnlargement(aspect);
     if (!canSqueeze(parameters, radius) || !inRange(parameters, deform)) {
         messages.warn("the pixels of " + image + " are " + numberText(aspect) +
                       " times as wide as high; with this aperture only whole ratios are possible, "

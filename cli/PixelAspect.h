@@ -8,6 +8,9 @@
 
 namespace cli {
 
+// By how much applyPixelAspect() enlarges Blur Radius, if the aperture can be squeezed; at least 1.
+double radiusEnlargement(double aspect);
+
 // Prepares a render of pixels that are `aspect` times as wide as high, so that the aperture keeps
 // its shape on the screen, and returns the ratio for the host. The effect itself knows only whole
 // ratios, so other ones squeeze the aperture by Deform, enlarging Blur Radius where pixels are

@@ -109,6 +109,10 @@ std::unique_ptr<pictures::PassThrough> otherChannels(const fs::path& output, con
     return others;
 }
 
+double scaleOf(const RenderPlan& plan) {
+    return static_cast<double>(plan.extent.scale.num) / plan.extent.scale.den;
+}
+
 std::string ofEffect(const headless::FrameResult& result) {
     return result.message.empty() ? "" : " (" + result.message + ")";
 }
@@ -146,6 +150,7 @@ RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
     app_->allow_extras();
     addOptions();
     colourOptions_.addTo(*app_);
+    cameraOptions_.addTo(*app_);
     effectOptions_.addTo(*app_);
 }
 
@@ -295,6 +300,7 @@ int RenderCommand::run() {
     EffectSession session(requireBundle(bundle_, invocation_.programFolder), plan.host);
     headless::Effect& effect = session.effect();
     effectOptions_.applyControls(effect.parameters());
+    cameraOptions_.check(effect.parameters(), effectOptions_);
     if (keepOverscan_) tellWhetherItGrows(effect.parameters(), messages);
 
     RenderStats stats;
@@ -310,7 +316,11 @@ int RenderCommand::run() {
     }
     const pictures::Window& display = source.picture().display;
     const pictures::Size size{display.width(), display.height()};
-    effectOptions_.applyLayers(effect.parameters(), size, messages, lines);
+    const double pixelAspect = plan.pixelAspect.value_or(pictures::pixelAspectOf(source.picture()));
+    effectOptions_.applyLayers(effect.parameters(), size,
+                               cameraOptions_.camera(source.picture(), pixelAspect, scaleOf(plan),
+                                                     effectOptions_.givesFocus()),
+                               messages, lines);
     noteOutsidePoints(effect.parameters(), display.width(), display.height(), messages);
     if (plan.extent.region && !keepOverscan_) {
         noteCutRegion(*plan.extent.region, display.width(), display.height(), messages);
@@ -324,9 +334,8 @@ int RenderCommand::run() {
         leaveOutExposure(effect.parameters(), source.picture().name, messages);
     }
     headless::FrameRequest request = makeRequest(plan, source);
-    request.pixelAspect = applyPixelAspect(
-        effect.parameters(), plan.pixelAspect.value_or(pictures::pixelAspectOf(source.picture())),
-        source.picture().name, messages);
+    request.pixelAspect =
+        applyPixelAspect(effect.parameters(), pixelAspect, source.picture().name, messages);
     loadSource(source, session, plan, colours, request, progress, messages);
 
     stats.begin("render");

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "cli/CameraOptions.h"
 #include "cli/ColourOptions.h"
 #include "cli/Command.h"
 #include "cli/EffectOptions.h"
@@ -52,6 +53,7 @@ private:
     const Invocation& invocation_;
     EffectOptions effectOptions_;
     ColourOptions colourOptions_;
+    CameraOptions cameraOptions_;
     std::string input_;
     std::string output_;
     std::string outputFormat_;
