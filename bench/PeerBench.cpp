@@ -249,9 +249,7 @@ void besideNoExposure(benchmark::State& state) {
 const bool kRegistered = [] {
     const auto add = [](const std::string& name, void (*function)(benchmark::State&)) {
         benchmark::RegisterBenchmark(("peer." + name).c_str(), function)
-            ->Arg(20)
-            ->Arg(50)
-            ->Arg(100)
+            ->ArgsProduct({{5, 10, 20, 35, 50, 75, 100}})
             ->UseManualTime()
             ->Unit(benchmark::kMillisecond);
     };

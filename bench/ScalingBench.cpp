@@ -110,6 +110,7 @@ void size(benchmark::State& state) {
 const bool kRegistered = [] {
     const auto add = [](const std::string& name, void (*function)(benchmark::State&)) {
         return benchmark::RegisterBenchmark(("scaling." + name).c_str(), function)
+            ->Iterations(5)
             ->UseManualTime()
             ->Unit(benchmark::kMillisecond);
     };

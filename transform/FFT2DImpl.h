@@ -3,13 +3,11 @@
 // The steps of FFT2D, each an iteration over the host's threads. Included where FFT2D is compiled
 // for an element type; everything else needs only its declaration.
 
-#include <bit>
 #include <cstddef>
 
 #include "host/Iterator.h"
 #include "transform/ComplexFFT.h"
 #include "transform/FFT2D.h"
-#include "transform/Prefetch.h"
 
 // One row pass: item i transforms row i.
 template <class T>
@@ -32,27 +30,39 @@ struct FFT2Dn1 {
     }
 };
 
-// The transposition: item i, below 2 x size x size, exchanges element i with its mirror if it lies
-// strictly below the diagonal. There are many items and little to do in each, so the division by
-// the size, a power of two, is a shift.
+// The transposition. An iteration of an item for each of the 2 x size x size elements; every kItems
+// of them belong to a tile, and the first of those exchanges the tile's samples below the diagonal
+// with their mirrors.
 template <class T>
 struct Flip {
-    static constexpr std::size_t kRowsAhead = 2;
+    static constexpr std::size_t kTile = 8;  // edge in samples
+    static constexpr std::size_t kItems = 2 * kTile * kTile;
 
     T* data;
     std::size_t size;
 
     int iterate(int, int i, int) const {
-        const auto element = static_cast<std::size_t>(i);
-        const int log2Size = std::countr_zero(size);
-        const std::size_t y = (element >> 1) >> log2Size;
-        const std::size_t x = (element >> 1) & (size - 1);
-        if (x >= y) return 0;
-        const std::size_t mirror = 2 * ((x << log2Size) + y) + (element & 1);
-        // The mirrors run down a column, a row apart.
-        fft::prefetch<sizeof(T)>(data + mirror, kRowsAhead * 2 * size);
-        swap(data[element], data[mirror]);
+        const auto item = static_cast<std::size_t>(i);
+        if (item % kItems == 0) flip(item / kItems);
         return 0;
+    }
+
+private:
+    // Rows of tiles from both ends in turn, since those at the top have less to do: that keeps the
+    // shares of the threads alike.
+    ORBEL_OUT_OF_LINE void flip(std::size_t tile) const {
+        const std::size_t across = size / kTile;
+        const std::size_t order = tile / across;
+        const std::size_t row = order % 2 == 0 ? order / 2 : across - 1 - order / 2;
+        const std::size_t left = tile % across * kTile;
+        for (std::size_t y = row * kTile; y < (row + 1) * kTile; ++y) {
+            for (std::size_t x = left; x < left + kTile && x < y; ++x) {
+                T* const sample = data + 2 * (y * size + x);
+                T* const mirror = data + 2 * (x * size + y);
+                swap(sample[0], mirror[0]);
+                swap(sample[1], mirror[1]);
+            }
+        }
     }
 };
 
