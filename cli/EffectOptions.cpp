@@ -2,9 +2,9 @@
 #include "cli/EffectOptions.h"
 
 #include "cli/Errors.h"
-#include "pictures/PictureReader.h"
 #include "pictures/Text.h"
 #include "pictures/WorldPixels.h"
+#include "pictures/files/PictureReader.h"
 
 namespace cli {
 namespace {

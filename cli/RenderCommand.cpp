@@ -6,8 +6,8 @@
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "cli/RenderFiles.h"
-#include "pictures/AtomicFile.h"
-#include "pictures/PictureFormats.h"
+#include "pictures/files/AtomicFile.h"
+#include "pictures/files/PictureFormats.h"
 
 namespace fs = std::filesystem;
 

@@ -10,9 +10,9 @@
 #include "cli/PixelAspect.h"
 #include "cli/SourceReport.h"
 #include "pictures/Interrupt.h"
-#include "pictures/PictureFormats.h"
-#include "pictures/PictureReader.h"
-#include "pictures/PictureWriter.h"
+#include "pictures/files/PictureFormats.h"
+#include "pictures/files/PictureReader.h"
+#include "pictures/files/PictureWriter.h"
 
 namespace cli {
 namespace {
@@ -29,7 +29,8 @@ void tellWhetherItGrows(const headless::ParameterSet& parameters, pictures::Mess
 
 // The channels to carry over, if the user wants it. Throws Failure if the result's pixels aren't
 // those of the input's data window.
-std::unique_ptr<pictures::PassThrough> otherChannels(const std::filesystem::path& output, const RenderPlan& plan,
+std::unique_ptr<pictures::PassThrough> otherChannels(const std::filesystem::path& output,
+                                                     const RenderPlan& plan,
                                                      const pictures::SourceImage& source,
                                                      const PF_LRect& result,
                                                      pictures::Messages& messages) {
@@ -79,7 +80,8 @@ void warnAboutBooks(const headless::Host& host, pictures::Messages& messages) {
 }  // namespace
 
 RenderJob::RenderJob(const RenderPlan& plan, const OutputFile& output,
-                     const EffectOptions& effectOptions, const ColourOptions& colourOptions, const Invocation& invocation)
+                     const EffectOptions& effectOptions, const ColourOptions& colourOptions,
+                     const Invocation& invocation)
     : plan_(plan),
       output_(output),
       effectOptions_(effectOptions),
@@ -138,10 +140,10 @@ void RenderJob::setLayers() {
 }
 
 void RenderJob::planColours() {
-    colours_ = pictures::planColours(
-        picture().colour, picture().name,
-        pictures::colourTarget(output_.path(), picture(), plan_.outputType),
-        colourOptions_.wishes(), config_, messages_);
+    colours_ =
+        pictures::planColours(picture().colour, picture().name,
+                              pictures::colourTarget(output_.path(), picture(), plan_.outputType),
+                              colourOptions_.wishes(), config_, messages_);
     if (colours_.linearLight && !effectOptions_.gives("exposure")) {
         leaveOutExposure(parameters(), picture().name, messages_);
     }

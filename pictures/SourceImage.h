@@ -7,7 +7,7 @@
 #include <span>
 
 #include "headless/World.h"
-#include "pictures/PictureFile.h"
+#include "pictures/files/PictureFile.h"
 
 namespace pictures {
 

@@ -5,10 +5,10 @@
 #include <cmath>
 
 #include "pictures/Errors.h"
-#include "pictures/PictureReader.h"
 #include "pictures/Text.h"
 #include "pictures/WorldPixels.h"
 #include "pictures/depth/DepthChannel.h"
+#include "pictures/files/PictureReader.h"
 
 namespace pictures {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/FileEnds.h"
+#include "pictures/files/FileEnds.h"
 
 #include <array>
 #include <bit>

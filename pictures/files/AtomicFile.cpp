@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/AtomicFile.h"
+#include "pictures/files/AtomicFile.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/StandardStreams.h"
+#include "pictures/files/StandardStreams.h"
 
 #include <array>
 #include <fstream>

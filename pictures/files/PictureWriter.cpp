@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/PictureWriter.h"
+#include "pictures/files/PictureWriter.h"
 
 #include <OpenImageIO/filesystem.h>
 
@@ -7,13 +7,13 @@
 #include <cmath>
 #include <memory>
 
-#include "pictures/AtomicFile.h"
 #include "pictures/Errors.h"
 #include "pictures/Interrupt.h"
-#include "pictures/PictureFormats.h"
-#include "pictures/Strips.h"
 #include "pictures/Text.h"
 #include "pictures/WorldPixels.h"
+#include "pictures/files/AtomicFile.h"
+#include "pictures/files/PictureFormats.h"
+#include "pictures/files/Strips.h"
 
 namespace pictures {
 namespace {

@@ -10,9 +10,9 @@
 
 #include "headless/World.h"
 #include "pictures/Messages.h"
-#include "pictures/PassThrough.h"
 #include "pictures/Picture.h"
 #include "pictures/colour/ColourPlan.h"
+#include "pictures/files/PassThrough.h"
 
 namespace pictures {
 

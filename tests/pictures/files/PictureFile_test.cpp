@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a file says about its pixels: orientation, alpha, and whether they are all there.
-#include "pictures/PictureFile.h"
+#include "pictures/files/PictureFile.h"
 
 #include <gmock/gmock.h>
 
 #include "pictures/Errors.h"
-#include "pictures/PictureReader.h"
+#include "pictures/files/PictureReader.h"
 #include "support/Noise.h"
 #include "support/TestFiles.h"
 

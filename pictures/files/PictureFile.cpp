@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/PictureFile.h"
+#include "pictures/files/PictureFile.h"
 
 #include <algorithm>
 #include <fstream>
 #include <system_error>
 
 #include "pictures/Errors.h"
-#include "pictures/FileEnds.h"
 #include "pictures/Interrupt.h"
-#include "pictures/LibraryOutput.h"
-#include "pictures/Strips.h"
 #include "pictures/Text.h"
+#include "pictures/files/FileEnds.h"
+#include "pictures/files/LibraryOutput.h"
+#include "pictures/files/Strips.h"
 
 namespace fs = std::filesystem;
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/LibraryOutput.h"
+#include "pictures/files/LibraryOutput.h"
 
 #include <cstdio>
 
