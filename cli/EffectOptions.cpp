@@ -89,8 +89,7 @@ void EffectOptions::applyControls(headless::ParameterSet& parameters) const {
     depth_.check(parameters, controls_);
 }
 
-void EffectOptions::applyLayers(headless::ParameterSet& parameters,
-                                const std::optional<pictures::Size>& image,
+void EffectOptions::applyLayers(headless::ParameterSet& parameters, const pictures::Picture* image,
                                 pictures::Messages& messages, std::ostream& out) const {
     for (const Setting& setting : controls_.settings()) {
         const bool layer = setting.info.type == PF_Param_LAYER;

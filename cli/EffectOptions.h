@@ -28,10 +28,10 @@ public:
     // Sets the controls that have numbers. Throws UsageError for a value that a control can't have,
     // and for options that contradict each other.
     void applyControls(headless::ParameterSet& parameters) const;
-    // Reads the layers, after applyControls. `image` is the size of the upright image to blur, if
-    // there is one. Prints the range that --depth-auto finds to `out`. Throws what the readers
+    // Reads the layers, after applyControls. `image` describes the upright image to blur; it may
+    // be null. Prints the range that --depth-auto finds to `out`. Throws what the readers
     // throw and what DepthOptions::apply throws.
-    void applyLayers(headless::ParameterSet& parameters, const std::optional<pictures::Size>& image,
+    void applyLayers(headless::ParameterSet& parameters, const pictures::Picture* image,
                      pictures::Messages& messages, std::ostream& out) const;
 
 private:

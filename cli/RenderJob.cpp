@@ -128,15 +128,15 @@ void RenderJob::openSource() {
     if (!plan_.passThrough) tellLeftOut(picture().name, picture().leftOut, messages_);
 }
 
-// Reads the depth map and the shape, and moves all that counts in the display window to the layer.
+// Reads the depth map and the shape.
 void RenderJob::setLayers() {
-    const pictures::Size display{picture().display.width(), picture().display.height()};
-    effectOptions_.applyLayers(parameters(), display, messages_, lines_);
+    const pictures::Size display = displaySize(picture());
+    effectOptions_.applyLayers(parameters(), &picture(), messages_, lines_);
     noteOutsidePoints(parameters(), display.width, display.height, messages_);
     if (plan_.extent.region && !plan_.extent.keepOverscan) {
         noteCutRegion(*plan_.extent.region, display.width, display.height, messages_);
     }
-    moveToLayer(parameters(), picture());
+    movePointsToLayer(parameters(), picture());
 }
 
 void RenderJob::planColours() {

@@ -176,6 +176,13 @@ TEST_F(DepthOptions, AMapOfAnotherSizeIsStretchedOrAskedAbout) {
     EXPECT_THAT(render("half.exr", {"--placement", "center-map", "--focus-at", "0,0"}).err,
                 AllOf(Not(HasSubstr("stretched")), HasSubstr("focus at 0,0 (2)")));
     EXPECT_THAT(render("z.exr", {}).err, Not(HasSubstr("stretched")));
+    // What is in focus everywhere in the map is sharp up to the image's edges.
+    writeValues(path("flat.exr"), imageSpec(24, 9, {"Y"}, TypeDesc::FLOAT),
+                std::vector<float>(24 * 9, 1.0F));
+    EXPECT_EQ(render("flat.exr", {"--focus", "1"}).exitCode, 0);
+    const auto out = readValues<float>(path("out.exr"));
+    EXPECT_THAT(readValues<float>(path("in.exr")),
+                testing::Pointwise(testing::FloatNear(1e-4F), out));
     half.resize(48 * 12);
     writeValues(path("wide.exr"), imageSpec(48, 12, {"Z"}, TypeDesc::FLOAT), half);
     expectRefusal(render("wide.exr", {}),
