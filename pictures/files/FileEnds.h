@@ -13,8 +13,8 @@ namespace pictures {
 void requireReadFormat(const std::filesystem::path& file, const std::string& format);
 
 // Throws Failure if a file is shorter than the pixels that its header promises. Knows DPX (SMPTE
-// 268M), Cineon and PSD; files of other formats pass, since the library reports their ends. `format` is
-// the library's name.
+// 268M), Cineon and PSD; files of other formats pass, since the library reports their ends.
+// `format` is the library's name.
 void requireWholeFile(const std::filesystem::path& file, const std::string& format);
 
 // Whether a message that a reader left after a successful read doesn't mean missing or wrong

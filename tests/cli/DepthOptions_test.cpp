@@ -44,9 +44,9 @@ protected:
         writeValues(path(name), spec({channel}), map);
     }
     ToolRun render(const std::string& map, std::vector<std::string> options) const {
-        options.insert(options.begin(),
-                       {"render", path("in.exr"), "-o", path("out.exr"), "--exposure", "0",
-                        "--blur-radius", "5", "--depth-map-layer", path(map)});
+        options.insert(options.begin(), {"render", path("in.exr"), "-o", path("out.exr"),
+                                         "--exposure", "0", "--blur-radius", "5", "--resolution",
+                                         "16", "--depth-map-layer", path(map)});
         return runTool(options);
     }
     // The mean difference of the result from the input in the middle of each third.
@@ -112,8 +112,7 @@ TEST_F(DepthOptions, TheFocusedDistanceIsSharpInEveryKindOfMap) {
             const std::string place = pointed ? "48,18" : focus[third];
             SCOPED_TRACE(testing::Message() << map << " " << place);
             std::vector<std::string> all = options;
-            all.insert(all.end(),
-                       {"--resolution", "12", pointed ? "--focus-at" : "--focus", place});
+            all.insert(all.end(), {pointed ? "--focus-at" : "--focus", place});
             const ToolRun run = render(map, all);
             const std::string said = place + (pointed ? " (" + focus[third] + ")" : "");
             EXPECT_THAT(run.err, AllOf(HasSubstr("focus at " + said + ": Focal Distance"),

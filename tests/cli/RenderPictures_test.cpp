@@ -96,8 +96,9 @@ TEST_F(RenderPictures, MapsAndPointsCountInTheDisplayWindow) {
     for (std::size_t i = 0; i < depth.size(); ++i) depth[i] = i % 30 < 15 ? 1.0F : 0.0F;
     writeValues(path("map.tif"), imageSpec(30, 20, {"Y"}, TypeDesc::FLOAT), depth);
     render("wide.exr", "out.exr",
-           {"--blur-radius", "8", "--depth-map-layer", path("map.tif"), "--use-focus-point", "on",
-            "--focus-point-0", "4,10", "--focus-point-1", "4,10", "--composite-mode", "split"});
+           {"--blur-radius", "8", "--resolution", "16", "--depth-map-layer", path("map.tif"),
+            "--use-focus-point", "on", "--focus-point-0", "4,10", "--focus-point-1", "4,10",
+            "--composite-mode", "split"});
     OIIO::ImageSpec found;
     auto pixels = read("out.exr", found);
     const auto contrast = [&](int x) {  // x in the display window
@@ -119,7 +120,8 @@ TEST_F(RenderPictures, MapsAndPointsCountInTheDisplayWindow) {
     for (std::size_t i = 0; i < depth.size(); ++i) depth[i] = i % 60 >= 15 ? 1.0F : 0.0F;
     writeValues(path("scanned.exr"), scanned, depth);
     render("wide.exr", "out.exr",
-           {"--blur-radius", "8", "--depth-map-layer", path("scanned.exr"), "--focus", "1"});
+           {"--blur-radius", "8", "--resolution", "16", "--depth-map-layer", path("scanned.exr"),
+            "--focus", "1"});
     pixels = read("out.exr", found);
     EXPECT_GT(contrast(3), 0.9F);
     EXPECT_GT(contrast(-8), 0.9F);
