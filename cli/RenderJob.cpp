@@ -27,6 +27,10 @@ void tellWhetherItGrows(const headless::ParameterSet& parameters, pictures::Mess
         "--keep-overscan has no effect while edge pixels are repeated; add --edge-behavior off");
 }
 
+bool isWhole(PF_RationalScale scale) {
+    return static_cast<A_u_long>(scale.num) == scale.den;
+}
+
 // The channels to carry over, if the user wants it. Throws Failure if the result's pixels aren't
 // those of the input's data window.
 std::unique_ptr<pictures::PassThrough> otherChannels(const std::filesystem::path& output,
@@ -101,6 +105,7 @@ void RenderJob::run() {
     openSource();
     setLayers();
     planColours();
+    if (copiesAssociated()) source_->keepAssociated();
     headless::FrameRequest request = makeRequest();
     loadSource(request);
 
@@ -147,6 +152,17 @@ void RenderJob::planColours() {
     if (colours_.linearLight && !effectOptions_.gives("exposure")) {
         leaveOutExposure(parameters(), picture().name, messages_);
     }
+}
+
+// Whether the effect copies associated float colours to a file that holds such colours, too: to
+// divide them by alpha and multiply them again would round them.
+bool RenderJob::copiesAssociated() {
+    const bool copies = parameters().value(parameters().find("Blur Radius")) == 0.0 &&
+                        plan_.bits == 32 && isWhole(plan_.extent.scale);
+    const bool converts = !colours_.decode.identity() || !colours_.encode.identity();
+    return copies && !converts && picture().associated &&
+           pictures::worldBits(picture().type) == 32 &&
+           pictures::writesAssociated(output_.path(), picture());
 }
 
 headless::FrameRequest RenderJob::makeRequest() {
@@ -196,6 +212,7 @@ void RenderJob::writeResult(const headless::World& result) {
                            .data = resultWindow(result.rect(), picture(), scale),
                            .display = displayWindow(picture(), scale),
                            .grown = growsBeyondLayer(result.rect(), picture(), scale),
+                           .associated = source_->keepsAssociated(),
                            .type = plan_.outputType,
                            .colours = &colours_,
                            .others = others.get(),

@@ -50,6 +50,7 @@ private:
     void openSource();
     void setLayers();
     void planColours();
+    bool copiesAssociated();
     headless::FrameRequest makeRequest();
     void loadSource(headless::FrameRequest request);
     headless::FrameResult renderFrame(headless::FrameRequest request);

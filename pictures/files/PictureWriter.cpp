@@ -291,7 +291,7 @@ public:
         for (int y = top; y < bottom; ++y) {
             loadRow(request_.result, 0, y, rgba_);
             if (request_.colours != nullptr) request_.colours->encode.apply(rgba_);
-            if (plan_.multiplied) associate(rgba_, hiddenColour());
+            if (plan_.multiplied && !request_.associated) associate(rgba_, hiddenColour());
             selectChannels(rgba_, plan_, values_);
         }
         if (plan_.type == SampleType::kHalf) clampToHalf(values_);
@@ -336,6 +336,10 @@ ColourTarget colourTarget(const std::filesystem::path& path, const Picture& sour
     const PictureFormat& format = formatOf(path);
     const SampleType written = nearestType(format, type.value_or(source.type));
     return {format.name, worldBits(written) == 32, source.grey && format.grey};
+}
+
+bool writesAssociated(const std::filesystem::path& path, const Picture& source) {
+    return writesAssociated(formatOf(path), source);
 }
 
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,

@@ -152,6 +152,20 @@ TEST_F(RenderPictures, ColoursWithoutAlphaDontBecomeLight) {
     EXPECT_NEAR(pixels[12], 1.0F, 1e-3F);
 }
 
+TEST_F(RenderPictures, ACopyOfAssociatedFloatsHasTheirBits) {
+    std::vector<float> values;
+    for (int i = 0; i < 64; ++i) {
+        const auto x = static_cast<float>(i);
+        values.insert(values.end(), {0.1F + x / 7.0F, x / 3.0F, 1e-3F * x, x / 63.0F});
+    }
+    const auto made = imageSpec(8, 8, {"R", "G", "B", "A"}, TypeDesc::FLOAT);
+    for (const std::string suffix : {".exr", ".tif"}) {
+        writeValues(path("in" + suffix), made, values);
+        render("in" + suffix, "out" + suffix, {"--blur-radius", "0", "--raw"});
+        EXPECT_EQ(readValues<float>(path("out" + suffix)), values) << suffix;
+    }
+}
+
 TEST_F(RenderPictures, RendersInFloatAndWritesTheTypeAskedFor) {
     std::vector<std::uint8_t> values;
     for (int i = 0; i < 64 * 64 * 3; ++i) values.push_back(static_cast<std::uint8_t>(i * 37 % 251));
