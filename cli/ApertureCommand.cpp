@@ -9,11 +9,11 @@
 
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
-#include "pictures/AtomicFile.h"
 #include "pictures/Interrupt.h"
-#include "pictures/PictureFormats.h"
-#include "pictures/PictureWriter.h"
 #include "pictures/Text.h"
+#include "pictures/files/AtomicFile.h"
+#include "pictures/files/PictureFormats.h"
+#include "pictures/files/PictureWriter.h"
 
 namespace cli {
 namespace {

@@ -113,6 +113,17 @@ void refuseExtras(const CLI::App& app, const std::string& command, const Invocat
                      (nearest.empty() ? "" : "; did you mean " + nearest + "?") + help);
 }
 
+// The parser takes one argument too many after "--" for an option. Throws if that is how `flags`
+// got in.
+void requireBeforeHyphens(const Invocation& invocation, const std::vector<std::string>& flags) {
+    const auto begin = invocation.arguments.begin();
+    const auto end = std::find(begin, invocation.arguments.end(), "--");
+    if (std::find_first_of(begin, end, flags.begin(), flags.end()) != end) return;
+    const auto last = invocation.arguments.end();
+    const auto extra = std::find_first_of(end, last, flags.begin(), flags.end());
+    if (extra != last) throw UsageError("unexpected argument " + *extra + "; see orbel --help");
+}
+
 [[noreturn]] void refuseMissingCommand(const Invocation& invocation,
                                        const std::vector<std::unique_ptr<Command>>& commands) {
     if (invocation.arguments.empty()) throw UsageError("no command given; see orbel --help");
@@ -157,6 +168,7 @@ int runCommand(const Invocation& invocation) {
     try {
         parse(app, invocation);
     } catch (const CLI::Success& request) {
+        requireBeforeHyphens(invocation, {"-h", "--help", "--version"});
         if (namesUnknownCommand(app, invocation)) refuseMissingCommand(invocation, commands);
         return app.exit(request, invocation.out, invocation.err);
     }

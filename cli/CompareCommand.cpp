@@ -8,8 +8,8 @@
 #include "cli/Numbers.h"
 #include "pictures/Comparison.h"
 #include "pictures/Interrupt.h"
-#include "pictures/PictureReader.h"
 #include "pictures/WorldPixels.h"
+#include "pictures/files/PictureReader.h"
 
 namespace cli {
 namespace {

@@ -6,6 +6,7 @@
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "pictures/Text.h"
+#include "pictures/WorldPixels.h"
 #include "pictures/depth/DepthMapReader.h"
 
 namespace cli {
@@ -30,14 +31,10 @@ pictures::MapControls mapControls(const headless::ParameterSet& parameters,
             .inverted = parameters.value(parameters.find("Invert Depth Map")) != 0.0};
 }
 
-pictures::Size sizeOf(const pictures::DepthSource& source) {
-    return {source.picture.width(), source.picture.height()};
-}
-
 // Whether a map of another size has to be stretched. Throws UsageError if only the user can say.
 bool mustStretch(const ParameterOptions& controls, const pictures::DepthSource& source,
                  const pictures::Size& image) {
-    const pictures::Size map = sizeOf(source);
+    const pictures::Size map = displaySize(source.picture);
     if (map == image || controls.given("placement")) return false;
     if (pictures::sameShape(image, map)) return true;
     throw UsageError(source.picture.name + " has " + pictures::sizeText(map) +
@@ -48,8 +45,22 @@ bool mustStretch(const ParameterOptions& controls, const pictures::DepthSource& 
 void stretch(headless::ParameterSet& parameters, const pictures::DepthSource& source,
              const pictures::Size& image, pictures::Messages& messages) {
     parameters.set("Placement", static_cast<double>(pictures::MapPlacement::kStretch));
-    messages.note(source.picture.name + ", " + pictures::sizeText(sizeOf(source)) +
+    messages.note(source.picture.name + ", " + pictures::sizeText(displaySize(source.picture)) +
                   ", is stretched over the image, " + pictures::sizeText(image));
+}
+
+pictures::MapPlacement placementOf(const headless::ParameterSet& parameters) {
+    return static_cast<pictures::MapPlacement>(
+        static_cast<int>(parameters.value(parameters.find("Placement"))));
+}
+
+std::shared_ptr<headless::World> layerOf(const pictures::Picture& map,
+                                         const pictures::Picture* image,
+                                         pictures::MapPlacement placement) {
+    if (image == nullptr || fitsEffect(*image, map, placement)) {
+        return pictures::makeWorld(map, pictures::worldBits(map.type));
+    }
+    return pictures::layOver(*image, map, placement);
 }
 
 // The range by which --depth-auto maps.
@@ -131,24 +142,28 @@ pictures::DepthCurve DepthOptions::plainCurve(headless::ParameterSet& parameters
 }
 
 void DepthOptions::apply(headless::ParameterSet& parameters, const ParameterOptions& controls,
-                         const std::optional<pictures::Size>& image,
-                         const std::optional<Camera>& camera, pictures::Messages& messages,
-                         std::ostream& out) const {
+                         const pictures::Picture* image, const std::optional<Camera>& camera,
+                         pictures::Messages& messages, std::ostream& out) const {
     const std::optional<Setting> map = controls.setting(kDepthLayer);
     if (!map) return;
     const pictures::DepthMapping mapping = this->mapping();
-    pictures::DepthSource source =
-        pictures::readDepth(map->text, mapping, mapControls(parameters, controls), messages);
-    const bool stretched = image && mustStretch(controls, source, *image);
-    focus_.requirePossible(source.kind, image);
+    const bool overscan = image != nullptr && image->window != image->display;
+    pictures::DepthSource source = pictures::readDepth(
+        map->text, overscan ? pictures::Extent::kEverything : pictures::Extent::kDisplay, mapping,
+        mapControls(parameters, controls), messages);
+    std::optional<pictures::Size> size;
+    if (image != nullptr) size = displaySize(*image);
+    const bool stretched = size && mustStretch(controls, source, *size);
+    focus_.requirePossible(source.kind, size);
 
     pictures::tellDepth(source, mapping, messages);
     if (automatic_ && !messages.quiet()) printRange(out, source);
-    if (stretched) stretch(parameters, source, *image, messages);
+    if (stretched) stretch(parameters, source, *size, messages);
     const pictures::DepthCurve curve = camera
-                                           ? lensCurve(parameters, *camera, source, image, messages)
-                                           : plainCurve(parameters, source, image, messages);
-    parameters.setLayer(map->info.index, pictures::makeDepthWorld(std::move(source), curve));
+                                           ? lensCurve(parameters, *camera, source, size, messages)
+                                           : plainCurve(parameters, source, size, messages);
+    const pictures::Picture positions = applyCurve(std::move(source), curve);
+    parameters.setLayer(map->info.index, layerOf(positions, image, placementOf(parameters)));
 }
 
 }  // namespace cli

@@ -32,12 +32,12 @@ public:
     void check(const headless::ParameterSet& parameters, const ParameterOptions& controls) const;
     // Reads the map that `controls` name, if any, and sets it as layer, and Placement and Focal
     // Distance where the map's size or the focus demands it; `parameters` has the controls already.
-    // `image` is the size of the upright image; without it the map's place in the image doesn't
-    // matter. Prints the range that --depth-auto finds to `out`. Throws what readDepth throws, and
+    // `image` describes the image to blur; if it is null, the map's place in it doesn't matter.
+    // Prints the range that --depth-auto finds to `out`. Throws what readDepth throws, and
     // UsageError for a map of another shape without a placement, and for a focus that can't be. A
     // camera takes the place of near, far and the focus: it sets the controls of its lens.
     void apply(headless::ParameterSet& parameters, const ParameterOptions& controls,
-               const std::optional<pictures::Size>& image, const std::optional<Camera>& camera,
+               const pictures::Picture* image, const std::optional<Camera>& camera,
                pictures::Messages& messages, std::ostream& out) const;
 
 private:

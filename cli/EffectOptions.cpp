@@ -2,9 +2,9 @@
 #include "cli/EffectOptions.h"
 
 #include "cli/Errors.h"
-#include "pictures/PictureReader.h"
 #include "pictures/Text.h"
 #include "pictures/WorldPixels.h"
+#include "pictures/files/PictureReader.h"
 
 namespace cli {
 namespace {
@@ -89,8 +89,7 @@ void EffectOptions::applyControls(headless::ParameterSet& parameters) const {
     depth_.check(parameters, controls_);
 }
 
-void EffectOptions::applyLayers(headless::ParameterSet& parameters,
-                                const std::optional<pictures::Size>& image,
+void EffectOptions::applyLayers(headless::ParameterSet& parameters, const pictures::Picture* image,
                                 const std::optional<Camera>& camera, pictures::Messages& messages,
                                 std::ostream& out) const {
     for (const Setting& setting : controls_.settings()) {

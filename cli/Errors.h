@@ -11,10 +11,10 @@ using pictures::Interrupted;
 using pictures::UsageError;
 
 inline constexpr int kExitSuccess = 0;
-inline constexpr int kExitFailure = 1;        // Failure
-inline constexpr int kExitUsage = 2;          // UsageError
-inline constexpr int kExitDifferent = 1;      // of `compare`
-inline constexpr int kExitNotCompared = 2;    // of `compare`: UsageError and Failure
-inline constexpr int kExitInterrupted = 130;  // Interrupted: 128 + SIGINT, as shells report it
+inline constexpr int kExitFailure = 1;      // Failure
+inline constexpr int kExitUsage = 2;        // UsageError
+inline constexpr int kExitDifferent = 1;    // of `compare`
+inline constexpr int kExitNotCompared = 2;  // of `compare`: UsageError and Failure
+using pictures::kExitInterrupted;           // Interrupted
 
 }  // namespace cli

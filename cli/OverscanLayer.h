@@ -8,7 +8,7 @@ namespace cli {
 
 // Where an image has overscan, the effect's layer is larger than the display window, in which users
 // count. Moves the points of `parameters`, given in the display window, to their places in the
-// layer, and extends the depth map over the layer by repeating its edges.
-void moveToLayer(headless::ParameterSet& parameters, const pictures::Picture& image);
+// layer.
+void movePointsToLayer(headless::ParameterSet& parameters, const pictures::Picture& image);
 
 }  // namespace cli

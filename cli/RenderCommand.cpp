@@ -1,27 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/RenderCommand.h"
 
-#include <algorithm>
-#include <array>
-#include <ostream>
 #include <system_error>
 
 #include "cli/Errors.h"
-#include "cli/ExposureCheck.h"
 #include "cli/Numbers.h"
-#include "cli/OutsideNotes.h"
-#include "cli/OverscanLayer.h"
-#include "cli/PixelAspect.h"
-#include "cli/Progress.h"
 #include "cli/RenderFiles.h"
-#include "cli/RenderStats.h"
-#include "cli/SourceReport.h"
-#include "pictures/AtomicFile.h"
-#include "pictures/Interrupt.h"
-#include "pictures/Messages.h"
-#include "pictures/PictureFormats.h"
-#include "pictures/PictureReader.h"
-#include "pictures/PictureWriter.h"
+#include "pictures/files/AtomicFile.h"
+#include "pictures/files/PictureFormats.h"
 
 namespace fs = std::filesystem;
 
@@ -29,9 +15,6 @@ namespace cli {
 namespace {
 
 constexpr int kMostThreads = 1024;
-// Of the progress bar: most of the time goes into the blur.
-constexpr double kShareOfReading = 0.08;
-constexpr double kShareOfWriting = 0.05;
 
 int parseBits(const std::string& text) {
     if (text == "8" || text == "16" || text == "32") return parseWhole("--bits", text, 8, 32);
@@ -82,65 +65,6 @@ void requireOtherFile(const std::string& output, const std::vector<std::string>&
     }
 }
 
-void tellWhetherItGrows(const headless::ParameterSet& parameters, pictures::Messages& messages) {
-    if (parameters.value(parameters.find("Edge Behavior")) == 0.0) return;
-    messages.note(
-        "--keep-overscan has no effect while edge pixels are repeated; add --edge-behavior off");
-}
-
-// The channels to carry over, if the user wants it. Throws Failure if the result's pixels aren't
-// those of the input's data window.
-std::unique_ptr<pictures::PassThrough> otherChannels(const fs::path& output, const RenderPlan& plan,
-                                                     const pictures::SourceImage& source,
-                                                     const PF_LRect& result,
-                                                     pictures::Messages& messages) {
-    if (!plan.passThrough) return nullptr;
-    const pictures::Window data = source.file().dataWindow();
-    const bool sameScale = headless::reducedSize(data.width(), plan.extent.scale) == data.width();
-    if (!pictures::formatOf(output).windows || source.picture().turned || !sameScale ||
-        resultWindow(result, source.picture(), plan.extent.scale) != data) {
-        throw Failure(
-            "--pass-through needs EXR files with the same data window; leave out --region, "
-            "--downsample, --keep-overscan and --crop-to-display");
-    }
-    auto others = std::make_unique<pictures::PassThrough>(source.file().file(),
-                                                          source.file().otherChannels(), data);
-    tellLeftOut(source.picture().name, others->leftOut(), messages);
-    return others;
-}
-
-double scaleOf(const RenderPlan& plan) {
-    return static_cast<double>(plan.extent.scale.num) / plan.extent.scale.den;
-}
-
-std::string ofEffect(const headless::FrameResult& result) {
-    return result.message.empty() ? "" : " (" + result.message + ")";
-}
-
-// Throws unless the frame was rendered.
-void requireRendered(const headless::FrameResult& result) {
-    if (result.status == PF_Interrupt_CANCEL) throw Interrupted{};
-    pictures::throwIfInterrupted();
-    if (result.status == PF_Err_OUT_OF_MEMORY) {
-        throw Failure("out of memory" + ofEffect(result) +
-                      "; try --downsample 1/2, a smaller --blur-radius or --resolution");
-    }
-    if (result.status != PF_Err_NONE) {
-        throw Failure("the effect failed with code " + std::to_string(result.status) +
-                      ofEffect(result));
-    }
-    if (!result.rendered || result.output == nullptr || result.outputUntouched) {
-        throw Failure("the effect rendered no image" + ofEffect(result) +
-                      "; check --region and --downsample");
-    }
-}
-
-void warnAboutBooks(const headless::Host& host, pictures::Messages& messages) {
-    const headless::Accounts accounts = host.accounts();
-    if (accounts.clean()) return;
-    messages.warn("the effect misused the host's interface: " + accounts.describe());
-}
-
 }  // namespace
 
 RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
@@ -148,13 +72,16 @@ RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
     : invocation_(invocation), effectOptions_(controls) {
     app_ = parent.add_subcommand("render", "Blur an image");
     app_->allow_extras();
-    addOptions();
+    addFileOptions();
+    addExtentOptions();
+    addPixelOptions();
+    addProcessOptions();
     colourOptions_.addTo(*app_);
     cameraOptions_.addTo(*app_);
     effectOptions_.addTo(*app_);
 }
 
-void RenderCommand::addOptions() {
+void RenderCommand::addFileOptions() {
     app_->add_option("INPUT", input_,
                      "image to blur, FILE:LAYER of a multi-layer EXR, or - for standard input")
         ->required();
@@ -166,11 +93,22 @@ void RenderCommand::addOptions() {
                      "format for -o -: png, exr, ppm or another suffix; default png")
         ->type_name("SUFFIX");
     app_->add_option("--bundle", bundle_, "effect bundle to load")->type_name("FILE");
+}
+
+void RenderCommand::addExtentOptions() {
     app_->add_option("--region", region_, "render only this part, in full-resolution pixels")
         ->type_name("X,Y,W,H");
     app_->add_option("--downsample", downsample_,
                      "render at reduced resolution, such as 1/2 for a preview")
         ->type_name("N/D");
+    app_->add_flag("--keep-overscan", keepOverscan_,
+                   "grow the image, in EXR its data window, by the blur's reach; needs "
+                   "--edge-behavior off");
+    app_->add_flag("--crop-to-display", cropToDisplay_,
+                   "write only the display window of an EXR, not the pixels beyond it");
+}
+
+void RenderCommand::addPixelOptions() {
     app_->add_option("--bits", bits_,
                      "bits per channel to render with: 8, 16 or 32; 8 and 16 truncate as the "
                      "application does; default 32")
@@ -183,48 +121,56 @@ void RenderCommand::addOptions() {
                      "how the input's colours relate to alpha: straight, associated (multiplied "
                      "by it) or ignore; default: as the file says")
         ->type_name("KIND");
-    app_->add_option("--threads", threads_, "threads to render with; default: one per processor")
-        ->type_name("N");
     app_->add_option("--pixel-aspect", pixelAspect_,
                      "pixel width relative to height; default: that of the input")
         ->type_name("N/D");
+    app_->add_flag("--pass-through", passThrough_,
+                   "carry over the other channels and layers of an EXR, unchanged");
+}
+
+void RenderCommand::addProcessOptions() {
+    app_->add_option("--threads", threads_, "threads to render with; default: one per processor")
+        ->type_name("N");
     app_->add_option("--memory-limit", memoryLimit_,
                      "host memory that the effect may use, such as 900M")
         ->type_name("BYTES");
-    app_->add_flag("--keep-overscan", keepOverscan_,
-                   "grow the image, in EXR its data window, by the blur's reach; needs "
-                   "--edge-behavior off");
-    app_->add_flag("--crop-to-display", cropToDisplay_,
-                   "write only the display window of an EXR, not the pixels beyond it");
-    app_->add_flag("--pass-through", passThrough_,
-                   "carry over the other channels and layers of an EXR, unchanged");
     app_->add_flag("--quiet", quiet_, "print only errors");
     app_->add_flag("--strict", strict_, "treat every warning as an error, and write no image");
     app_->add_flag("--stats", stats_, "print the seconds of each step, threads and peak memory");
 }
 
-RenderPlan RenderCommand::plan(const std::filesystem::path& output) const {
-    RenderPlan plan;
-    plan.extent.scale = parseDownsample(downsample_);
-    if (!region_.empty()) plan.extent.region = parseRegion("--region", region_);
-    plan.extent.keepOverscan = keepOverscan_;
-    plan.extent.cropToDisplay = cropToDisplay_ || !pictures::formatOf(output).windows;
+RenderExtent RenderCommand::extent(const fs::path& output) const {
+    RenderExtent extent;
+    extent.scale = parseDownsample(downsample_);
+    if (!region_.empty()) extent.region = parseRegion("--region", region_);
+    extent.keepOverscan = keepOverscan_;
+    extent.cropToDisplay = cropToDisplay_ || !pictures::formatOf(output).windows;
+    return extent;
+}
+
+headless::HostOptions RenderCommand::hostOptions() const {
+    headless::HostOptions options;
+    if (!threads_.empty()) options.threads = parseWhole("--threads", threads_, 1, kMostThreads);
+    if (!memoryLimit_.empty()) options.memoryLimit = parseBytes("--memory-limit", memoryLimit_);
+    return options;
+}
+
+RenderPlan RenderCommand::plan(const fs::path& output) const {
+    RenderPlan plan{.input = input_, .bundle = bundle_, .extent = extent(output)};
     if (!bits_.empty()) plan.bits = parseBits(bits_);
     plan.alpha = parseAlpha(alpha_);
     plan.passThrough = passThrough_;
     if (!outputType_.empty()) plan.outputType = parseSampleType(outputType_);
     if (!pixelAspect_.empty()) plan.pixelAspect = parseAspect(pixelAspect_);
-    if (!threads_.empty()) {
-        plan.host.threads = parseWhole("--threads", threads_, 1, kMostThreads);
-    }
-    if (!memoryLimit_.empty()) {
-        plan.host.memoryLimit = parseBytes("--memory-limit", memoryLimit_);
-    }
+    plan.host = hostOptions();
+    plan.quiet = quiet_;
+    plan.strict = strict_;
+    plan.stats = stats_;
     return plan;
 }
 
 // Detects before a long render that its result couldn't be written.
-void RenderCommand::checkOutput(const RenderPlan& plan, const std::filesystem::path& output) const {
+void RenderCommand::checkOutput(const RenderPlan& plan, const fs::path& output) const {
     if (plan.outputType) pictures::requireType(pictures::formatOf(output), *plan.outputType);
     std::vector<std::string> inputs = effectOptions_.files();
     inputs.push_back(input_);
@@ -232,126 +178,11 @@ void RenderCommand::checkOutput(const RenderPlan& plan, const std::filesystem::p
     pictures::requireWritable(output);
 }
 
-headless::FrameRequest RenderCommand::makeRequest(const RenderPlan& plan,
-                                                  const pictures::SourceImage& source) const {
-    headless::FrameRequest request;
-    request.bits = plan.bits;
-    request.input = source.world();
-    request.rect = wantedRect(plan.extent, source.picture());
-    request.downsampleX = request.downsampleY = plan.extent.scale;
-    request.cancel = &pictures::interruptFlag();
-    return request;
-}
-
-// Reads the part of the image that the effect asks for.
-void RenderCommand::loadSource(pictures::SourceImage& source, EffectSession& session,
-                               const RenderPlan& plan, const pictures::ColourPlan& colours,
-                               headless::FrameRequest request, Progress& progress,
-                               pictures::Messages& messages) const {
-    request.preRenderOnly = true;
-    const PF_LRect needed = session.effect().renderFrame(request).inputRequest.rect;
-    session.host().reclaimPreRenderRecords();
-    const pictures::SourceFindings findings = source.load(
-        neededWindow(needed, source.picture(), plan.extent.scale),
-        [&](std::span<float> rgba) { colours.decode.apply(rgba); },
-        [&](double share) { progress.update(share); });
-    tellFindings(source.picture(), findings, plan.bits, messages);
-    warnAboutExposure(session.effect().parameters(), findings.largestColour, messages);
-}
-
-headless::FrameResult RenderCommand::renderFrame(headless::Effect& effect,
-                                                 headless::FrameRequest request,
-                                                 Progress& progress) const {
-    request.progress = [&](int current, int total) {
-        if (total > 0) progress.update(static_cast<double>(current) / total);
-    };
-    headless::FrameResult result = effect.renderFrame(request);
-    requireRendered(result);
-    return result;
-}
-
-void RenderCommand::writeResult(const std::filesystem::path& output, const RenderPlan& plan,
-                                const pictures::ColourPlan& colours,
-                                const pictures::SourceImage& source, const headless::World& result,
-                                Progress& progress, pictures::Messages& messages) const {
-    const PF_RationalScale scale = plan.extent.scale;
-    const pictures::Picture& picture = source.picture();
-    const auto others = otherChannels(output, plan, source, result.rect(), messages);
-    pictures::writeResult(output,
-                          {.source = picture,
-                           .result = result,
-                           .data = resultWindow(result.rect(), picture, scale),
-                           .display = displayWindow(picture, scale),
-                           .grown = growsBeyondLayer(result.rect(), picture, scale),
-                           .type = plan.outputType,
-                           .colours = &colours,
-                           .others = others.get(),
-                           .progress = [&](double share) { progress.update(share); }},
-                          messages);
-}
-
 int RenderCommand::run() {
     const OutputFile output(output_, outputFormat_);
     const RenderPlan plan = this->plan(output.path());
     checkOutput(plan, output.path());
-    std::ostream& lines = output.isStandardOutput() ? invocation_.err : invocation_.out;
-    pictures::Messages messages(invocation_.err, quiet_, strict_);
-    const pictures::ColourConfig config = colourOptions_.config(messages);
-    EffectSession session(requireBundle(bundle_, invocation_.programFolder), plan.host);
-    headless::Effect& effect = session.effect();
-    effectOptions_.applyControls(effect.parameters());
-    cameraOptions_.check(effect.parameters(), effectOptions_);
-    if (keepOverscan_) tellWhetherItGrows(effect.parameters(), messages);
-
-    RenderStats stats;
-    Progress progress(invocation_.err, invocation_.terminal && !quiet_);
-    stats.begin("read");
-    progress.begin(0.0, kShareOfReading);
-    const InputFile input(input_, invocation_.in);
-    pictures::SourceImage source(input.text(), plan.alpha, input.name());
-    pictures::requireRoomForColours(output.path(), source.picture());
-    tellOrientation(source.picture(), messages);
-    if (!plan.passThrough) {
-        tellLeftOut(source.picture().name, source.picture().leftOut, messages);
-    }
-    const pictures::Window& display = source.picture().display;
-    const pictures::Size size{display.width(), display.height()};
-    const double pixelAspect = plan.pixelAspect.value_or(pictures::pixelAspectOf(source.picture()));
-    effectOptions_.applyLayers(effect.parameters(), size,
-                               cameraOptions_.camera(source.picture(), pixelAspect, scaleOf(plan),
-                                                     effectOptions_.givesFocus()),
-                               messages, lines);
-    noteOutsidePoints(effect.parameters(), display.width(), display.height(), messages);
-    if (plan.extent.region && !keepOverscan_) {
-        noteCutRegion(*plan.extent.region, display.width(), display.height(), messages);
-    }
-    moveToLayer(effect.parameters(), source.picture());
-    const pictures::ColourPlan colours = pictures::planColours(
-        source.picture().colour, source.picture().name,
-        pictures::colourTarget(output.path(), source.picture(), plan.outputType),
-        colourOptions_.wishes(), config, messages);
-    if (colours.linearLight && !effectOptions_.gives("exposure")) {
-        leaveOutExposure(effect.parameters(), source.picture().name, messages);
-    }
-    headless::FrameRequest request = makeRequest(plan, source);
-    request.pixelAspect =
-        applyPixelAspect(effect.parameters(), pixelAspect, source.picture().name, messages);
-    loadSource(source, session, plan, colours, request, progress, messages);
-
-    stats.begin("render");
-    progress.begin(kShareOfReading, 1.0 - kShareOfWriting);
-    const headless::FrameResult result = renderFrame(effect, request, progress);
-    warnAboutBooks(session.host(), messages);
-    request.input.reset();
-    source.release();
-
-    stats.begin("write");
-    progress.begin(1.0 - kShareOfWriting, 1.0);
-    writeResult(output.path(), plan, colours, source, *result.output, progress, messages);
-    output.finish(invocation_.out);
-    stats.end();
-    progress.finish();
-    if (stats_) stats.print(lines, session.host());
+    RenderJob(plan, output, {effectOptions_, colourOptions_, cameraOptions_}, invocation_).run();
     return kExitSuccess;
 }
 

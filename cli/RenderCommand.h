@@ -2,30 +2,16 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
+#include <string>
+#include <vector>
 
 #include "cli/CameraOptions.h"
 #include "cli/ColourOptions.h"
 #include "cli/Command.h"
 #include "cli/EffectOptions.h"
-#include "cli/EffectSession.h"
-#include "cli/Progress.h"
-#include "cli/RenderWindows.h"
-#include "pictures/Messages.h"
-#include "pictures/SourceImage.h"
+#include "cli/RenderJob.h"
 
 namespace cli {
-
-// The options of a render, validated.
-struct RenderPlan {
-    RenderExtent extent;
-    int bits = 32;
-    pictures::AlphaRule alpha = pictures::AlphaRule::kByFile;
-    std::optional<pictures::SampleType> outputType;
-    std::optional<double> pixelAspect;
-    bool passThrough = false;
-    headless::HostOptions host;
-};
 
 // `orbel render`: blurs an image file.
 class RenderCommand : public Command {
@@ -35,20 +21,14 @@ public:
     int run() override;
 
 private:
-    void addOptions();
+    void addFileOptions();
+    void addExtentOptions();
+    void addPixelOptions();
+    void addProcessOptions();
+    RenderExtent extent(const std::filesystem::path& output) const;
+    headless::HostOptions hostOptions() const;
     RenderPlan plan(const std::filesystem::path& output) const;
     void checkOutput(const RenderPlan& plan, const std::filesystem::path& output) const;
-    headless::FrameRequest makeRequest(const RenderPlan& plan,
-                                       const pictures::SourceImage& source) const;
-    void loadSource(pictures::SourceImage& source, EffectSession& session, const RenderPlan& plan,
-                    const pictures::ColourPlan& colours, headless::FrameRequest request,
-                    Progress& progress, pictures::Messages& messages) const;
-    headless::FrameResult renderFrame(headless::Effect& effect, headless::FrameRequest request,
-                                      Progress& progress) const;
-    void writeResult(const std::filesystem::path& output, const RenderPlan& plan,
-                     const pictures::ColourPlan& colours, const pictures::SourceImage& source,
-                     const headless::World& result, Progress& progress,
-                     pictures::Messages& messages) const;
 
     const Invocation& invocation_;
     EffectOptions effectOptions_;

@@ -2,7 +2,7 @@
 #include "cli/RenderFiles.h"
 
 #include "cli/Errors.h"
-#include "pictures/PictureFormats.h"
+#include "pictures/files/PictureFormats.h"
 
 namespace cli {
 

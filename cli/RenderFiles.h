@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "pictures/StandardStreams.h"
+#include "pictures/files/StandardStreams.h"
 
 namespace cli {
 

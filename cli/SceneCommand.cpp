@@ -6,11 +6,11 @@
 
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
-#include "pictures/AtomicFile.h"
 #include "pictures/Interrupt.h"
 #include "pictures/Picture.h"
-#include "pictures/PictureFormats.h"
-#include "pictures/PictureWriter.h"
+#include "pictures/files/AtomicFile.h"
+#include "pictures/files/PictureFormats.h"
+#include "pictures/files/PictureWriter.h"
 #include "scene/Scene.h"
 
 namespace cli {

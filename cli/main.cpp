@@ -7,10 +7,12 @@
 #include "pictures/Interrupt.h"
 
 int main(int argc, char** argv) {
-    const pictures::InterruptGuard interrupt;
+    const bool terminal = cli::errorStreamIsTerminal();
+    const pictures::InterruptGuard interrupt(terminal ? "\norbel: cancelled\n"
+                                                      : "orbel: cancelled\n");
     return cli::runTool({.arguments = {argv + 1, argv + argc},
                          .programFolder = cli::programFolder(argv[0]),
                          .out = std::cout,
                          .err = std::cerr,
-                         .terminal = cli::errorStreamIsTerminal()});
+                         .terminal = terminal});
 }

@@ -17,7 +17,8 @@ struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The user pressed Control-C: exit code 130.
+// The user pressed Control-C.
 struct Interrupted {};
+inline constexpr int kExitInterrupted = 130;  // 128 + SIGINT, as shells report it
 
 }  // namespace pictures

@@ -25,7 +25,7 @@ SourceImage::SourceImage(const std::string& text, AlphaRule rule, const std::str
 // Makes pixels as the file holds them straight and finite.
 void SourceImage::prepare(std::span<float> rgba, const Convert& convert) {
     findings_.repairs += repairPixels(rgba, picture_.associated);
-    if (picture_.associated) makeStraight(rgba);
+    if (picture_.associated && !keepsAssociated_) makeStraight(rgba);
     if (convert) convert(rgba);
     for (std::size_t i = 0; i < rgba.size(); i += kChannels) {
         const float most = std::max({rgba[i], rgba[i + 1], rgba[i + 2]});

@@ -7,7 +7,7 @@
 #include <span>
 
 #include "headless/World.h"
-#include "pictures/PictureFile.h"
+#include "pictures/files/PictureFile.h"
 
 namespace pictures {
 
@@ -35,6 +35,10 @@ public:
 
     // A conversion of straight pixels in place, red, green, blue, alpha each.
     using Convert = std::function<void(std::span<float> rgba)>;
+    // Lets load() leave associated colours as they are, for a frame that is only copied.
+    void keepAssociated() { keepsAssociated_ = true; }
+    bool keepsAssociated() const { return keepsAssociated_; }
+
     // Reads the part of the layer inside `window`, repairs values that aren't finite, divides
     // associated colours by alpha and applies `convert`, if any. Throws what PictureFile::read
     // throws.
@@ -53,6 +57,7 @@ private:
     Picture picture_;
     std::shared_ptr<headless::World> world_;
     SourceFindings findings_;
+    bool keepsAssociated_ = false;
 };
 
 }  // namespace pictures

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "pictures/PictureLayers.h"
+#include "pictures/files/PictureLayers.h"
 
 namespace pictures {
 

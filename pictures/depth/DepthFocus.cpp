@@ -20,12 +20,12 @@ double focalDistance(double position, bool inverted) {
 
 DepthSample sampleDepth(const DepthSource& source, const DepthCurve& curve, const Size& image,
                         MapPlacement placement, int x, int y) {
-    const Size map{source.picture.width(), source.picture.height()};
     std::vector<DepthSample> samples;
     for (int row = std::max(y - kReach, 0); row <= std::min(y + kReach, image.height - 1); ++row) {
         for (int column = std::max(x - kReach, 0); column <= std::min(x + kReach, image.width - 1);
              ++column) {
-            const double value = source.value(mapPixel(image, map, placement, column, row));
+            const double value =
+                source.value(mapPixel(image, source.picture, placement, column, row));
             samples.push_back({value, static_cast<double>(curve(value))});
         }
     }

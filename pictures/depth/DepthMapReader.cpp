@@ -5,10 +5,9 @@
 #include <cmath>
 
 #include "pictures/Errors.h"
-#include "pictures/PictureReader.h"
 #include "pictures/Text.h"
-#include "pictures/WorldPixels.h"
 #include "pictures/depth/DepthChannel.h"
+#include "pictures/files/PictureReader.h"
 
 namespace pictures {
 namespace {
@@ -154,11 +153,11 @@ double DepthSource::value(std::size_t pixel) const {
     return static_cast<double>((p[0] + p[1] + p[2]) / 3.0F);
 }
 
-DepthSource readDepth(const std::string& text, const DepthMapping& mapping,
+DepthSource readDepth(const std::string& text, Extent extent, const DepthMapping& mapping,
                       const MapControls& controls, Messages& messages) {
     DepthSource source;
     source.controls = controls;
-    source.picture = readPicture(depthText(text, controls.channel), Extent::kDisplay, kNothing);
+    source.picture = readPicture(depthText(text, controls.channel), extent, kNothing);
     if (controls.channel != MapChannel::kAlpha) makeStraight(source.picture);
     warnAboutColour(source.picture, controls, messages);
     source.kind = kindOf(source, mapping);
@@ -181,7 +180,7 @@ void tellDepth(const DepthSource& source, const DepthMapping& mapping, Messages&
     warnAboutValues(source, mapping, messages);
 }
 
-std::shared_ptr<headless::World> makeDepthWorld(DepthSource source, const DepthCurve& curve) {
+Picture applyCurve(DepthSource source, const DepthCurve& curve) {
     Picture& map = source.picture;
     const bool alpha = source.controls.channel == MapChannel::kAlpha;
     const std::size_t first = alpha ? kAlphaPlace : 0;
@@ -192,7 +191,7 @@ std::shared_ptr<headless::World> makeDepthWorld(DepthSource source, const DepthC
         }
     }
     if (source.kind != DepthKind::kNormalised) map.type = SampleType::kFloat;
-    return makeWorld(map, worldBits(map.type));
+    return std::move(source.picture);
 }
 
 }  // namespace pictures

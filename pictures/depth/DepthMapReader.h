@@ -4,13 +4,12 @@
 // as renderers, cameras and stereo programs write them.
 
 #include <cstddef>
-#include <memory>
 #include <string>
 
-#include "headless/World.h"
 #include "pictures/Messages.h"
 #include "pictures/Picture.h"
 #include "pictures/depth/DepthMapping.h"
+#include "pictures/files/PictureReader.h"
 
 namespace pictures {
 
@@ -37,20 +36,20 @@ struct DepthSource {
     double value(std::size_t pixel) const;
 };
 
-// Reads FILE, FILE:LAYER or FILE:CHANNEL. Of several channels the one that holds depth is taken,
-// see findDepthChannel(), unless the effect reads alpha. A single channel becomes grey. The kind is
-// that of the mapping or of the channel's name; otherwise it is distance if the mapping asks for it
-// or if a float file has values beyond 1. Warns about a colour picture. Throws what readPicture
-// throws, UsageError if the mapping doesn't suit the kind, and Failure if the range is needed but
-// there is no distance or disparity at all.
-DepthSource readDepth(const std::string& text, const DepthMapping& mapping,
+// Reads FILE, FILE:LAYER or FILE:CHANNEL, its display window or everything. Of several channels the
+// one that holds depth is taken, see findDepthChannel(), unless the effect reads alpha. A single
+// channel becomes grey. The kind is that of the mapping or of the channel's name; otherwise it is
+// distance if the mapping asks for it or if a float file has values beyond 1. Warns about a colour
+// picture. Throws what readPicture throws, UsageError if the mapping doesn't suit the kind, and
+// Failure if the range is needed but there is no distance or disparity at all.
+DepthSource readDepth(const std::string& text, Extent extent, const DepthMapping& mapping,
                       const MapControls& controls, Messages& messages);
 
 // Notes the kind of the map, its range and the number of pixels where nothing is, and warns about
 // values that the mapping can't tell apart.
 void tellDepth(const DepthSource& source, const DepthMapping& mapping, Messages& messages);
 
-// The map for the effect: in the file's bits if it is normalised, otherwise float.
-std::shared_ptr<headless::World> makeDepthWorld(DepthSource source, const DepthCurve& curve);
+// The map with the effect's values, in the file's bits if it is normalised, otherwise float.
+Picture applyCurve(DepthSource source, const DepthCurve& curve);
 
 }  // namespace pictures

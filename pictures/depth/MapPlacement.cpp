@@ -3,17 +3,72 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
+
+#include "pictures/WorldPixels.h"
 
 namespace pictures {
 namespace {
 
-// The place in the map of place `at` in the image, on one axis. The effect puts pixel 0 of a
-// stretched map at pixel 0 of the image.
-int placeOnAxis(int at, int image, int map, MapPlacement placement) {
-    const double place = placement == MapPlacement::kStretch
-                             ? at * (static_cast<double>(map) / image)
-                             : at - (image - map) * 0.5;
-    return static_cast<int>(std::clamp(std::round(place), 0.0, map - 1.0));
+// One axis of image and map. Places are continuous and count from the corner of the display window:
+// pixel 0 reaches from 0 to 1.
+struct Axis {
+    int image;  // pixels of the display window
+    int map;
+    int first;  // the pixels that the map holds, which may reach beyond its display window
+    int end;
+    MapPlacement placement;
+
+    // Map pixels per image pixel.
+    double scale() const {
+        return placement == MapPlacement::kStretch ? static_cast<double>(map) / image : 1.0;
+    }
+    // The place in the map of a place in the image.
+    double place(double at) const {
+        return placement == MapPlacement::kStretch ? at * scale() : at - (image - map) * 0.5;
+    }
+    // The index of a map pixel, or of the nearest, in those that the map holds.
+    int index(double pixel) const {
+        return static_cast<int>(std::clamp<double>(pixel, first, end - 1)) - first;
+    }
+};
+
+Axis columns(const Size& image, const Picture& map, MapPlacement placement) {
+    return {image.width, map.display.width(), map.window.left - map.display.left,
+            map.window.right - map.display.left, placement};
+}
+
+Axis rows(const Size& image, const Picture& map, MapPlacement placement) {
+    return {image.height, map.display.height(), map.window.top - map.display.top,
+            map.window.bottom - map.display.top, placement};
+}
+
+struct Tap {
+    int index;
+    float weight;
+};
+
+// The map's pixels that make up image pixel `at`: those in an interval around its middle, as wide
+// as the image pixel, but at least as a map pixel. The latter interpolates linearly.
+std::vector<Tap> tapsOf(const Axis& axis, int at) {
+    const double width = std::max(axis.scale(), 1.0);
+    const double from = axis.place(at + 0.5) - width / 2.0;
+    std::vector<Tap> taps;
+    for (double pixel = std::floor(from); pixel < from + width; pixel += 1.0) {
+        const double covered = std::min(from + width, pixel + 1.0) - std::max(from, pixel);
+        taps.push_back({axis.index(pixel), static_cast<float>(covered / width)});
+    }
+    return taps;
+}
+
+// `count` values for each of the taps' pixels in `from`, which are `stride` values apart, added up.
+void blend(const std::vector<Tap>& taps, const float* from, std::size_t stride, float* to,
+           std::size_t count) {
+    std::fill_n(to, count, 0.0F);
+    for (const auto& [index, weight] : taps) {
+        const float* values = from + static_cast<std::size_t>(index) * stride;
+        for (std::size_t i = 0; i < count; ++i) to[i] += weight * values[i];
+    }
 }
 
 }  // namespace
@@ -22,17 +77,53 @@ std::string sizeText(const Size& size) {
     return std::to_string(size.width) + "x" + std::to_string(size.height);
 }
 
+Size displaySize(const Picture& picture) {
+    return {picture.display.width(), picture.display.height()};
+}
+
 bool sameShape(const Size& image, const Size& map) {
     const double scale = static_cast<double>(image.width) / map.width;
     const double error = std::fabs(map.height * scale - image.height);
     return error / std::max(scale, 1.0) <= 1.0;
 }
 
-std::size_t mapPixel(const Size& image, const Size& map, MapPlacement placement, int x, int y) {
-    const int column = placeOnAxis(x, image.width, map.width, placement);
-    const int row = placeOnAxis(y, image.height, map.height, placement);
-    return static_cast<std::size_t>(row) * static_cast<std::size_t>(map.width) +
-           static_cast<std::size_t>(column);
+std::size_t mapPixel(const Size& image, const Picture& map, MapPlacement placement, int x, int y) {
+    const auto nearest = [](const Axis& axis, int at) {
+        return static_cast<std::size_t>(axis.index(std::floor(axis.place(at + 0.5))));
+    };
+    return nearest(rows(image, map, placement), y) * static_cast<std::size_t>(map.width()) +
+           nearest(columns(image, map, placement), x);
+}
+
+bool fitsEffect(const Picture& image, const Picture& map, MapPlacement placement) {
+    return image.window == image.display &&
+           (placement == MapPlacement::kCenter || displaySize(image) == displaySize(map));
+}
+
+std::shared_ptr<headless::World> layOver(const Picture& image, const Picture& map,
+                                         MapPlacement placement) {
+    const Size size = displaySize(image);
+    const Axis across = columns(size, map, placement);
+    const Axis down = rows(size, map, placement);
+    std::vector<std::vector<Tap>> taps;
+    for (int x = image.window.left; x < image.window.right; ++x) {
+        taps.push_back(tapsOf(across, x - image.display.left));
+    }
+
+    auto world = std::make_shared<headless::World>(image.width(), image.height(),
+                                                   headless::formatOfBits(32));
+    const std::size_t mapRow = static_cast<std::size_t>(map.width()) * kChannels;
+    std::vector<float> squeezed(mapRow);  // as high as a row of the image, as wide as the map
+    std::vector<float> row(taps.size() * kChannels);
+    for (int y = 0; y < image.height(); ++y) {
+        const int at = y + image.window.top - image.display.top;
+        blend(tapsOf(down, at), map.pixels.data(), mapRow, squeezed.data(), mapRow);
+        for (std::size_t x = 0; x < taps.size(); ++x) {
+            blend(taps[x], squeezed.data(), kChannels, row.data() + x * kChannels, kChannels);
+        }
+        storeRow(*world, 0, y, row);
+    }
+    return world;
 }
 
 }  // namespace pictures

@@ -3,7 +3,11 @@
 // Where the pixels of an image lie in its depth map.
 
 #include <cstddef>
+#include <memory>
 #include <string>
+
+#include "headless/World.h"
+#include "pictures/Picture.h"
 
 namespace pictures {
 
@@ -16,6 +20,8 @@ struct Size {
 
 // Such as "400x300".
 std::string sizeText(const Size& size);
+// The size of the display window, in which users and maps count.
+Size displaySize(const Picture& picture);
 
 // Whether a map that is stretched over an image keeps its proportions, within one pixel of the
 // smaller of the two.
@@ -24,8 +30,19 @@ bool sameShape(const Size& image, const Size& map);
 // The control "Placement" of the effect, in the order of its choices.
 enum class MapPlacement { kCenter = 1, kStretch = 2 };
 
-// The index of the map's pixel that lies at pixel (x, y) of the image; outside the map, the
-// nearest.
-std::size_t mapPixel(const Size& image, const Size& map, MapPlacement placement, int x, int y);
+// The index of the map's pixel under pixel (x, y) of the image's display window, which has the size
+// `image`; outside the map, the nearest.
+std::size_t mapPixel(const Size& image, const Picture& map, MapPlacement placement, int x, int y);
+
+// Whether the effect can place the map itself. It knows no windows, and beyond the middle of the
+// last pixels of a smaller map that is stretched it finds depth 0. The map has windows only if the
+// image has.
+bool fitsEffect(const Picture& image, const Picture& map, MapPlacement placement);
+
+// A float world with the map's value for each pixel of the image's layer, its window. Values are
+// interpolated where the map is smaller than the image, averaged over a pixel's area where it is
+// larger, and repeated beyond the map's edges.
+std::shared_ptr<headless::World> layOver(const Picture& image, const Picture& map,
+                                         MapPlacement placement);
 
 }  // namespace pictures

@@ -44,9 +44,9 @@ protected:
         writeValues(path(name), spec({channel}), map);
     }
     ToolRun render(const std::string& map, std::vector<std::string> options) const {
-        options.insert(options.begin(),
-                       {"render", path("in.exr"), "-o", path("out.exr"), "--exposure", "0",
-                        "--blur-radius", "5", "--depth-map-layer", path(map)});
+        options.insert(options.begin(), {"render", path("in.exr"), "-o", path("out.exr"),
+                                         "--exposure", "0", "--blur-radius", "5", "--resolution",
+                                         "16", "--depth-map-layer", path(map)});
         return runTool(options);
     }
     // The mean difference of the result from the input in the middle of each third.
@@ -112,8 +112,7 @@ TEST_F(DepthOptions, TheFocusedDistanceIsSharpInEveryKindOfMap) {
             const std::string place = pointed ? "48,18" : focus[third];
             SCOPED_TRACE(testing::Message() << map << " " << place);
             std::vector<std::string> all = options;
-            all.insert(all.end(),
-                       {"--resolution", "12", pointed ? "--focus-at" : "--focus", place});
+            all.insert(all.end(), {pointed ? "--focus-at" : "--focus", place});
             const ToolRun run = render(map, all);
             const std::string said = place + (pointed ? " (" + focus[third] + ")" : "");
             EXPECT_THAT(run.err, AllOf(HasSubstr("focus at " + said + ": Focal Distance"),
@@ -176,6 +175,13 @@ TEST_F(DepthOptions, AMapOfAnotherSizeIsStretchedOrAskedAbout) {
     EXPECT_THAT(render("half.exr", {"--placement", "center-map", "--focus-at", "0,0"}).err,
                 AllOf(Not(HasSubstr("stretched")), HasSubstr("focus at 0,0 (2)")));
     EXPECT_THAT(render("z.exr", {}).err, Not(HasSubstr("stretched")));
+    // What is in focus everywhere in the map is sharp up to the image's edges.
+    writeValues(path("flat.exr"), imageSpec(24, 9, {"Y"}, TypeDesc::FLOAT),
+                std::vector<float>(24 * 9, 1.0F));
+    EXPECT_EQ(render("flat.exr", {"--focus", "1"}).exitCode, 0);
+    const auto out = readValues<float>(path("out.exr"));
+    EXPECT_THAT(readValues<float>(path("in.exr")),
+                testing::Pointwise(testing::FloatNear(1e-4F), out));
     half.resize(48 * 12);
     writeValues(path("wide.exr"), imageSpec(48, 12, {"Z"}, TypeDesc::FLOAT), half);
     expectRefusal(render("wide.exr", {}),

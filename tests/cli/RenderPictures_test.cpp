@@ -96,10 +96,11 @@ TEST_F(RenderPictures, MapsAndPointsCountInTheDisplayWindow) {
     for (std::size_t i = 0; i < depth.size(); ++i) depth[i] = i % 30 < 15 ? 1.0F : 0.0F;
     writeValues(path("map.tif"), imageSpec(30, 20, {"Y"}, TypeDesc::FLOAT), depth);
     render("wide.exr", "out.exr",
-           {"--blur-radius", "8", "--depth-map-layer", path("map.tif"), "--use-focus-point", "on",
-            "--focus-point-0", "4,10", "--focus-point-1", "4,10", "--composite-mode", "split"});
+           {"--blur-radius", "8", "--resolution", "16", "--depth-map-layer", path("map.tif"),
+            "--use-focus-point", "on", "--focus-point-0", "4,10", "--focus-point-1", "4,10",
+            "--composite-mode", "split"});
     OIIO::ImageSpec found;
-    const auto pixels = read("out.exr", found);
+    auto pixels = read("out.exr", found);
     const auto contrast = [&](int x) {  // x in the display window
         const auto at = [&](int column) {
             return pixels[static_cast<std::size_t>(10 * 60 + column + 30) * 3];
@@ -108,6 +109,23 @@ TEST_F(RenderPictures, MapsAndPointsCountInTheDisplayWindow) {
     };
     EXPECT_GT(contrast(3), 0.9F);
     EXPECT_LT(contrast(25), 0.2F);
+    EXPECT_GT(contrast(-20), 0.9F) << "the map's edge is repeated";
+
+    // A map with the same overscan holds depth there, too.
+    auto scanned = imageSpec(60, 20, {"Y"}, TypeDesc::FLOAT);
+    scanned.x = -30;
+    scanned.full_width = 30;
+    scanned.full_height = 20;
+    depth.assign(60 * 20, 0.0F);
+    for (std::size_t i = 0; i < depth.size(); ++i) depth[i] = i % 60 >= 15 ? 1.0F : 0.0F;
+    writeValues(path("scanned.exr"), scanned, depth);
+    render("wide.exr", "out.exr",
+           {"--blur-radius", "8", "--resolution", "16", "--depth-map-layer", path("scanned.exr"),
+            "--focus", "1"});
+    pixels = read("out.exr", found);
+    EXPECT_GT(contrast(3), 0.9F);
+    EXPECT_GT(contrast(-8), 0.9F);
+    EXPECT_LT(contrast(-25), 0.2F);
 }
 
 TEST_F(RenderPictures, ADataWindowApartFromTheDisplayGivesBlack) {
@@ -132,6 +150,20 @@ TEST_F(RenderPictures, ColoursWithoutAlphaDontBecomeLight) {
     const auto pixels = read("out.exr", found);
     for (std::size_t i = 0; i < 12; ++i) EXPECT_EQ(pixels[i], 0.0F);
     EXPECT_NEAR(pixels[12], 1.0F, 1e-3F);
+}
+
+TEST_F(RenderPictures, ACopyOfAssociatedFloatsHasTheirBits) {
+    std::vector<float> values;
+    for (int i = 0; i < 64; ++i) {
+        const auto x = static_cast<float>(i);
+        values.insert(values.end(), {0.1F + x / 7.0F, x / 3.0F, 1e-3F * x, x / 63.0F});
+    }
+    const auto made = imageSpec(8, 8, {"R", "G", "B", "A"}, TypeDesc::FLOAT);
+    for (const std::string suffix : {".exr", ".tif"}) {
+        writeValues(path("in" + suffix), made, values);
+        render("in" + suffix, "out" + suffix, {"--blur-radius", "0", "--raw"});
+        EXPECT_EQ(readValues<float>(path("out" + suffix)), values) << suffix;
+    }
 }
 
 TEST_F(RenderPictures, RendersInFloatAndWritesTheTypeAskedFor) {

@@ -94,6 +94,9 @@ TEST_F(Scripting, TwoHyphensEndTheOptions) {
         EXPECT_EQ(extra.exitCode, 2);
         EXPECT_THAT(extra.err, HasSubstr("unexpected argument"));
     }
+    const ToolRun help = run({"render", "grey.png", "-o", "out.png", "--", "--help"});
+    EXPECT_EQ(help.exitCode, 2);
+    EXPECT_THAT(help.err, HasSubstr("unexpected argument --help"));
     EXPECT_THAT(run({"compare", "-odd.png", "grey.png", "grey.png"}).err,
                 HasSubstr("unknown option -odd.png"));
 }

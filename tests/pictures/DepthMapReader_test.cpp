@@ -41,14 +41,15 @@ protected:
                             const MapControls& controls = {}) {
         said.str("");
         Messages messages(said, false);
-        const DepthSource source = readDepth(path(name), mapping, controls, messages);
+        const DepthSource source =
+            readDepth(path(name), Extent::kDisplay, mapping, controls, messages);
         tellDepth(source, mapping, messages);
         range = source.range;
         const DepthCurve curve(source.kind, mapping, source.range, controls.inverted);
-        const auto world = makeDepthWorld(source, curve);
-        bits = headless::bitsOfFormat(world->format());
+        const Picture map = applyCurve(source, curve);
+        bits = worldBits(map.type);
         std::vector<float> values;
-        for (int x = 0; x < world->width(); ++x) values.push_back(world->get(x, 0).red);
+        for (std::size_t i = 0; i < map.pixelCount(); ++i) values.push_back(map.pixel(i)[0]);
         return values;
     }
     void expect(const std::vector<float>& map, const DepthMapping& mapping,
@@ -165,18 +166,48 @@ TEST(MapPlacement, MapsOfTheSameShapeWithinAPixelAreKnown) {
     EXPECT_TRUE(sameShape({100, 67}, {1000, 667}));
     EXPECT_FALSE(sameShape({1600, 1200}, {400, 302}));
     EXPECT_FALSE(sameShape({1600, 1200}, {300, 400}));
-    const auto pixel = [](MapPlacement placement, int x) {
-        return mapPixel({8, 2}, {4, 2}, placement, x, 1);
+}
+
+// A picture of one row whose values are the numbers of its display window's pixels.
+Picture rowOf(Window window, Window display) {
+    Picture picture;
+    picture.window = window;
+    picture.display = display;
+    for (int x = window.left; x < window.right; ++x) {
+        picture.pixels.insert(picture.pixels.end(), kChannels, static_cast<float>(x));
+    }
+    return picture;
+}
+
+TEST(MapPlacement, MapsLieOnEveryPixelOfTheImage) {
+    const auto laid = [](const Picture& image, const Picture& map, MapPlacement placement) {
+        const auto world = layOver(image, map, placement);
+        std::vector<float> values;
+        for (int x = 0; x < world->width(); ++x) values.push_back(world->get(x, 0).green);
+        return values;
     };
-    EXPECT_EQ(pixel(MapPlacement::kStretch, 6), 4U + 3U);
-    EXPECT_EQ(pixel(MapPlacement::kCenter, 3), 4U + 1U);
-    EXPECT_EQ(pixel(MapPlacement::kCenter, 7), 4U + 3U);
+    using testing::ElementsAre;
+    using enum MapPlacement;
+    const Picture eight = rowOf({0, 0, 8, 1}, {0, 0, 8, 1});
+    const Picture four = rowOf({0, 0, 4, 1}, {0, 0, 4, 1});
+    EXPECT_THAT(laid(eight, four, kStretch),
+                ElementsAre(0, 0.25F, 0.75F, 1.25F, 1.75F, 2.25F, 2.75F, 3));
+    EXPECT_THAT(laid(four, eight, kStretch), ElementsAre(0.5F, 2.5F, 4.5F, 6.5F));
+    EXPECT_THAT(laid(eight, eight, kCenter), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
+    // Two pixels of overscan, which a map may have as well.
+    const Picture scan = rowOf({-2, 0, 6, 1}, {0, 0, 4, 1});
+    EXPECT_THAT(laid(scan, four, kCenter), ElementsAre(0, 0, 0, 1, 2, 3, 3, 3));
+    EXPECT_THAT(laid(scan, scan, kCenter), ElementsAre(-2, -1, 0, 1, 2, 3, 4, 5));
+    EXPECT_EQ(mapPixel({4, 1}, scan, kCenter, 1, 0), 3U);
+    EXPECT_EQ(mapPixel({8, 1}, four, kStretch, 6, 0), 3U);
+    EXPECT_EQ(mapPixel({8, 1}, four, kCenter, 3, 0), 1U);
+    EXPECT_EQ(mapPixel({8, 1}, four, kCenter, 7, 0), 3U);
 }
 
 TEST_F(DepthMapReader, FocusAtAPixelIsTheMedianAroundIt) {
     write<float>("z.exr", {"Z"}, {2, 2, 90, 2, 8, 8, 8, 8, 8, kInfinity});
     Messages messages(said, false);
-    const DepthSource source = readDepth(path("z.exr"), {}, {}, messages);
+    const DepthSource source = readDepth(path("z.exr"), Extent::kDisplay, {}, {}, messages);
     const DepthCurve curve(source.kind, {}, source.range, false);
     const auto at = [&](int x) {
         return sampleDepth(source, curve, {10, 1}, MapPlacement::kCenter, x, 0);

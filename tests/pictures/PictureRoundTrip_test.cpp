@@ -6,9 +6,9 @@
 #include <limits>
 #include <sstream>
 
-#include "pictures/PictureReader.h"
-#include "pictures/PictureWriter.h"
 #include "pictures/WorldPixels.h"
+#include "pictures/files/PictureReader.h"
+#include "pictures/files/PictureWriter.h"
 #include "support/Noise.h"
 #include "support/TestFiles.h"
 

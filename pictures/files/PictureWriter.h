@@ -10,21 +10,22 @@
 
 #include "headless/World.h"
 #include "pictures/Messages.h"
-#include "pictures/PassThrough.h"
 #include "pictures/Picture.h"
 #include "pictures/colour/ColourPlan.h"
+#include "pictures/files/PassThrough.h"
 
 namespace pictures {
 
 // A rendered image, and what its file takes over from the source.
 struct WriteRequest {
     const Picture& source;          // for type, alpha, grey and metadata
-    const headless::World& result;  // straight
+    const headless::World& result;  // straight, unless `associated`
     // In the coordinates of the file, at the downsample. Only for formats with windows; others hold
     // just the result.
     Window data;  // the result's place
     Window display;
     bool grown = false;                   // the result has pixels beyond the source's layer
+    bool associated = false;              // the result's colours are multiplied by alpha
     std::optional<SampleType> type{};     // of a channel; default: that of the source
     const ColourPlan* colours = nullptr;  // null: numbers and metadata of colours stay as they are
     // Further channels for a file with windows, at the same data window; may be null.
@@ -37,6 +38,9 @@ struct WriteRequest {
 // suffix.
 ColourTarget colourTarget(const std::filesystem::path& path, const Picture& source,
                           std::optional<SampleType> type);
+
+// Whether writeResult() multiplies the colours of a picture by alpha.
+bool writesAssociated(const std::filesystem::path& path, const Picture& source);
 
 // Writes the result to `path` in the format of its suffix, completely or not at all, in strips.
 // Prints one line for each thing that the format can't keep. Throws UsageError for an unknown

@@ -20,4 +20,8 @@ private:
     int saved_;  // descriptor of the stream; -1 if it couldn't be redirected
 };
 
+// Gives standard error back for the last words of a process that ends while a guard exists. Any
+// thread may call it.
+void restoreErrorStream();
+
 }  // namespace pictures

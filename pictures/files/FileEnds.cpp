@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/FileEnds.h"
+#include "pictures/files/FileEnds.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -85,12 +86,79 @@ std::uint64_t cineonSize(Header& header) {
            sampleBytes(pixels * header.byte(193), header.byte(198), header.byte(198) == 10);
 }
 
+// Big-endian numbers of a file, one after the other; 0 beyond its end.
+class Numbers {
+public:
+    explicit Numbers(const std::filesystem::path& file) : file_(file, std::ios::binary) {}
+
+    std::uint64_t next(int bytes) {
+        std::uint64_t value = 0;
+        for (int i = 0; i < bytes; ++i) {
+            const int byte = file_.get();
+            value = value << 8 | static_cast<std::uint64_t>(file_ ? byte : 0);
+        }
+        at_ += static_cast<std::uint64_t>(bytes);
+        return value;
+    }
+    void skip(std::uint64_t bytes) {
+        at_ += bytes;
+        file_.seekg(static_cast<std::streamoff>(at_));
+    }
+    std::uint64_t at() const { return at_; }
+    bool ended() const { return !file_; }
+
+private:
+    std::ifstream file_;
+    std::uint64_t at_ = 0;
+};
+
+// The least size of a PSD or PSB file: its last section holds the merged image, all channels.
+std::uint64_t psdSize(const std::filesystem::path& file) {
+    Numbers numbers(file);
+    numbers.skip(4);
+    const bool large = numbers.next(2) == 2;
+    numbers.skip(6);
+    const std::uint64_t channels = numbers.next(2);
+    const std::uint64_t rows = channels * numbers.next(4);
+    const std::uint64_t width = numbers.next(4);
+    const std::uint64_t bits = numbers.next(2);
+    numbers.skip(2);
+    for (const int lengthBytes : {4, 4, large ? 8 : 4}) numbers.skip(numbers.next(lengthBytes));
+    const std::uint64_t compression = numbers.next(2);
+    if (compression == 0) return numbers.at() + rows * ((width * bits + 7) / 8);
+    if (compression != 1) return numbers.at();
+    std::uint64_t packed = 0;  // run lengths, after the bytes of each row
+    for (std::uint64_t row = 0; row < rows && !numbers.ended(); ++row) {
+        packed += numbers.next(large ? 4 : 2);
+    }
+    return numbers.at() + packed;
+}
+
+// 0 if it can't be known.
+std::uint64_t leastSize(const std::filesystem::path& file, const std::string& format) {
+    if (format == "psd") return psdSize(file);
+    if (format != "dpx" && format != "cineon") return 0;
+    Header header(file);
+    return format == "dpx" ? dpxSize(header) : cineonSize(header);
+}
+
+// The formats in which every early end is noticed, by their readers or by leastSize().
+constexpr std::array<const char*, 23> kReadFormats{
+    "bmp",  "cineon", "dds", "dicom", "dpx",   "fits", "gif",      "hdr",
+    "heif", "ico",    "iff", "jpeg",  "png",   "pnm",  "jpeg2000", "openexr",
+    "psd",  "raw",    "rla", "sgi",   "targa", "tiff", "webp"};
+
 }  // namespace
 
+void requireReadFormat(const std::filesystem::path& file, const std::string& format) {
+    if (std::find(kReadFormats.begin(), kReadFormats.end(), format) != kReadFormats.end()) return;
+    throw Failure(file.string() + " has the format " + format +
+                  ", which isn't read, since an early end would go unnoticed; convert it to EXR, "
+                  "TIFF or PNG");
+}
+
 void requireWholeFile(const std::filesystem::path& file, const std::string& format) {
-    if (format != "dpx" && format != "cineon") return;
-    Header header(file);
-    const std::uint64_t least = format == "dpx" ? dpxSize(header) : cineonSize(header);
+    const std::uint64_t least = leastSize(file, format);
     if (std::filesystem::file_size(file) >= least) return;
     throw Failure(file.string() + " ends early: it should have at least " + std::to_string(least) +
                   " bytes; get a whole copy of the file");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/AtomicFile.h"
+#include "pictures/files/AtomicFile.h"
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
@@ -7,7 +7,7 @@
 #include <csignal>
 
 #include "pictures/Errors.h"
-#include "pictures/PictureWriter.h"
+#include "pictures/files/PictureWriter.h"
 #include "support/TestFiles.h"
 
 namespace fs = std::filesystem;

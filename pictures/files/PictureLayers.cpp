@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/PictureLayers.h"
+#include "pictures/files/PictureLayers.h"
 
 #include <OpenImageIO/strutil.h>
 

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/PictureFile.h"
+#include "pictures/files/PictureFile.h"
 
 #include <algorithm>
 #include <fstream>
 #include <system_error>
 
 #include "pictures/Errors.h"
-#include "pictures/FileEnds.h"
 #include "pictures/Interrupt.h"
-#include "pictures/LibraryOutput.h"
-#include "pictures/Strips.h"
 #include "pictures/Text.h"
+#include "pictures/files/FileEnds.h"
+#include "pictures/files/LibraryOutput.h"
+#include "pictures/files/Strips.h"
 
 namespace fs = std::filesystem;
 
@@ -36,7 +36,10 @@ std::unique_ptr<OIIO::ImageInput> openPicture(const fs::path& file) {
     wishes.attribute("oiio:UnassociatedAlpha", 1);  // don't multiply straight colours by alpha
     const LibraryOutputGuard quiet;
     auto input = OIIO::ImageInput::open(file.string(), &wishes);
-    if (input) return input;
+    if (input) {
+        requireReadFormat(file, input->format_name());
+        return input;
+    }
     const std::string reason = firstSentence(OIIO::geterror());
     throw Failure("cannot read " + file.string() + " as an image" +
                   (reason.empty() ? "" : " (" + reason + ")") +
@@ -50,14 +53,23 @@ bool isExr(const OIIO::ImageInput& input) {
 // The frames of an animation aren't parts of a picture, and some readers can't go back.
 bool isAnimation(const OIIO::ImageInput& input) {
     const std::string format = input.format_name();
-    return format == "gif" || format == "webp" || format == "ffmpeg";
+    return format == "gif" || format == "webp";
+}
+
+// Some readers, such as that of FITS, name fewer channels than there are.
+OIIO::ImageSpec withChannelNames(OIIO::ImageSpec imageSpec) {
+    const auto channels = static_cast<std::size_t>(imageSpec.nchannels);
+    if (imageSpec.channelnames.size() != channels) imageSpec.default_channel_names();
+    return imageSpec;
 }
 
 std::vector<OIIO::ImageSpec> specsOfParts(OIIO::ImageInput& input) {
-    if (isAnimation(input)) return {input.spec()};
+    if (isAnimation(input)) return {withChannelNames(input.spec())};
     const LibraryOutputGuard quiet;
     std::vector<OIIO::ImageSpec> specs;
-    for (int part = 0; input.seek_subimage(part, 0); ++part) specs.push_back(input.spec());
+    for (int part = 0; input.seek_subimage(part, 0); ++part) {
+        specs.push_back(withChannelNames(input.spec()));
+    }
     input.geterror();  // clear the message from seeking one part too many
     return specs;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/LibraryOutput.h"
+#include "pictures/files/LibraryOutput.h"
 
+#include <atomic>
 #include <cstdio>
 
 #ifdef _WIN32
@@ -15,6 +16,9 @@ namespace pictures {
 namespace {
 
 constexpr int kStandardError = 2;
+
+// The stream that a guard has redirected; -1 if there is none.
+std::atomic<int> redirected{-1};
 
 std::mutex& guardMutex() {
     static std::mutex mutex;
@@ -57,14 +61,21 @@ LibraryOutputGuard::LibraryOutputGuard() : only_(guardMutex()), saved_(duplicate
     const int sink = openSink();
     if (sink < 0) return;
     replace(kStandardError, sink);
+    redirected = saved_;
     closeDescriptor(sink);
 }
 
 LibraryOutputGuard::~LibraryOutputGuard() {
     if (saved_ < 0) return;
     std::fflush(stderr);
+    redirected = -1;
     replace(kStandardError, saved_);
     closeDescriptor(saved_);
+}
+
+void restoreErrorStream() {
+    const int stream = redirected;
+    if (stream >= 0) replace(kStandardError, stream);
 }
 
 }  // namespace pictures

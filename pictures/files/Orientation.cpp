@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/Orientation.h"
+#include "pictures/files/Orientation.h"
 
 namespace pictures {
 namespace {

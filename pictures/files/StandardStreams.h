@@ -4,7 +4,10 @@
 
 #include <filesystem>
 #include <iosfwd>
+#include <optional>
 #include <string>
+
+#include "pictures/UnfinishedFile.h"
 
 namespace pictures {
 
@@ -16,14 +19,11 @@ class TemporaryFile {
 public:
     // `suffix` with its dot, or empty. Throws Failure.
     explicit TemporaryFile(const std::string& suffix);
-    ~TemporaryFile();
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    const std::filesystem::path& path() const { return path_; }
+    const std::filesystem::path& path() const { return file_->path(); }
 
 private:
-    std::filesystem::path path_;
+    std::optional<UnfinishedFile> file_;
 };
 
 // Copies everything from `in` into the file. Throws Failure if there is nothing or it can't be

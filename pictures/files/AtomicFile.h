@@ -4,6 +4,9 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
+
+#include "pictures/UnfinishedFile.h"
 
 namespace pictures {
 
@@ -38,7 +41,7 @@ private:
     void closeBeside();
 
     std::filesystem::path target_;
-    std::filesystem::path beside_;
+    std::optional<UnfinishedFile> beside_;
     std::FILE* file_ = nullptr;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/AtomicFile.h"
+#include "pictures/files/AtomicFile.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -85,17 +85,16 @@ void requireWritable(const fs::path& path) {
 AtomicFile::AtomicFile(const fs::path& path) : target_(resolved(path)) {
     requireWritable(path);
     for (int attempt = 0; file_ == nullptr && attempt < kNameAttempts; ++attempt) {
-        beside_ = nameBeside(target_);
-        file_ = std::fopen(beside_.string().c_str(), "wbx");
+        const fs::path beside = nameBeside(target_);
+        file_ = std::fopen(beside.string().c_str(), "wbx");
         if (file_ == nullptr && errno != EEXIST) break;
+        if (file_ != nullptr) beside_.emplace(beside);
     }
     if (file_ == nullptr) fail(path, errno);
 }
 
 AtomicFile::~AtomicFile() {
     if (file_ != nullptr) std::fclose(file_);
-    std::error_code ignored;
-    if (!beside_.empty()) fs::remove(beside_, ignored);
 }
 
 void AtomicFile::flush() {
@@ -106,7 +105,7 @@ void AtomicFile::flush() {
 
 fs::path AtomicFile::handOver() {
     closeBeside();
-    return beside_;
+    return beside_->path();
 }
 
 void AtomicFile::closeBeside() {
@@ -119,10 +118,8 @@ void AtomicFile::commit() {
 
     std::error_code error;
     const fs::file_status earlier = fs::status(target_, error);
-    if (fs::exists(earlier)) fs::permissions(beside_, earlier.permissions(), error);
-    fs::rename(beside_, target_, error);
-    if (error) fail(target_, error.value());
-    beside_.clear();
+    if (fs::exists(earlier)) fs::permissions(beside_->path(), earlier.permissions(), error);
+    if (!beside_->finish(target_, error)) fail(target_, error.value());
 }
 
 }  // namespace pictures

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "pictures/AlphaConvention.h"
-#include "pictures/Orientation.h"
 #include "pictures/Picture.h"
-#include "pictures/PictureLayers.h"
+#include "pictures/files/Orientation.h"
+#include "pictures/files/PictureLayers.h"
 
 namespace pictures {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "pictures/Picture.h"
-#include "pictures/PictureFile.h"
+#include "pictures/files/PictureFile.h"
 
 namespace pictures {
 

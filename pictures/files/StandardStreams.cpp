@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/StandardStreams.h"
+#include "pictures/files/StandardStreams.h"
 
 #include <array>
 #include <fstream>
@@ -48,16 +48,12 @@ std::size_t copy(std::istream& from, std::ostream& to) {
 TemporaryFile::TemporaryFile(const std::string& suffix) {
     std::random_device random;
     std::error_code error;
-    path_ = fs::temp_directory_path(error) /
-            ("orbel-" + std::to_string(random()) + std::to_string(random()) + suffix);
-    if (!std::ofstream(path_, std::ios::binary)) {
-        throw Failure("cannot write " + path_.string() + "; check the folder for temporary files");
+    const fs::path path = fs::temp_directory_path(error) /
+                          ("orbel-" + std::to_string(random()) + std::to_string(random()) + suffix);
+    if (!std::ofstream(path, std::ios::binary)) {
+        throw Failure("cannot write " + path.string() + "; check the folder for temporary files");
     }
-}
-
-TemporaryFile::~TemporaryFile() {
-    std::error_code ignored;
-    fs::remove(path_, ignored);
+    file_.emplace(path);
 }
 
 void spool(std::istream& in, const fs::path& file) {

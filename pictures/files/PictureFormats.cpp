@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/PictureFormats.h"
+#include "pictures/files/PictureFormats.h"
 
 #include <algorithm>
 #include <cctype>

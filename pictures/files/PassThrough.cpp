@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/PassThrough.h"
+#include "pictures/files/PassThrough.h"
 
 #include "pictures/Errors.h"
-#include "pictures/LibraryOutput.h"
 #include "pictures/Text.h"
+#include "pictures/files/LibraryOutput.h"
 
 namespace pictures {
 namespace {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a file says about its pixels: orientation, alpha, and whether they are all there.
-#include "pictures/PictureFile.h"
+#include "pictures/files/PictureFile.h"
 
 #include <gmock/gmock.h>
 
 #include "pictures/Errors.h"
-#include "pictures/PictureReader.h"
+#include "pictures/files/PictureReader.h"
 #include "support/Noise.h"
 #include "support/TestFiles.h"
 
@@ -105,9 +105,26 @@ struct Kind {
     int bits;
 };
 
-class CutFile : public test::FolderTest, public testing::WithParamInterface<Kind> {};
-
 // A file that ends early is an error in one line, and no library prints lines of its own.
+class CutFile : public test::FolderTest, public testing::WithParamInterface<Kind> {
+protected:
+    void expectEveryCutRefused(const std::string& name) const {
+        EXPECT_NO_THROW(readPicture(path(name)));
+        const std::string bytes = test::readText(path(name));
+        const std::string cut = path("cut-" + name);
+        testing::internal::CaptureStderr();
+        for (std::size_t twentieth = 1; twentieth < 20; ++twentieth) {
+            test::writeText(cut, bytes.substr(0, bytes.size() * twentieth / 20));
+            const std::string refusal = test::refusalOf([&] { readPicture(cut); });
+            EXPECT_NE(refusal, "") << name << ' ' << twentieth << "/20";
+            EXPECT_EQ(refusal.find('\n'), std::string::npos) << refusal;
+            EXPECT_LT(refusal.size(), cut.size() + 200) << refusal;
+            EXPECT_EQ(refusal.find("()"), std::string::npos) << refusal;
+        }
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    }
+};
+
 TEST_P(CutFile, IsRefused) {
     const Kind& kind = GetParam();
     const std::string whole = path(kind.file);
@@ -119,20 +136,68 @@ TEST_P(CutFile, IsRefused) {
     std::vector<float> values(150UL * 100UL * static_cast<std::size_t>(kind.channels));
     for (float& value : values) value = static_cast<float>(noise.unit());
     test::writeValues(whole, made, values);
-    EXPECT_NO_THROW(readPicture(whole));
+    expectEveryCutRefused(kind.file);
+}
+using CutFileWithoutEncoder = CutFile;
 
-    const std::string bytes = test::readText(whole);
-    const std::string cut = path(std::string("cut-") + kind.file);
-    testing::internal::CaptureStderr();
-    for (std::size_t twentieth = 1; twentieth < 20; ++twentieth) {
-        test::writeText(cut, bytes.substr(0, bytes.size() * twentieth / 20));
-        const std::string refusal = test::refusalOf([&] { readPicture(cut); });
-        EXPECT_NE(refusal, "") << twentieth << "/20";
-        EXPECT_EQ(refusal.find('\n'), std::string::npos) << refusal;
-        EXPECT_LT(refusal.size(), cut.size() + 200) << refusal;
-        EXPECT_EQ(refusal.find("()"), std::string::npos) << refusal;
+// Numbers of 1 to 4 bytes.
+std::string bytesOf(std::initializer_list<std::pair<int, std::uint32_t>> numbers, bool bigEndian) {
+    std::string bytes;
+    for (const auto& [size, value] : numbers) {
+        for (int i = 0; i < size; ++i) {
+            const int shift = 8 * (bigEndian ? size - 1 - i : i);
+            bytes += static_cast<char>(value >> shift & 0xFFU);
+        }
     }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    return bytes;
+}
+
+// 4 channels of 12 rows with 10 pixels of 8 bits. Only colours are read, and the file ends with
+// alpha.
+std::string psd(bool runLengths) {
+    std::string bytes = "8BPS";
+    bytes += bytesOf({{2, 1}, {4, 0}, {2, 0}, {2, 4}, {4, 12}, {4, 10}, {2, 8}, {2, 3}}, true);
+    bytes += bytesOf({{4, 0}, {4, 0}, {4, 0}, {2, runLengths ? 1 : 0}}, true);
+    for (int row = 0; runLengths && row < 4 * 12; ++row) bytes += bytesOf({{2, 11}}, true);
+    for (int row = 0; row < 4 * 12; ++row) {
+        if (runLengths) bytes += '\x09';
+        bytes += "0123456789";
+    }
+    return bytes;
+}
+
+// 16x16 pixels as blocks of the kind `code`, or of four bytes each if it is empty.
+std::string dds(const std::string& code, std::size_t size) {
+    const bool plain = code.empty();
+    std::string bytes = "DDS ";
+    bytes += bytesOf({{4, 124}, {4, plain ? 0x100F : 0x81007}, {4, 16}, {4, 16}, {4, 64}}, false);
+    bytes.resize(76);
+    bytes += bytesOf({{4, 32}, {4, plain ? 0x41 : 4}}, false);
+    bytes += plain ? std::string(4, '\0') : code;
+    bytes += bytesOf({{4, plain ? 32 : 0}, {4, 0xFF0000}, {4, 0xFF00}, {4, 0xFF}}, false);
+    bytes += bytesOf({{4, 0xFF000000}, {4, 0x1000}}, false);
+    bytes.resize(128);
+    bytes.append(size, 'x');
+    return bytes;
+}
+
+TEST_F(CutFileWithoutEncoder, IsRefused) {
+    test::writeText(path("a.psd"), psd(false));
+    test::writeText(path("b.psd"), psd(true));
+    test::writeText(path("a.dds"), dds("", 16UL * 16 * 4));
+    test::writeText(path("b.dds"), dds("DXT1", 4UL * 4 * 8));
+    test::writeText(path("c.dds"), dds("DXT5", 4UL * 4 * 16));
+    for (const char* name : {"a.psd", "b.psd", "a.dds", "b.dds", "c.dds"}) {
+        expectEveryCutRefused(name);
+    }
+}
+
+// Its reader takes whatever there is.
+TEST_F(CutFileWithoutEncoder, IsRefusedByNameIfNobodyWouldNotice) {
+    const auto made = imageSpec(8, 8, {"Z"}, TypeDesc::FLOAT);
+    test::writeValues(path("a.zfile"), made, std::vector<float>(64, 1.0F));
+    EXPECT_NE(test::refusalOf([&] { readPicture(path("a.zfile")); }).find("format zfile"),
+              std::string::npos);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -147,7 +212,7 @@ INSTANTIATE_TEST_SUITE_P(
         Kind{"a.jp2", TypeDesc::UINT8, 3, "", 0}, Kind{"a.ppm", TypeDesc::UINT8, 3, "", 0},
         Kind{"a.rla", TypeDesc::UINT8, 4, "", 0}, Kind{"a.sgi", TypeDesc::UINT8, 4, "", 0},
         Kind{"a.tga", TypeDesc::UINT8, 4, "rle", 0}, Kind{"a.webp", TypeDesc::UINT8, 4, "", 0},
-        Kind{"a.heic", TypeDesc::UINT8, 3, "", 0}),
+        Kind{"a.heic", TypeDesc::UINT8, 3, "", 0}, Kind{"a.fits", TypeDesc::UINT8, 3, "", 0}),
     [](const auto& tested) {
         std::string name = tested.param.file;
         std::replace(name.begin(), name.end(), '.', '_');

@@ -1,19 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/PictureWriter.h"
+#include "pictures/files/PictureWriter.h"
 
 #include <OpenImageIO/filesystem.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <memory>
 
-#include "pictures/AtomicFile.h"
 #include "pictures/Errors.h"
 #include "pictures/Interrupt.h"
-#include "pictures/PictureFormats.h"
-#include "pictures/Strips.h"
 #include "pictures/Text.h"
 #include "pictures/WorldPixels.h"
+#include "pictures/files/AtomicFile.h"
+#include "pictures/files/PictureFormats.h"
+#include "pictures/files/Strips.h"
 
 namespace pictures {
 namespace {
@@ -212,20 +214,58 @@ std::unique_ptr<OIIO::ImageOutput> encoderFor(const std::filesystem::path& path)
 // Produces the values of rows top to bottom - 1 of a file, all channels.
 using MakeRows = std::function<std::span<const float>(int top, int bottom)>;
 
+// Values from 0 to 1 as whole numbers; NaN becomes 0. The image library's own conversion takes
+// several times as long.
+template <class Integer>
+void quantise(std::span<const float> values, std::vector<Integer>& integers) {
+    constexpr float kTop = std::numeric_limits<Integer>::max();
+    integers.resize(values.size());
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        integers[i] = static_cast<Integer>(std::min(std::max(0.0F, values[i]), 1.0F) * kTop + 0.5F);
+    }
+}
+
+// Hands rows to an encoder in the file's own type where that is an integer.
+class RowEncoder {
+public:
+    RowEncoder(OIIO::ImageOutput& encoder, const OIIO::ImageSpec& imageSpec)
+        : encoder_(encoder), top_(imageSpec.y), type_(imageSpec.format) {}
+
+    bool write(int top, int bottom, std::span<const float> values) {
+        if (type_ == OIIO::TypeDesc::UINT8) {
+            quantise(values, bytes_);
+            return write(top, bottom, type_, bytes_.data());
+        }
+        if (type_ == OIIO::TypeDesc::UINT16) {
+            quantise(values, words_);
+            return write(top, bottom, type_, words_.data());
+        }
+        return write(top, bottom, OIIO::TypeDesc::FLOAT, values.data());
+    }
+
+private:
+    bool write(int top, int bottom, const OIIO::TypeDesc& type, const void* values) {
+        return encoder_.write_scanlines(top_ + top, top_ + bottom, 0, type, values);
+    }
+
+    OIIO::ImageOutput& encoder_;
+    int top_;
+    OIIO::TypeDesc type_;
+    std::vector<std::uint8_t> bytes_;
+    std::vector<std::uint16_t> words_;
+};
+
 // Encodes the rows into the file `name`, strip by strip; messages name `path`.
 void encode(OIIO::ImageOutput& encoder, const std::filesystem::path& name,
             const OIIO::ImageSpec& imageSpec, const MakeRows& makeRows,
             const std::filesystem::path& path) {
     const int rows = stripRows(imageSpec.width);
     if (!encoder.open(name.string(), imageSpec)) fail(path, encoder.geterror());
+    RowEncoder rowEncoder(encoder, imageSpec);
     for (int top = 0; top < imageSpec.height; top += rows) {
         throwIfInterrupted();
         const int bottom = std::min(top + rows, imageSpec.height);
-        const std::span<const float> values = makeRows(top, bottom);
-        if (!encoder.write_scanlines(imageSpec.y + top, imageSpec.y + bottom, 0,
-                                     OIIO::TypeDesc::FLOAT, values.data())) {
-            fail(path, encoder.geterror());
-        }
+        if (!rowEncoder.write(top, bottom, makeRows(top, bottom))) fail(path, encoder.geterror());
     }
     if (!encoder.close()) fail(path, encoder.geterror());
 }
@@ -291,7 +331,7 @@ public:
         for (int y = top; y < bottom; ++y) {
             loadRow(request_.result, 0, y, rgba_);
             if (request_.colours != nullptr) request_.colours->encode.apply(rgba_);
-            if (plan_.multiplied) associate(rgba_, hiddenColour());
+            if (plan_.multiplied && !request_.associated) associate(rgba_, hiddenColour());
             selectChannels(rgba_, plan_, values_);
         }
         if (plan_.type == SampleType::kHalf) clampToHalf(values_);
@@ -336,6 +376,10 @@ ColourTarget colourTarget(const std::filesystem::path& path, const Picture& sour
     const PictureFormat& format = formatOf(path);
     const SampleType written = nearestType(format, type.value_or(source.type));
     return {format.name, worldBits(written) == 32, source.grey && format.grey};
+}
+
+bool writesAssociated(const std::filesystem::path& path, const Picture& source) {
+    return writesAssociated(formatOf(path), source);
 }
 
 void writeResult(const std::filesystem::path& path, const WriteRequest& request,

@@ -8,9 +8,13 @@
 
 namespace pictures {
 
+// Throws Failure for a format in which an early end would go unnoticed, or that holds no pictures.
+// `format` is the library's name.
+void requireReadFormat(const std::filesystem::path& file, const std::string& format);
+
 // Throws Failure if a file is shorter than the pixels that its header promises. Knows DPX (SMPTE
-// 268M) and Cineon; files of other formats pass, since the library reports their ends. `format` is
-// the library's name.
+// 268M), Cineon and PSD; files of other formats pass, since the library reports their ends.
+// `format` is the library's name.
 void requireWholeFile(const std::filesystem::path& file, const std::string& format);
 
 // Whether a message that a reader left after a successful read doesn't mean missing or wrong

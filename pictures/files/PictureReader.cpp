@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "pictures/PictureReader.h"
+#include "pictures/files/PictureReader.h"
 
 #include <algorithm>
 

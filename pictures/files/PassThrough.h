@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "pictures/Picture.h"
-#include "pictures/PictureLayers.h"
+#include "pictures/files/PictureLayers.h"
 
 namespace pictures {
 

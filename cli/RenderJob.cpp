@@ -1,0 +1,225 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "cli/RenderJob.h"
+
+#include <ostream>
+
+#include "cli/Errors.h"
+#include "cli/ExposureCheck.h"
+#include "cli/OutsideNotes.h"
+#include "cli/OverscanLayer.h"
+#include "cli/PixelAspect.h"
+#include "cli/SourceReport.h"
+#include "pictures/Interrupt.h"
+#include "pictures/files/PictureFormats.h"
+#include "pictures/files/PictureReader.h"
+#include "pictures/files/PictureWriter.h"
+
+namespace cli {
+namespace {
+
+// Of the progress bar: most of the time goes into the blur.
+constexpr double kShareOfReading = 0.08;
+constexpr double kShareOfWriting = 0.05;
+
+void tellWhetherItGrows(const headless::ParameterSet& parameters, pictures::Messages& messages) {
+    if (parameters.value(parameters.find("Edge Behavior")) == 0.0) return;
+    messages.note(
+        "--keep-overscan has no effect while edge pixels are repeated; add --edge-behavior off");
+}
+
+bool isWhole(PF_RationalScale scale) {
+    return static_cast<A_u_long>(scale.num) == scale.den;
+}
+
+// The channels to carry over, if the user wants it. Throws Failure if the result's pixels aren't
+// those of the input's data window.
+std::unique_ptr<pictures::PassThrough> otherChannels(const std::filesystem::path& output,
+                                                     const RenderPlan& plan,
+                                                     const pictures::SourceImage& source,
+                                                     const PF_LRect& result,
+                                                     pictures::Messages& messages) {
+    if (!plan.passThrough) return nullptr;
+    const pictures::Window data = source.file().dataWindow();
+    const bool sameScale = headless::reducedSize(data.width(), plan.extent.scale) == data.width();
+    if (!pictures::formatOf(output).windows || source.picture().turned || !sameScale ||
+        resultWindow(result, source.picture(), plan.extent.scale) != data) {
+        throw Failure(
+            "--pass-through needs EXR files with the same data window; leave out --region, "
+            "--downsample, --keep-overscan and --crop-to-display");
+    }
+    auto others = std::make_unique<pictures::PassThrough>(source.file().file(),
+                                                          source.file().otherChannels(), data);
+    tellLeftOut(source.picture().name, others->leftOut(), messages);
+    return others;
+}
+
+std::string ofEffect(const headless::FrameResult& result) {
+    return result.message.empty() ? "" : " (" + result.message + ")";
+}
+
+// Throws unless the frame was rendered.
+void requireRendered(const headless::FrameResult& result) {
+    if (result.status == PF_Interrupt_CANCEL) throw Interrupted{};
+    pictures::throwIfInterrupted();
+    if (result.status == PF_Err_OUT_OF_MEMORY) {
+        throw Failure("out of memory" + ofEffect(result) +
+                      "; try --downsample 1/2, a smaller --blur-radius or --resolution");
+    }
+    if (result.status != PF_Err_NONE) {
+        throw Failure("the effect failed with code " + std::to_string(result.status) +
+                      ofEffect(result));
+    }
+    if (!result.rendered || result.output == nullptr || result.outputUntouched) {
+        throw Failure("the effect rendered no image" + ofEffect(result) +
+                      "; check --region and --downsample");
+    }
+}
+
+void warnAboutBooks(const headless::Host& host, pictures::Messages& messages) {
+    const headless::Accounts accounts = host.accounts();
+    if (accounts.clean()) return;
+    messages.warn("the effect misused the host's interface: " + accounts.describe());
+}
+
+}  // namespace
+
+RenderJob::RenderJob(const RenderPlan& plan, const OutputFile& output, const RenderOptions& options,
+                     const Invocation& invocation)
+    : plan_(plan),
+      output_(output),
+      options_(options),
+      invocation_(invocation),
+      lines_(output_.isStandardOutput() ? invocation.err : invocation.out),
+      messages_(invocation.err, plan.quiet, plan.strict),
+      config_(options.colour.config(messages_)),
+      session_(requireBundle(plan.bundle, invocation.programFolder), plan.host),
+      progress_(invocation.err, invocation.terminal && !plan.quiet) {
+    options_.effect.applyControls(parameters());
+    options_.camera.check(parameters(), options_.effect);
+    if (plan_.extent.keepOverscan) tellWhetherItGrows(parameters(), messages_);
+}
+
+void RenderJob::run() {
+    begin("read", 0.0, kShareOfReading);
+    openSource();
+    setLayers();
+    planColours();
+    if (copiesAssociated()) source_->keepAssociated();
+    headless::FrameRequest request = makeRequest();
+    loadSource(request);
+
+    begin("render", kShareOfReading, 1.0 - kShareOfWriting);
+    const headless::FrameResult result = renderFrame(std::move(request));
+
+    begin("write", 1.0 - kShareOfWriting, 1.0);
+    writeResult(*result.output);
+    stats_.end();
+    progress_.finish();
+    if (plan_.stats) stats_.print(lines_, session_.host());
+}
+
+void RenderJob::begin(const char* step, double from, double to) {
+    stats_.begin(step);
+    progress_.begin(from, to);
+}
+
+// Says how the image is read.
+void RenderJob::openSource() {
+    input_.emplace(plan_.input, invocation_.in);
+    source_.emplace(input_->text(), plan_.alpha, input_->name());
+    pictures::requireRoomForColours(output_.path(), picture());
+    tellOrientation(picture(), messages_);
+    if (!plan_.passThrough) tellLeftOut(picture().name, picture().leftOut, messages_);
+}
+
+// Reads the depth map and the shape.
+void RenderJob::setLayers() {
+    const pictures::Size display = displaySize(picture());
+    const PF_RationalScale scale = plan_.extent.scale;
+    const auto camera =
+        options_.camera.camera(picture(), pixelAspect(), static_cast<double>(scale.num) / scale.den,
+                               options_.effect.givesFocus());
+    options_.effect.applyLayers(parameters(), &picture(), camera, messages_, lines_);
+    noteOutsidePoints(parameters(), display.width, display.height, messages_);
+    if (plan_.extent.region && !plan_.extent.keepOverscan) {
+        noteCutRegion(*plan_.extent.region, display.width, display.height, messages_);
+    }
+    movePointsToLayer(parameters(), picture());
+}
+
+void RenderJob::planColours() {
+    colours_ =
+        pictures::planColours(picture().colour, picture().name,
+                              pictures::colourTarget(output_.path(), picture(), plan_.outputType),
+                              options_.colour.wishes(), config_, messages_);
+    if (colours_.linearLight && !options_.effect.gives("exposure")) {
+        leaveOutExposure(parameters(), picture().name, messages_);
+    }
+}
+
+// Whether the effect copies associated float colours to a file that holds such colours, too: to
+// divide them by alpha and multiply them again would round them.
+bool RenderJob::copiesAssociated() {
+    const bool copies = parameters().value(parameters().find("Blur Radius")) == 0.0 &&
+                        plan_.bits == 32 && isWhole(plan_.extent.scale);
+    const bool converts = !colours_.decode.identity() || !colours_.encode.identity();
+    return copies && !converts && picture().associated &&
+           pictures::worldBits(picture().type) == 32 &&
+           pictures::writesAssociated(output_.path(), picture());
+}
+
+headless::FrameRequest RenderJob::makeRequest() {
+    headless::FrameRequest request;
+    request.bits = plan_.bits;
+    request.input = source_->world();
+    request.rect = wantedRect(plan_.extent, picture());
+    request.downsampleX = request.downsampleY = plan_.extent.scale;
+    request.cancel = &pictures::interruptFlag();
+    request.pixelAspect = applyPixelAspect(parameters(), pixelAspect(), picture().name, messages_);
+    return request;
+}
+
+// Reads the part of the image that the effect asks for.
+void RenderJob::loadSource(headless::FrameRequest request) {
+    request.preRenderOnly = true;
+    const PF_LRect needed = session_.effect().renderFrame(request).inputRequest.rect;
+    session_.host().reclaimPreRenderRecords();
+    const pictures::SourceFindings findings = source_->load(
+        neededWindow(needed, picture(), plan_.extent.scale),
+        [&](std::span<float> rgba) { colours_.decode.apply(rgba); },
+        [&](double share) { progress_.update(share); });
+    tellFindings(picture(), findings, plan_.bits, messages_);
+    warnAboutExposure(parameters(), findings.largestColour, messages_);
+}
+
+// Frees the source when it is done.
+headless::FrameResult RenderJob::renderFrame(headless::FrameRequest request) {
+    request.progress = [&](int current, int total) {
+        if (total > 0) progress_.update(static_cast<double>(current) / total);
+    };
+    headless::FrameResult result = session_.effect().renderFrame(request);
+    requireRendered(result);
+    warnAboutBooks(session_.host(), messages_);
+    source_->release();
+    return result;
+}
+
+void RenderJob::writeResult(const headless::World& result) {
+    const PF_RationalScale scale = plan_.extent.scale;
+    const auto others = otherChannels(output_.path(), plan_, *source_, result.rect(), messages_);
+    pictures::writeResult(output_.path(),
+                          {.source = picture(),
+                           .result = result,
+                           .data = resultWindow(result.rect(), picture(), scale),
+                           .display = displayWindow(picture(), scale),
+                           .grown = growsBeyondLayer(result.rect(), picture(), scale),
+                           .associated = source_->keepsAssociated(),
+                           .type = plan_.outputType,
+                           .colours = &colours_,
+                           .others = others.get(),
+                           .progress = [&](double share) { progress_.update(share); }},
+                          messages_);
+    output_.finish(invocation_.out);
+}
+
+}  // namespace cli
