@@ -125,8 +125,8 @@ void RenderJob::begin(const char* step, double from, double to) {
 
 // Says how the image is read.
 void RenderJob::openSource() {
-    input_.emplace(plan_.input, invocation_.in);
-    source_.emplace(input_->text(), plan_.alpha, input_->name());
+    input_ = std::make_unique<InputFile>(plan_.input, invocation_.in);
+    source_ = std::make_unique<pictures::SourceImage>(input_->text(), plan_.alpha, input_->name());
     pictures::requireRoomForColours(output_.path(), picture());
     tellOrientation(picture(), messages_);
     if (!plan_.passThrough) tellLeftOut(picture().name, picture().leftOut, messages_);

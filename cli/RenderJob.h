@@ -2,6 +2,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -80,8 +81,8 @@ private:
     EffectSession session_;
     RenderStats stats_;
     Progress progress_;
-    std::optional<InputFile> input_;
-    std::optional<pictures::SourceImage> source_;
+    std::unique_ptr<InputFile> input_;
+    std::unique_ptr<pictures::SourceImage> source_;
     pictures::ColourPlan colours_;
 };
 

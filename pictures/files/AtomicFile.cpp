@@ -88,7 +88,7 @@ AtomicFile::AtomicFile(const fs::path& path) : target_(resolved(path)) {
         const fs::path beside = nameBeside(target_);
         file_ = std::fopen(beside.string().c_str(), "wbx");
         if (file_ == nullptr && errno != EEXIST) break;
-        if (file_ != nullptr) beside_.emplace(beside);
+        if (file_ != nullptr) beside_ = std::make_unique<UnfinishedFile>(beside);
     }
     if (file_ == nullptr) fail(path, errno);
 }

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
-#include <optional>
+#include <memory>
 
 #include "pictures/UnfinishedFile.h"
 
@@ -41,7 +41,7 @@ private:
     void closeBeside();
 
     std::filesystem::path target_;
-    std::optional<UnfinishedFile> beside_;
+    std::unique_ptr<UnfinishedFile> beside_;
     std::FILE* file_ = nullptr;
 };
 

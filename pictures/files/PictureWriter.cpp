@@ -221,7 +221,9 @@ void quantise(std::span<const float> values, std::vector<Integer>& integers) {
     constexpr float kTop = std::numeric_limits<Integer>::max();
     integers.resize(values.size());
     for (std::size_t i = 0; i < values.size(); ++i) {
-        integers[i] = static_cast<Integer>(std::min(std::max(0.0F, values[i]), 1.0F) * kTop + 0.5F);
+        const float scaled = std::min(std::max(0.0F, values[i]), 1.0F) * kTop;
+        const float rounded = scaled + 0.5F;  // up, once the fraction is dropped
+        integers[i] = static_cast<Integer>(rounded);
     }
 }
 

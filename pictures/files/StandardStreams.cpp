@@ -53,7 +53,7 @@ TemporaryFile::TemporaryFile(const std::string& suffix) {
     if (!std::ofstream(path, std::ios::binary)) {
         throw Failure("cannot write " + path.string() + "; check the folder for temporary files");
     }
-    file_.emplace(path);
+    file_ = std::make_unique<UnfinishedFile>(path);
 }
 
 void spool(std::istream& in, const fs::path& file) {

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 #include <iosfwd>
-#include <optional>
+#include <memory>
 #include <string>
 
 #include "pictures/UnfinishedFile.h"
@@ -23,7 +23,7 @@ public:
     const std::filesystem::path& path() const { return file_->path(); }
 
 private:
-    std::optional<UnfinishedFile> file_;
+    std::unique_ptr<UnfinishedFile> file_;
 };
 
 // Copies everything from `in` into the file. Throws Failure if there is nothing or it can't be
