@@ -2,6 +2,7 @@
 #include "headless/Executor.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <limits>
 #include <mutex>
@@ -21,13 +22,21 @@ constexpr std::int64_t kChunksPerShare = 8;
 class Iteration {
 public:
     Iteration(std::int32_t count, void* context, AEGP_IterateFunction function,
-              const std::atomic<bool>* stop)
-        : iterations_(count), refcon_(context), fn_(function), cancel_(stop) {}
+              const std::atomic<bool>* stop, int workers)
+        : iterations_(count), refcon_(context), fn_(function), cancel_(stop), workers_(workers) {
+        for (int w = 0; w < workers; ++w) next_[static_cast<std::size_t>(w)] = firstOf(w);
+    }
 
-    // Shares as they become free, until none is left.
-    void work() noexcept {
-        for (std::int32_t t = next_++; t < kThreadIndices; t = next_++) {
-            if (!runShare(t)) return;
+    // What worker `w` does. It begins with shares of its own, the same in every iteration, whose
+    // data its cache may hold from the last one, and then takes over what others haven't begun.
+    void work(int w) noexcept {
+        for (int k = 0; k < workers_; ++k) {
+            const int owner = (w + k) % workers_;
+            const std::int32_t end = firstOf(owner + 1);
+            std::atomic<std::int32_t>& next = next_[static_cast<std::size_t>(owner)];
+            for (std::int32_t t = next++; t < end; t = next++) {
+                if (!runShare(t)) return;
+            }
         }
     }
 
@@ -54,6 +63,9 @@ private:
         }
         return true;
     }
+
+    // The first thread index of a worker's own.
+    std::int32_t firstOf(int worker) const { return worker * kThreadIndices / workers_; }
 
     std::int64_t startOf(std::int64_t t) const { return t * iterations_ / kThreadIndices; }
 
@@ -90,7 +102,8 @@ private:
     const AEGP_IterateFunction fn_;
     const std::atomic<bool>* const cancel_;
 
-    std::atomic<std::int32_t> next_{0};  // thread index
+    const int workers_;
+    std::array<std::atomic<std::int32_t>, kThreadIndices> next_{};  // thread index, of each worker
     std::atomic<std::int32_t> failedAt_{std::numeric_limits<std::int32_t>::max()};
     std::atomic<bool> cancelled_{false};
     std::mutex mutex_;
@@ -130,12 +143,12 @@ std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int workers) {
 A_Err iterate(Executor& executor, std::int32_t iterations, void* refcon, AEGP_IterateFunction fn,
               const std::atomic<bool>* cancel) {
     if (iterations <= 0) return PF_Err_NONE;
-    Iteration iteration(iterations, refcon, fn, cancel);
     const int workers = std::min({executor.workers(), kThreadIndices, iterations});
+    Iteration iteration(iterations, refcon, fn, cancel, workers);
     if (workers == 1) {
-        iteration.work();
+        iteration.work(0);
     } else {
-        executor.run(workers, [&](int) { iteration.work(); });
+        executor.run(workers, [&](int w) { iteration.work(w); });
     }
     return iteration.result();
 }
