@@ -5,10 +5,10 @@
 //   frame.N.MODE/RADIUS                N depth layers, float, on two threads, edge detection on
 //   frame.parts.N.MODE/RADIUS          the same on one thread, part by part
 //
-// Counters: `MB` is the peak of host memory, images excluded. For the parts, `kernels`, `depth`
-// (with its edges), `store`, `forward`, `multiply`, `inverse` and `unpack` are seconds of processor
-// time; `rest` is the share of the frame that is neither transform nor multiplication,
-// `store_unpack` the share of these two stages.
+// Counters: `MB` is the peak of host memory, images excluded. For the parts, `kernels`, `bank`
+// (their transform), `depth` (with its edges), `store`, `forward`, `multiply`, `inverse` and
+// `unpack` are seconds of processor time; `rest` is the share of the frame that is neither
+// transform nor multiplication, `store_unpack` the share of these two stages.
 
 #include <benchmark/benchmark.h>
 
@@ -90,10 +90,8 @@ int runParts(BenchFrame& frame, PF_PixelFormat format, Parts& parts) {
     const PF_WorldSuite2* worlds = info.suites->PFWorldSuite2();
     timed(parts.kernels,
           [&] { return KernelBuild<N>(&in_data, context, info, worlds, filter).run(); });
-    timed(parts.bankTransform, [&] {
-        using Element = typename BlockLayout<N>::KernelElement;
-        return FFT2D<Element>(weights, filter.data(), size).doFFT2D(context, false);
-    });
+    timed(parts.bankTransform,
+          [&] { return RealFFT2D<N, N>(weights, filter.data(), size).forward(context); });
 
     BlockStages<N> stages(context, info, *frame.input.layer(), *frame.output.layer(), format,
                           filter, weights, block);
@@ -133,6 +131,7 @@ void partwise(benchmark::State& state, std::int32_t mode) {
     state.counters["inverse"] = perFrame(parts.inverse);
     state.counters["unpack"] = perFrame(parts.unpack);
     state.counters["kernels"] = perFrame(parts.kernels);
+    state.counters["bank"] = perFrame(parts.bankTransform);
     state.counters["rest"] = 1.0 - spectral / parts.total;
     state.counters["store_unpack"] = (parts.store + parts.unpack) / parts.total;
 }

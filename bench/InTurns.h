@@ -32,12 +32,17 @@ inline double median(std::vector<double> values) {
     return *middle;
 }
 
+// Turns of each comparison, after one that doesn't count.
+constexpr int kTurns = 7;
+
 // Reports the time of `ours`, and as counters the other side's median (`peer`, seconds) and the
 // ratio of the two. `seconds` measures one run of a side; `between` runs after each turn.
 template <class Measure, class Ours, class Theirs, class Between>
 void compareInTurns(benchmark::State& state, Measure&& seconds, Ours&& ours, Theirs&& theirs,
                     Between&& between) {
     std::vector<double> ourSeconds, theirSeconds;
+    seconds(ours);
+    seconds(theirs);
     for (auto _ : state) {
         ourSeconds.push_back(seconds(ours));
         theirSeconds.push_back(seconds(theirs));

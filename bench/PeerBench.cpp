@@ -250,6 +250,7 @@ const bool kRegistered = [] {
     const auto add = [](const std::string& name, void (*function)(benchmark::State&)) {
         benchmark::RegisterBenchmark(("peer." + name).c_str(), function)
             ->ArgsProduct({{5, 10, 20, 35, 50, 75, 100}})
+            ->Iterations(kTurns)
             ->UseManualTime()
             ->Unit(benchmark::kMillisecond);
     };

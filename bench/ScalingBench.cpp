@@ -4,7 +4,7 @@
 //   scaling.workers.LAYERS/RADIUS   two workers beside one, by the clock
 //   scaling.arithmetic              the same for arithmetic in registers, on two threads beside one
 //   scaling.copying                 the same for copying memory
-//   scaling.size.RADIUS/KILOPIXELS  a frame without depth, one worker; `ns` is the time per pixel
+//   scaling.size/RADIUS/KILOPIXELS  a frame without depth, one worker; `ns` is the time per pixel
 //                                   of its blocks, aprons included
 
 #include <benchmark/benchmark.h>
@@ -110,7 +110,7 @@ void size(benchmark::State& state) {
 const bool kRegistered = [] {
     const auto add = [](const std::string& name, void (*function)(benchmark::State&)) {
         return benchmark::RegisterBenchmark(("scaling." + name).c_str(), function)
-            ->Iterations(5)
+            ->Iterations(kTurns)
             ->UseManualTime()
             ->Unit(benchmark::kMillisecond);
     };

@@ -230,6 +230,9 @@ void fftw(benchmark::State& state, Layout layout, int lanes) {
     measure(state, data, [](FftwBlock& b) { b.transform(); });
 }
 
+// Many, since most transforms take less than a millisecond.
+constexpr int kTransformTurns = 41;
+
 // A transform there and back multiplies by more than one.
 template <class Ours, class Theirs>
 void inTurns(benchmark::State& state, Ours& ours, Theirs& theirs) {
@@ -285,6 +288,7 @@ void registerRatio() {
     benchmark::RegisterBenchmark(("transform.ratio." + lanesName<T>()).c_str(), ratio<T>)
         ->RangeMultiplier(2)
         ->Range(64, 512)
+        ->Iterations(kTransformTurns)
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond);
 }
@@ -295,6 +299,7 @@ void registerReal() {
                                  realRatio<kLanes>)
         ->RangeMultiplier(2)
         ->Range(64, 512)
+        ->Iterations(kTransformTurns)
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond);
 }

@@ -111,7 +111,7 @@ void registerImages(const std::string& name, const std::string& other, const Ima
                 [=](benchmark::State& state) { compare(state, other, images, layers, mode); })
                 ->Arg(20)
                 ->Arg(50)
-                ->Iterations(5)
+                ->Iterations(kTurns)
                 ->UseManualTime()
                 ->Unit(benchmark::kMillisecond);
         }

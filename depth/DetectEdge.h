@@ -10,7 +10,8 @@
 
 // Turns the differences of Sobel into the strength of the depth edge at each pixel: 1 on both sides
 // of a hard step of height 1, 2s on a ramp of s per pixel. Runs after Sobel has finished the whole
-// block. Item i of the iteration is pixel i of the block.
+// block. Item i of the iteration is pixel i of the block, and the first of a run does the
+// work of the whole run.
 class DetectEdge {
 public:
     using Gradient = Sobel::Gradient;

@@ -8,7 +8,8 @@
 
 // Takes a quarter of the difference of the depth values on either side of each pixel of a block,
 // left minus right in lane 0 and upper minus lower in lane 1. DetectEdge smooths them, which makes
-// the two a 3x3 Sobel operator. Item i of the iteration is pixel i of the block.
+// the two a 3x3 Sobel operator. Item i of the iteration is pixel i of the block, and the first of a
+// run does the work of the whole run.
 class Sobel {
 public:
     using Gradient = ET::vecT<double, 2>;

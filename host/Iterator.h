@@ -18,8 +18,8 @@ int IterateGeneric(SPBasicSuite& basic, int iterations, void* refcon,
 
 // Runs `x.iterate(thread, i, iterations)` for each i, as IterateGeneric does.
 //
-// Items of one iteration have to write disjoint memory or memory chosen by `thread`, and only read
-// everything else: the return of this function is the only synchronisation.
+// Items of one iteration have to write disjoint memory, memory chosen by `thread` or atomics, and
+// only read everything else: the return of this function is the only synchronisation.
 template <typename X>
 int IterationT(InData& context, X& x, int iterations) {
     struct F {

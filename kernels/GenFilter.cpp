@@ -48,9 +48,11 @@ void GenFilter::setShape() {
     roundMix = 1.0 - set_up::tan((1.0 - info_.roundness) * pi * 0.25);
     // The sides of a star bend inward equally far whatever the number of vertices.
     if (roundMix < 0.0) roundMix /= 1.0 - cosHalfSector;
-    for (int side = 0; side < vertices; ++side) {
-        const set_up::SineCosine normal = set_up::sineAndCosine((side + 0.5) * sectorAngle);
-        normals_[static_cast<std::size_t>(side)] = {normal.cosine.high, normal.sine.high};
+    sides_ = std::min<std::size_t>(normals_.size(), static_cast<std::size_t>(vertices));
+    for (std::size_t side = 0; side < sides_; ++side) {
+        const set_up::SineCosine normal =
+            set_up::sineAndCosine((static_cast<double>(side) + 0.5) * sectorAngle);
+        normals_[side] = {normal.cosine.high, normal.sine.high};
     }
 }
 
@@ -88,8 +90,8 @@ double GenFilter::estimateShapeRadius(double x, double y) const {
     // The polygon's measure is constant along a side and equals the distance at its vertices: the
     // projection on the normal of the nearest side, which is the largest of the projections.
     double projection = 0.0;
-    for (int side = 0; side < vertices; ++side) {
-        const Normal& normal = normals_[static_cast<std::size_t>(side)];
+    for (std::size_t side = 0; side < sides_; ++side) {
+        const Normal& normal = normals_[side];
         projection = std::max(projection, u * normal.x + v * normal.y);
     }
     const double polygon = projection / cosHalfSector;

@@ -41,8 +41,8 @@ private:
         double y;
     };
 
-    std::int32_t vertices;  // 3 to 10
-    double sectorAngle;     // between two vertices, radians
+    std::int32_t vertices;
+    double sectorAngle;  // between two vertices, radians
     double cosHalfSector;
     double rotationRad;
     double roundMix;     // 1 is the circle's measure, 0 the polygon's, below 0 a star's
@@ -52,7 +52,8 @@ private:
     double deformX;                   // scale along the turned x axis, at most 1
     double deformY;                   // along the turned y axis, at most 1
     double shapeMatrix[4];            // from a pixel offset to shape space: a, b, c, d
-    std::array<Normal, 10> normals_;  // of the polygon's sides
+    std::array<Normal, 10> normals_;  // of the polygon's sides; the control has at most 10
+    std::size_t sides_ = 0;
     AEO::EffectWorld& shape_;
     const RenderInfo& info_;
 };

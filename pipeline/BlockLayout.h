@@ -10,7 +10,8 @@
 //   N >= 2, after the store stage,
 //           Normal                   red, green, blue, alpha, then the weight of each layer; rest 0
 //           Split                    five channels per layer: red, green, blue, alpha, weight
-//   N >= 2, from the multiply on     five channels per layer, in both modes
+//   N >= 2, from the multiply on     five channels per layer, in both modes; groups of layers that
+//                                    the block isn't in hold leftovers
 // Colours are multiplied by alpha, after expansion by the exposure curve.
 
 #include <algorithm>

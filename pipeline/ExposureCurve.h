@@ -26,11 +26,11 @@ void expandExposure(ET::vecT<double, N>& values, const Exposures& exposures,
     }
 }
 
-// The same exposure for all lanes.
-struct EvenExposure {
-    double exposure;
+// One value for all lanes.
+struct SameForAllLanes {
+    double value;
 
-    ORBEL_LANE_INLINE double operator[](std::size_t) const { return exposure; }
+    ORBEL_LANE_INLINE double operator[](std::size_t) const { return value; }
 };
 
 // The inverse. With a negative exposure it is infinite at the value threshold - 1 / exposure and

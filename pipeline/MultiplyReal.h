@@ -13,8 +13,8 @@
 #include "transform/EvenShare.h"
 #include "transform/RealFFT2D.h"
 
-// The iteration has an item for each position of a whole block; those that work
-// multiply runs of positions of the rows 0 to size / 2.
+// The iteration has an item for each position of a whole block; those that work multiply runs of
+// positions of the rows 0 to size / 2.
 template <std::size_t N, int K>
 class MultiplyReal {
 public:
@@ -30,7 +30,7 @@ public:
 
     // Always returns 0.
     int iterate(int, int item, int) {
-        if (!share_.idle(item)) share_.run(item, [&](std::size_t run) { multiplyRun(run); });
+        share_.run(item, [&](std::size_t run) { multiplyRun(run); });
         return 0;
     }
 

@@ -151,7 +151,7 @@ double StoreBuffer<Pixel, N>::layerPosition(double depth) const {
     // 0 on the plane of focus, 1 at the farther end of the range.
     const double distance = std::fabs(t - (1.0 - f)) / std::max(f, 1.0 - f);
     // The default profile's slope is 1 except for the last digit of a tangent, which changes no
-    // result by more than its own rounding. The power would take a fifth of the stage's time.
+    // result by more than its own rounding, and a power for each pixel would take its time.
     const bool even = std::fabs(info_.profileSlope - 1.0) < 1e-15;
     const double position =
         even ? 1.0 - distance : ET::lane::powerOfRest(distance, info_.profileSlope);
@@ -193,8 +193,8 @@ void StoreBuffer<Pixel, N>::expandRun(std::size_t index, Colours& colours) const
         if (N >= 2 && info_.edgeLeak > 0.0) {
             expandLocally(index, colours);
         } else {
-            expandExposure(colours.light, EvenExposure{info_.exposure},
-                           EvenExposure{1.0 / info_.exposure}, info_.threshold);
+            expandExposure(colours.light, SameForAllLanes{info_.exposure},
+                           SameForAllLanes{1.0 / info_.exposure}, info_.threshold);
         }
     }
     for (std::size_t i = 0; i < kRun; ++i) {

@@ -37,10 +37,9 @@ public:
           output_(output),
           groups_(groups) {}
 
-    // Writes the run that begins with pixel `index` of the tile, if one does; `count` is the number
-    // of the tile's pixels. Always returns 0.
-    int iterate(int, int index, int count) {
-        if (index % kRun == 0 && known()) unpackRun(index, std::min(kRun, count - index));
+    // Writes the run that begins with pixel `index` of the tile, if one does. Always returns 0.
+    int iterate(int, int index, int) {
+        if (index % kRun == 0 && known()) unpackRun(index);
         return PF_Err_NONE;
     }
 
@@ -59,7 +58,7 @@ private:
         const std::int32_t mode = info_.compositeMode;
         return N == 1 || mode == kCompositeNormal || mode == kCompositeSplit;
     }
-    ORBEL_OUT_OF_LINE void unpackRun(int first, int length);
+    ORBEL_OUT_OF_LINE void unpackRun(int first);
 
     Merged merge(const Element& channels) const;
     static Merged single(const Element& channels);
@@ -82,8 +81,9 @@ private:
 };
 
 template <class Pixel, std::size_t N>
-void UnpackBuffer<Pixel, N>::unpackRun(int first, int length) {
-    const auto end = static_cast<std::size_t>(length);
+void UnpackBuffer<Pixel, N>::unpackRun(int first) {
+    const int left = tile_.width() * tile_.height() - first;
+    const auto end = static_cast<std::size_t>(std::min(kRun, left));
     std::int32_t x = first % tile_.width() + tile_.left;
     std::int32_t y = first / tile_.width() + tile_.top;
     std::array<Pixel*, kRun> pixels;

@@ -115,7 +115,7 @@ def sizes(results):
     return table(["ns per block pixel", *(f"{s / 1000:.1f} MP" for s in SIZES), "largest over smallest"], rows)
 
 
-STAGES = ["kernels", "depth", "store", "forward", "multiply", "inverse", "unpack"]
+STAGES = ["kernels", "bank", "depth", "store", "forward", "multiply", "inverse", "unpack"]
 FRAMES = [(n, mode, r) for n, modes in ((1, ["normal"]), (6, ["normal", "split"]), (16, ["normal", "split"]))
           for mode in modes for r in (20, 50)]
 
@@ -200,6 +200,8 @@ def main(results_folder, docs):
         "sizes": sizes(results),
         "stages": stages(results),
         "bundle": f"{size:.1f} MB",
+        "baseline": (results.folder / "baseline").read_text().strip(),
+        "compiler": subprocess.run(["c++", "--version"], capture_output=True, text=True, check=True).stdout.split("\n")[0],
     }
     page = (docs / "benchmarks.in.md").read_text()
     page = re.sub(r"\{\{(\w+)\}\}", lambda match: values[match.group(1)], page)

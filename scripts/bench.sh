@@ -35,12 +35,13 @@ measure() {
         --benchmark_out="$results/$1.json" --benchmark_out_format=json
 }
 
-measure peer . 2
-measure transform 'ratio|real' 0.5
-measure version . 0
+measure peer . 0
+measure transform 'ratio|real' 0
+[[ -z ${ORBEL_OTHER_BUNDLE:-} ]] || measure version . 0
 measure scaling . 0
 measure frame parts 1
 
 strip -o "$work/Orbel.so" build/release/Orbel.so
 stat -c %s "$work/Orbel.so" >"$results/bundle-bytes"
+echo "$baseline" >"$results/baseline"
 scripts/bench-page.py "$results" docs

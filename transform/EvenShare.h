@@ -14,12 +14,6 @@ public:
     EvenShare(std::size_t units, std::size_t items)
         : units_(units), shift_(static_cast<unsigned>(std::countr_zero(items))) {}
 
-    // Whether `item` has nothing to do.
-    bool idle(int item) const {
-        const std::uint64_t before = static_cast<std::uint64_t>(item) * units_;
-        return (before >> shift_) == ((before + units_) >> shift_);
-    }
-
     // Calls `work(unit)` for each unit of `item`, in ascending order.
     template <class Work>
     void run(int item, Work&& work) const {

@@ -44,8 +44,8 @@ struct FFTWeights {
     RowTables rowTables(int thread, std::size_t size);
 };
 
-// Cheap to construct; owns nothing. The 45 element types in use (blocks, their narrower views and
-// kernel banks) are compiled in this layer and found by the linker; there are no others.
+// Cheap to construct; owns nothing. Its 45 element types (blocks, their narrower views and kernel
+// banks) are compiled in this layer and found by the linker; there are no others.
 template <class T>
 struct FFT2D {
     T* data;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
-// exp(x) - 1 and log(1 + x) for all lanes of an element at once: the forms that keep their digits
-// near zero.
+// exp(x) - 1 and log(1 + x), the forms that keep their digits near zero, for loops over lanes.
 //
-// Within 1 unit in the last place of the exact value over the whole range of doubles. The same bits
-// on every platform: plain arithmetic in a fixed order, without fused operations, tables or calls
-// of the platform's library. No step branches on a lane's value, so that the compiler computes
-// several lanes in one instruction; choices are made by selecting one of two computed values.
+// Within 1 unit in the last place of the correctly rounded value over the whole range of doubles.
+// The same bits on every platform: plain arithmetic in a fixed order, without fused operations,
+// tables or calls of the platform's library. No step branches on a lane's value, so that the
+// compiler computes several lanes in one instruction; choices are made by selecting one of two
+// computed values.
 //
 // Both polynomials interpolate at the nodes of Chebyshev's polynomials. They are evaluated in pairs
 // of terms (Estrin's scheme): without fused operations, one term after the other would wait.
@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "transform/ExactSum.h"
 #include "transform/VectorElements.h"
 
 namespace ET {
@@ -25,17 +26,6 @@ namespace lane {
 // ln 2 in two parts: multiples of the first, up to 2^21, are exact.
 constexpr double kLn2High = 0x1.62e42fee00000p-1;
 constexpr double kLn2Low = 0x1.a39ef35793c76p-33;
-
-// The sum of two numbers and the error of its rounding (Knuth).
-struct ExactSum {
-    double high;
-    double low;
-};
-ORBEL_LANE_INLINE constexpr ExactSum exactSum(double a, double b) {
-    const double sum = a + b;
-    const double second = sum - a;
-    return {sum, (a - (sum - second)) + (b - second)};
-}
 
 // exp(x) - 1 = 2^k (exp(r) - 1) + (2^k - 1), |r| <= ln(2) / 2. Computed at half its size, since
 // 2^1024 is out of range.
@@ -106,24 +96,12 @@ ORBEL_LANE_INLINE constexpr double log1p(double x) {
     return x < -1.0 ? std::numeric_limits<double>::quiet_NaN() : pole;
 }
 
-// (1 - loss)^exponent for a loss from 0 to 1 and an exponent of at least 0, within some 1e-16 of
+// (1 - loss)^exponent for a loss from 0 to 1 and an exponent above 0, within some 1e-16 of
 // the exact value: the error is absolute.
 ORBEL_LANE_INLINE constexpr double powerOfRest(double loss, double exponent) {
     return expm1(exponent * log1p(-loss)) + 1.0;
 }
 
 }  // namespace lane
-
-template <std::size_t N>
-void expm1Lanes(vecT<double, N>& x) {
-    ORBEL_INDEPENDENT_LANES
-    for (std::size_t k = 0; k < N; ++k) x[k] = lane::expm1(x[k]);
-}
-
-template <std::size_t N>
-void log1pLanes(vecT<double, N>& x) {
-    ORBEL_INDEPENDENT_LANES
-    for (std::size_t k = 0; k < N; ++k) x[k] = lane::log1p(x[k]);
-}
 
 }  // namespace ET

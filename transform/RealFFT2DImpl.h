@@ -227,34 +227,34 @@ struct RealBlock {
     }
 };
 
-// The pass over real rows, two at a time; on the way back over those that hold one of `rows`.
+// The pass over real rows, two at a time; on the way back only over pairs that hold one of `rows`.
 template <std::size_t kCell, std::size_t kWidth>
 struct RealRowPass {
     RealBlock<kCell, kWidth> block;
     bool back;
     RowRange rows;
-    EvenShare share{block.size / 2, block.size};
+    EvenShare pairs{(rows.last + 1) / 2 - rows.first / 2, block.size};
 
     int iterate(int thread, int item, int) const {
-        share.run(item, [&](std::size_t unit) {
-            const std::size_t y = 2 * unit;
-            if (y + 1 < rows.first || y >= rows.last) return;
-            const int n = static_cast<int>(2 * block.size);
-            const RowTables tables = block.weights.rowTables(thread, block.size);
-            block.forGroups([&](auto* elements) {
-                auto* const pair = elements + 2 * block.size * y;
-                if (back) {
-                    fft::joinSpectra(n, pair);
-                    fft::transformRowBack(n, pair, tables, 4 * block.size);
-                    fft::partRows(n, pair);
-                } else {
-                    using T = std::remove_pointer_t<decltype(pair)>;
-                    fft::transformRow(n, pair, tables, 4 * block.size, fft::RowPairView<T>{n});
-                    fft::partSpectra(n, pair);
-                }
-            });
-        });
+        pairs.run(item, [&](std::size_t pair) { transformPair(thread, rows.first / 2 + pair); });
         return 0;
+    }
+
+    void transformPair(int thread, std::size_t index) const {
+        const int n = static_cast<int>(2 * block.size);
+        const RowTables tables = block.weights.rowTables(thread, block.size);
+        block.forGroups([&](auto* elements) {
+            auto* const pair = elements + 4 * block.size * index;
+            if (back) {
+                fft::joinSpectra(n, pair);
+                fft::transformRowBack(n, pair, tables, 4 * block.size);
+                fft::partRows(n, pair);
+            } else {
+                using T = std::remove_pointer_t<decltype(pair)>;
+                fft::transformRow(n, pair, tables, 4 * block.size, fft::RowPairView<T>{n});
+                fft::partSpectra(n, pair);
+            }
+        });
     }
 };
 
@@ -263,10 +263,10 @@ template <std::size_t kCell, std::size_t kWidth>
 struct RealColumnPass {
     RealBlock<kCell, kWidth> block;
     bool back;
-    EvenShare share{block.size / 2 + 1, block.size};
+    EvenShare columns{block.size / 2 + 1, block.size};
 
     int iterate(int thread, int item, int) const {
-        share.run(item, [&](std::size_t u) {
+        columns.run(item, [&](std::size_t u) {
             const int n = static_cast<int>(2 * block.size);
             const RowTables tables = block.weights.rowTables(thread, block.size);
             block.forGroups([&](auto* elements) {

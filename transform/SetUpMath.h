@@ -11,6 +11,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "transform/ExactSum.h"
+
 namespace set_up {
 
 // A number as the unevaluated sum of two doubles, the second at most half a unit in the last place
@@ -27,12 +29,6 @@ constexpr TwoDoubles quickSum(double a, double b) {
     return {sum, b - (sum - a)};
 }
 
-constexpr TwoDoubles exactSum(double a, double b) {
-    const double sum = a + b;
-    const double second = sum - a;
-    return {sum, (a - (sum - second)) + (b - second)};
-}
-
 // The exact product, by halves of 26 digits.
 constexpr TwoDoubles exactProduct(double a, double b) {
     constexpr double kSplit = 134217729.0;  // 2^27 + 1
@@ -47,7 +43,7 @@ constexpr TwoDoubles exactProduct(double a, double b) {
 }
 
 constexpr TwoDoubles operator+(const TwoDoubles& a, const TwoDoubles& b) {
-    const TwoDoubles sum = exactSum(a.high, b.high);
+    const ExactSum sum = exactSum(a.high, b.high);
     return quickSum(sum.high, sum.low + (a.low + b.low));
 }
 

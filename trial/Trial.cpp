@@ -5,8 +5,7 @@ namespace trial {
 
 namespace {
 
-// The number of threads is the same on every machine, since per-thread sums round differently with
-// another number.
+// Two workers on every machine, so that items run side by side.
 headless::HostOptions hostOptions() {
     headless::HostOptions options;
     options.threads = 2;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <future>
 #include <system_error>
 
 #include "pictures/Errors.h"
@@ -291,6 +292,8 @@ void PictureFile::read(const Window& window, const Take& take,
     const int rows = stripRowsOf(imageSpec);
     const auto channels = static_cast<std::size_t>(endOfChannels_ - firstChannel_);
     std::vector<float> values;
+    std::vector<float> delivered;
+    std::future<void> delivery;  // ends before what it uses
     for (int top = (wanted.top - all.top) / rows * rows; top < wanted.bottom - all.top;
          top += rows) {
         throwIfInterrupted();
@@ -298,9 +301,14 @@ void PictureFile::read(const Window& window, const Take& take,
         const Window strip{all.left, all.top + top, all.right, all.top + bottom};
         values.resize(areaOf(strip) * channels);
         requireSound(readRows(top, bottom, values));
-        deliver(intersection(strip, wanted), strip, values, take);
+        if (delivery.valid()) delivery.get();
+        values.swap(delivered);
+        delivery = std::async(std::launch::async, [this, strip, &wanted, &delivered, &take] {
+            deliver(intersection(strip, wanted), strip, delivered, take);
+        });
         if (progress) progress(static_cast<double>(bottom) / (wanted.bottom - all.top));
     }
+    delivery.get();
 }
 
 }  // namespace pictures

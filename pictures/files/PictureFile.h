@@ -49,7 +49,8 @@ public:
     const std::vector<ChannelPlace>& otherChannels() const { return choice_.others; }
 
     // Takes the pixels of a strip, row by row: red, green, blue, alpha as the file holds them. They
-    // may be changed in place.
+    // may be changed in place. It is called on a thread of its own, one call after the other, while
+    // the next strip is read.
     using Take = std::function<void(const Window& strip, std::span<float> rgba)>;
     // Reads the part of `window` that the file holds, in strips of about a million pixels.
     // `progress` may be empty; it is called with the share done, 0 to 1. Throws Failure for a

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <future>
 #include <limits>
 #include <memory>
 
@@ -211,8 +212,9 @@ std::unique_ptr<OIIO::ImageOutput> encoderFor(const std::filesystem::path& path)
     return encoder;
 }
 
-// Produces the values of rows top to bottom - 1 of a file, all channels.
-using MakeRows = std::function<std::span<const float>(int top, int bottom)>;
+// Fills `values` with rows top to bottom - 1 of a file, all channels. Called on any thread, one
+// call after the other.
+using MakeRows = std::function<void(int top, int bottom, std::vector<float>& values)>;
 
 // Values from 0 to 1 as whole numbers; NaN becomes 0. The image library's own conversion takes
 // several times as long.
@@ -227,47 +229,62 @@ void quantise(std::span<const float> values, std::vector<Integer>& integers) {
     }
 }
 
-// Hands rows to an encoder in the file's own type where that is an integer.
-class RowEncoder {
+// A strip in the type that the encoder gets: the file's own where that is an integer.
+class EncodedRows {
 public:
-    RowEncoder(OIIO::ImageOutput& encoder, const OIIO::ImageSpec& imageSpec)
-        : encoder_(encoder), top_(imageSpec.y), type_(imageSpec.format) {}
+    void fill(const MakeRows& makeRows, int top, int bottom, const OIIO::TypeDesc& fileType) {
+        top_ = top;
+        bottom_ = bottom;
+        type_ = fileType;
+        makeRows(top, bottom, values_);
+        if (fileType == OIIO::TypeDesc::UINT8) {
+            quantise(values_, bytes_);
+        } else if (fileType == OIIO::TypeDesc::UINT16) {
+            quantise(values_, words_);
+        } else {
+            type_ = OIIO::TypeDesc::FLOAT;
+        }
+    }
 
-    bool write(int top, int bottom, std::span<const float> values) {
-        if (type_ == OIIO::TypeDesc::UINT8) {
-            quantise(values, bytes_);
-            return write(top, bottom, type_, bytes_.data());
-        }
-        if (type_ == OIIO::TypeDesc::UINT16) {
-            quantise(values, words_);
-            return write(top, bottom, type_, words_.data());
-        }
-        return write(top, bottom, OIIO::TypeDesc::FLOAT, values.data());
+    bool write(OIIO::ImageOutput& encoder, int firstRow) const {
+        return encoder.write_scanlines(firstRow + top_, firstRow + bottom_, 0, type_, data());
     }
 
 private:
-    bool write(int top, int bottom, const OIIO::TypeDesc& type, const void* values) {
-        return encoder_.write_scanlines(top_ + top, top_ + bottom, 0, type, values);
+    const void* data() const {
+        if (type_ == OIIO::TypeDesc::UINT8) return bytes_.data();
+        if (type_ == OIIO::TypeDesc::UINT16) return words_.data();
+        return values_.data();
     }
 
-    OIIO::ImageOutput& encoder_;
-    int top_;
+    int top_ = 0;
+    int bottom_ = 0;
     OIIO::TypeDesc type_;
+    std::vector<float> values_;
     std::vector<std::uint8_t> bytes_;
     std::vector<std::uint16_t> words_;
 };
 
-// Encodes the rows into the file `name`, strip by strip; messages name `path`.
+// Encodes the rows into the file `name`, strip by strip, while the next strip is made; messages
+// name `path`.
 void encode(OIIO::ImageOutput& encoder, const std::filesystem::path& name,
             const OIIO::ImageSpec& imageSpec, const MakeRows& makeRows,
             const std::filesystem::path& path) {
     const int rows = stripRows(imageSpec.width);
     if (!encoder.open(name.string(), imageSpec)) fail(path, encoder.geterror());
-    RowEncoder rowEncoder(encoder, imageSpec);
+    EncodedRows strip, next;
+    const auto make = [&](int top) {
+        const int bottom = std::min(top + rows, imageSpec.height);
+        return std::async(std::launch::async,
+                          [&, top, bottom] { next.fill(makeRows, top, bottom, imageSpec.format); });
+    };
+    std::future<void> making = make(0);
     for (int top = 0; top < imageSpec.height; top += rows) {
         throwIfInterrupted();
-        const int bottom = std::min(top + rows, imageSpec.height);
-        if (!rowEncoder.write(top, bottom, makeRows(top, bottom))) fail(path, encoder.geterror());
+        making.get();
+        std::swap(strip, next);
+        if (top + rows < imageSpec.height) making = make(top + rows);
+        if (!strip.write(encoder, imageSpec.y)) fail(path, encoder.geterror());
     }
     if (!encoder.close()) fail(path, encoder.geterror());
 }
@@ -325,23 +342,22 @@ class ResultRows {
 public:
     ResultRows(const WriteRequest& request, const Plan& plan) : request_(request), plan_(plan) {}
 
-    std::span<const float> operator()(int top, int bottom) {
+    void operator()(int top, int bottom, std::vector<float>& values) {
         const auto width = static_cast<std::size_t>(request_.result.width());
         rgba_.resize(width * kChannels);
-        values_.clear();
-        values_.reserve(width * static_cast<std::size_t>(bottom - top) * plan_.channels());
+        values.clear();
+        values.reserve(width * static_cast<std::size_t>(bottom - top) * plan_.channels());
         for (int y = top; y < bottom; ++y) {
             loadRow(request_.result, 0, y, rgba_);
             if (request_.colours != nullptr) request_.colours->encode.apply(rgba_);
             if (plan_.multiplied && !request_.associated) associate(rgba_, hiddenColour());
-            selectChannels(rgba_, plan_, values_);
+            selectChannels(rgba_, plan_, values);
         }
-        if (plan_.type == SampleType::kHalf) clampToHalf(values_);
-        if (request_.others != nullptr) addOthers(top, bottom);
+        if (plan_.type == SampleType::kHalf) clampToHalf(values);
+        if (request_.others != nullptr) addOthers(top, bottom, values);
         if (request_.progress) {
             request_.progress(static_cast<double>(bottom) / request_.result.height());
         }
-        return values_;
     }
 
 private:
@@ -350,24 +366,23 @@ private:
     }
 
     // Puts the planes of the other channels next to the values of each pixel.
-    void addOthers(int top, int bottom) {
+    void addOthers(int top, int bottom, std::vector<float>& values) {
         const std::vector<float>& planes = request_.others->read(top, bottom);
         const std::size_t own = plan_.channels();
         const std::size_t all = own + request_.others->count();
-        const std::size_t pixels = values_.size() / own;
+        const std::size_t pixels = values.size() / own;
         joined_.resize(pixels * all);
         for (std::size_t i = 0; i < pixels; ++i) {
             float* to = joined_.data() + i * all;
-            std::copy_n(values_.data() + i * own, own, to);
+            std::copy_n(values.data() + i * own, own, to);
             for (std::size_t c = own; c < all; ++c) to[c] = planes[(c - own) * pixels + i];
         }
-        values_.swap(joined_);
+        values.swap(joined_);
     }
 
     const WriteRequest& request_;
     Plan plan_;
     std::vector<float> rgba_;
-    std::vector<float> values_;
     std::vector<float> joined_;
 };
 
@@ -401,9 +416,10 @@ void writeChannels(const std::filesystem::path& path, const OIIO::ImageSpec& ima
                    const std::vector<float>& values) {
     const std::size_t row =
         static_cast<std::size_t>(imageSpec.width) * static_cast<std::size_t>(imageSpec.nchannels);
-    write(path, imageSpec, [&](int top, int bottom) {
-        return std::span(values).subspan(static_cast<std::size_t>(top) * row,
-                                         static_cast<std::size_t>(bottom - top) * row);
+    write(path, imageSpec, [&](int top, int bottom, std::vector<float>& strip) {
+        const auto rows = std::span(values).subspan(static_cast<std::size_t>(top) * row,
+                                                    static_cast<std::size_t>(bottom - top) * row);
+        strip.assign(rows.begin(), rows.end());
     });
 }
 

@@ -61,6 +61,18 @@ TEST_P(PixelFormats, SeveralTilesEqualTheDirectSum) {
 
 INSTANTIATE_TEST_SUITE_P(Bits, PixelFormats, testing::Values(8, 16, 32));
 
+// Nearest and farthest places only, so that layers in the middle have no pixel; and farther right
+// only one of the two.
+std::shared_ptr<World> mapWithGaps() {
+    auto map = std::make_shared<World>(70, 30, PF_PixelFormat_ARGB128);
+    for (int i = 0; i < 70 * 30; ++i) {
+        const float step = static_cast<float>(i % 7) / 100.0F;
+        const bool far = i % 70 > 50 || i % 11 < 5;
+        map->set(i % 70, i / 70, {1, far ? step : 1.0F - step, 0, 0});
+    }
+    return map;
+}
+
 // With edge leak removed, except in the integer formats.
 TEST(FramePixels, DepthLayersEqualTheDirectSumInBothModes) {
     const struct {
@@ -72,14 +84,19 @@ TEST(FramePixels, DepthLayersEqualTheDirectSumInBothModes) {
     } cases[] = {{2, Mode::kNormal, 0.0, 0.0, false, 32},  {2, Mode::kSplit, 1.0, -0.5, true, 32},
                  {3, Mode::kNormal, 0.3, 0.5, true, 32},   {3, Mode::kSplit, -1.0, 0.0, false, 32},
                  {16, Mode::kNormal, 0.5, 0.2, false, 32}, {16, Mode::kSplit, 2.0, 0.0, false, 32},
+                 {5, Mode::kNormal, 0.0, 0.0, false, 32},  {5, Mode::kSplit, 0.0, 0.0, true, 32},
+                 {13, Mode::kNormal, 0.1, 0.0, true, 32},  {13, Mode::kSplit, 1.0, 0.0, false, 32},
                  {3, Mode::kNormal, 0.4, 0.0, false, 8},   {3, Mode::kSplit, 0.4, 0.0, false, 16}};
-    const auto map = trial::depthPicture(70, 30, 32);
+    const auto even = trial::depthPicture(70, 30, 32);
+    const auto gaps = mapWithGaps();
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.layers << " layers, mode " << static_cast<int>(c.mode)
                                         << ", bits " << c.bits);
         BlurEffect blur;
         const auto input = noisePicture(70, 30, c.bits);
         const double leak = c.bits == 32 ? 0.5 : 0.0;
+        const bool whole = c.layers <= 3 || c.layers == 16;
+        const std::shared_ptr<const World> map = whole ? even : gaps;
         blur.useDepth(map, c.layers);
         blur.set("Composite Mode", static_cast<int>(c.mode));
         blur.set("Focal Distance", c.focalDistance);
