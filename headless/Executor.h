@@ -3,9 +3,9 @@
 // The threads that iterations run on.
 //
 // An effect sees kThreadIndices threads, a fixed number, and each always gets the same items.
-// Workers carry them out, as many as there are processors or as the user wants; each begins with its
-// own and then takes over those that nobody has begun. Sums that the effect keeps for each thread then have the same bits
-// with any number of workers, and uneven items spread by themselves.
+// Workers carry them out, as many as there are processors or as the user wants; each begins with
+// its own and then takes over those that nobody has begun. Sums that the effect keeps for each
+// thread then have the same bits with any number of workers, and uneven items spread by themselves.
 
 #include <atomic>
 #include <functional>
