@@ -215,6 +215,7 @@ void RenderJob::writeResult(const headless::World& result) {
                            .grown = growsBeyondLayer(result.rect(), picture(), scale),
                            .associated = source_->keepsAssociated(),
                            .type = plan_.outputType,
+                           .pixelAspect = plan_.pixelAspect,
                            .colours = &colours_,
                            .others = others.get(),
                            .progress = [&](double share) { progress_.update(share); }},

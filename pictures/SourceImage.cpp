@@ -61,12 +61,27 @@ void SourceImage::prepareAgain(const Window& part, const Convert& convert) {
     }
 }
 
+// Whether any pixel of the file shows that it isn't associated.
+bool SourceImage::contradictsItself() {
+    bool found = false;
+    file_.read(picture_.window, [&](const Window&, std::span<float> rgba) {
+        found = found || contradictsAssociation(rgba, picture_.type);
+    });
+    return found;
+}
+
 SourceFindings SourceImage::load(const Window& window, const Convert& convert,
                                  const std::function<void(double)>& progress) {
     findings_ = {};
     const Window part = intersection(window, picture_.window);
     coverWithBlack(part);
-    const bool check = pixelsDecide(picture_);
+    // A part can't tell for the whole, which is then read twice.
+    const bool whole = part == picture_.window;
+    if (!whole && pixelsDecide(picture_) && contradictsItself()) {
+        findings_.takenAsStraight = true;
+        picture_.associated = false;
+    }
+    const bool check = whole && pixelsDecide(picture_);
     const auto take = [&](const Window& strip, std::span<float> rgba) {
         if (!check) {
             prepare(rgba, convert);

@@ -50,6 +50,7 @@ public:
 private:
     void prepare(std::span<float> rgba, const Convert& convert);
     void prepareAgain(const Window& part, const Convert& convert);
+    bool contradictsItself();
     void coverWithBlack(const Window& part);
     void store(const Window& strip, std::span<const float> rgba);
 

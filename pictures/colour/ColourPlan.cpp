@@ -120,7 +120,8 @@ void describeColours(OIIO::ImageSpec& imageSpec, const ColourPlan& plan,
     eraseProfile(imageSpec);
     eraseAll(imageSpec, {"Exif:ColorSpace", "Exif:Gamma"});
     imageSpec.attribute("oiio:ColorSpace", plan.result);
-    if (exr && plan.converts && sameName(plan.result, "sRGB") && plan.source.primaries.empty()) {
+    const bool said = imageSpec.find_attribute("colorInteropID") != nullptr;
+    if (exr && !said && sameName(plan.result, "sRGB") && plan.source.primaries.empty()) {
         imageSpec.attribute("colorInteropID", "srgb_rec709_scene");
     }
 }

@@ -11,6 +11,7 @@
 #include "pictures/Text.h"
 #include "pictures/files/FileEnds.h"
 #include "pictures/files/LibraryOutput.h"
+#include "pictures/files/PictureFormats.h"
 #include "pictures/files/Strips.h"
 
 namespace fs = std::filesystem;
@@ -26,7 +27,18 @@ bool isFile(const fs::path& path) {
     return fs::exists(path, ignored) && !fs::is_directory(path, ignored);
 }
 
-std::unique_ptr<OIIO::ImageInput> openPicture(const fs::path& file) {
+// The library's reason for not opening a file, if it has a better one than that it knows no reader.
+std::string whyNot(const fs::path& file) {
+    const std::string reason = firstSentence(OIIO::geterror());
+    if (reason.empty()) return "";
+    if (reason.find("format reader") == std::string::npos) return " (" + reason + ")";
+    const std::string title = titleBySuffix(file);
+    if (title.empty()) return "";
+    return " (the image library on this system doesn't read " + title + ")";
+}
+
+// Messages call the file `name`.
+std::unique_ptr<OIIO::ImageInput> openPicture(const fs::path& file, const std::string& name) {
     std::error_code ignored;
     if (fs::is_directory(file, ignored)) {
         throw Failure(file.string() + " is a folder; name an image file in it");
@@ -41,9 +53,7 @@ std::unique_ptr<OIIO::ImageInput> openPicture(const fs::path& file) {
         requireReadFormat(file, input->format_name());
         return input;
     }
-    const std::string reason = firstSentence(OIIO::geterror());
-    throw Failure("cannot read " + file.string() + " as an image" +
-                  (reason.empty() ? "" : " (" + reason + ")") +
+    throw Failure("cannot read " + name + " as an image" + whyNot(file) +
                   "; use an EXR, PNG, TIFF or JPEG file");
 }
 
@@ -155,14 +165,14 @@ SourceName parseSourceName(const std::string& text) {
 }
 
 std::vector<ChannelPlace> channelsOf(const fs::path& file) {
-    const auto input = openPicture(file);
+    const auto input = openPicture(file, file.string());
     return listChannels(specsOfParts(*input), isExr(*input));
 }
 
 PictureFile::PictureFile(const std::string& text, AlphaRule rule, const std::string& name) {
     const SourceName source = parseSourceName(text);
     file_ = source.file;
-    input_ = openPicture(file_);
+    input_ = openPicture(file_, name.empty() ? file_.string() : name);
     const bool exr = isExr(*input_);
     const std::vector<OIIO::ImageSpec> specs = specsOfParts(*input_);
     picture_.name = name.empty() ? text : name;

@@ -38,9 +38,18 @@ const std::vector<PictureFormat>& formats() {
         {"targa", "TGA", {".tga"}, AlphaKind::kStraight, kYes, kNo, kNo, kNo, {kUInt8}},
         {"bmp", "BMP", {".bmp"}, AlphaKind::kNone, kYes, kNo, kNo, kNo, {kUInt8}},
         {"hdr", "HDR", {".hdr"}, AlphaKind::kNone, kNo, kNo, kNo, kNo, {kFloat}},
-        {"pnm", "PNM", {".ppm", ".pgm"}, AlphaKind::kNone, kYes, kNo, kNo, kNo, {kUInt8}},
+        {"pnm", "PPM", {".ppm"}, AlphaKind::kNone, kNo, kNo, kNo, kNo, {kUInt8}},
+        {"pnm", "PGM", {".pgm"}, AlphaKind::kNone, kYes, kNo, kNo, kNo, {kUInt8}},
         {"webp", "WebP", {".webp"}, AlphaKind::kStraight, kNo, kNo, kNo, kYes, {kUInt8}},
-        {"heif", "HEIF", {".heic", ".heif"}, AlphaKind::kStraight, kNo, kNo, kNo, kYes, {kUInt8}},
+        {"heif",
+         "HEIF",
+         {".heic", ".heif", ".avif"},
+         AlphaKind::kStraight,
+         kNo,
+         kNo,
+         kNo,
+         kYes,
+         {kUInt8}},
         {"jpeg2000",
          "JPEG 2000",
          {".jp2"},
@@ -50,6 +59,15 @@ const std::vector<PictureFormat>& formats() {
          kNo,
          kYes,
          {kUInt8, kUInt16}},
+        {"jpegxl",
+         "JPEG XL",
+         {".jxl"},
+         AlphaKind::kStraight,
+         kYes,
+         kYes,
+         kNo,
+         kYes,
+         {kUInt8, kUInt16, kFloat}},
     };
     return kTable;
 }
@@ -84,6 +102,15 @@ bool holds(SampleType to, SampleType from) {
 }
 
 }  // namespace
+
+std::string titleBySuffix(const std::filesystem::path& path) {
+    const std::string suffix = lowerSuffix(path);
+    for (const PictureFormat& format : formats()) {
+        const auto& known = format.suffixes;
+        if (std::find(known.begin(), known.end(), suffix) != known.end()) return format.title;
+    }
+    return "";
+}
 
 const PictureFormat& formatOf(const std::filesystem::path& path) {
     const std::string suffix = lowerSuffix(path);

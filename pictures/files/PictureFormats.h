@@ -29,6 +29,10 @@ struct PictureFormat {
     std::vector<SampleType> types;  // of a channel, from the narrowest
 };
 
+// The title of the format that the suffix of a name stands for, such as "PNG", whether or not the
+// image library of this system has it; empty for an unknown suffix.
+std::string titleBySuffix(const std::filesystem::path& path);
+
 // The format for the suffix of `path`. Throws UsageError, listing the known suffixes, if there is
 // none.
 const PictureFormat& formatOf(const std::filesystem::path& path);

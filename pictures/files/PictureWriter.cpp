@@ -172,8 +172,8 @@ void setUpright(OIIO::ImageSpec& imageSpec, const Picture& source) {
     if (aspect > 0.0F) imageSpec.attribute("PixelAspectRatio", 1.0F / aspect);
 }
 
-OIIO::ImageSpec makeSpec(const PictureFormat& format, const WriteRequest& request,
-                         const Plan& plan) {
+OIIO::ImageSpec makeSpec(const std::filesystem::path& path, const PictureFormat& format,
+                         const WriteRequest& request, const Plan& plan) {
     OIIO::ImageSpec imageSpec = request.source.imageSpec;
     eraseEncoding(imageSpec);
     imageSpec.deep = false;
@@ -181,10 +181,15 @@ OIIO::ImageSpec makeSpec(const PictureFormat& format, const WriteRequest& reques
     setChannels(imageSpec, plan, format.windows ? request.source.greyName : "Y");
     setWindows(imageSpec, request, format.windows);
     setUpright(imageSpec, request.source);
+    if (request.pixelAspect) {
+        imageSpec.attribute("PixelAspectRatio", static_cast<float>(*request.pixelAspect));
+    }
     if (request.colours != nullptr) {
         describeColours(imageSpec, *request.colours, targetOf(format, plan));
     }
     if (request.others != nullptr) request.others->addTo(imageSpec);
+    // One encoder writes two codecs, and names of files in work don't tell it which.
+    if (path.extension() == ".avif") imageSpec.attribute("Compression", "avif");
     return imageSpec;
 }
 
@@ -409,7 +414,7 @@ void writeResult(const std::filesystem::path& path, const WriteRequest& request,
     if (request.colours != nullptr) {
         tellColours(*request.colours, request.source.name, path, targetOf(format, plan), messages);
     }
-    write(path, makeSpec(format, request, plan), ResultRows(request, plan));
+    write(path, makeSpec(path, format, request, plan), ResultRows(request, plan));
 }
 
 void writeChannels(const std::filesystem::path& path, const OIIO::ImageSpec& imageSpec,

@@ -27,6 +27,7 @@ struct WriteRequest {
     bool grown = false;                   // the result has pixels beyond the source's layer
     bool associated = false;              // the result's colours are multiplied by alpha
     std::optional<SampleType> type{};     // of a channel; default: that of the source
+    std::optional<double> pixelAspect{};  // of the source as it is, if its file doesn't say so
     const ColourPlan* colours = nullptr;  // null: numbers and metadata of colours stay as they are
     // Further channels for a file with windows, at the same data window; may be null.
     PassThrough* others = nullptr;

@@ -54,6 +54,37 @@ TEST_F(RenderPictures, APhonePictureComesOutUpright) {
     EXPECT_LT(pixels[0], 0.1F);
 }
 
+// The colours beyond alpha that show that the file isn't associated lie outside the region.
+TEST_F(RenderPictures, ARegionCountsAlphaAsTheWholeDoes) {
+    auto made = imageSpec(40, 10, {"R", "G", "B", "A"}, TypeDesc::UINT8);
+    std::vector<std::uint8_t> values(40 * 10 * 4, 51);
+    for (std::size_t i = 3; i < values.size(); i += 4) values[i] = 128;
+    values[4 * 39] = 255;
+    writeValues(path("marked.tif"), made, values);
+    const std::vector<std::string> copy{"--blur-radius", "0", "--raw"};
+    const ToolRun whole = render("marked.tif", "whole.exr", copy);
+    const ToolRun part =
+        render("marked.tif", "part.exr", {"--blur-radius", "0", "--raw", "--region", "0,0,8,8"});
+    EXPECT_THAT(whole.err, HasSubstr("straight"));
+    EXPECT_THAT(part.err, HasSubstr("straight"));
+    OIIO::ImageSpec found;
+    const auto all = read("whole.exr", found);
+    EXPECT_EQ(read("part.exr", found)[0], all[0]);
+}
+
+// What is read next takes the file for what it is.
+TEST_F(RenderPictures, AnExrSaysThatItHoldsSrgbNumbersAndItsPixelAspect) {
+    writeValues(path("grey.png"), imageSpec(8, 8, {"R", "G", "B"}, TypeDesc::UINT8),
+                std::vector<std::uint8_t>(8 * 8 * 3, 80));
+    render("grey.png", "coded.exr",
+           {"--blur-radius", "0", "--colour-out", "sRGB", "--pixel-aspect", "4/3"});
+    render("coded.exr", "again.png", {"--blur-radius", "0"});
+    OIIO::ImageSpec found;
+    EXPECT_NEAR(read("again.png", found)[0], 80.0F / 255.0F, 0.002F);
+    read("coded.exr", found);
+    EXPECT_NEAR(found.get_float_attribute("PixelAspectRatio"), 4.0F / 3.0F, 1e-6F);
+}
+
 // The point is 3 pixels left of the display window.
 TEST_F(RenderPictures, OverscanIsASourceOfLightAndIsKept) {
     auto made = imageSpec(40, 20, {"R", "G", "B"}, TypeDesc::FLOAT);

@@ -167,6 +167,8 @@ TEST_F(Scripting, APgmIsGrey) {
     EXPECT_FALSE(exists("out.pgm"));
     EXPECT_EQ(render("grey.png", {}, "out.PGM").exitCode, 0);
     EXPECT_EQ(readText(path("out.PGM")).substr(0, 2), "P5");
+    EXPECT_EQ(render("grey.png", {}, "grey.ppm").exitCode, 0);
+    EXPECT_EQ(readText(path("grey.ppm")).substr(0, 2), "P6");
     EXPECT_EQ(render("bright.exr", {"--exposure", "0"}, "out.ppm").exitCode, 0);
     EXPECT_EQ(readText(path("out.ppm")).substr(0, 2), "P6");
 }
