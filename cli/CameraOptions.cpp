@@ -7,6 +7,7 @@
 #include <sstream>
 #include <utility>
 
+#include "cli/Choices.h"
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "cli/PixelAspect.h"
@@ -64,12 +65,9 @@ void addWish(CameraWishes& wishes, const std::string& piece) {
 }
 
 double parseUnit(const std::string& text) {
-    constexpr std::pair<const char*, double> kUnits[] = {
+    constexpr Choice<double> kUnits[] = {
         {"m", 1000.0}, {"cm", 10.0}, {"mm", 1.0}, {"ft", 304.8}, {"in", 25.4}};
-    for (const auto& [name, millimetres] : kUnits) {
-        if (text == name) return millimetres;
-    }
-    throw UsageError("--scene-unit takes m, cm, mm, ft or in, not \"" + text + "\"");
+    return parseChoice("--scene-unit", text, kUnits);
 }
 
 // Controls that the camera sets, and options that map distances in another way.

@@ -3,6 +3,7 @@
 
 #include <ostream>
 
+#include "cli/Choices.h"
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "pictures/Text.h"
@@ -16,11 +17,10 @@ using pictures::DepthKind;
 using pictures::numberText;
 
 DepthKind parseKind(const std::string& text) {
-    for (const DepthKind kind :
-         {DepthKind::kDistance, DepthKind::kDisparity, DepthKind::kNormalised}) {
-        if (text == pictures::depthKindName(kind)) return kind;
-    }
-    throw UsageError("--depth-kind takes distance, disparity or normalised, not \"" + text + "\"");
+    constexpr Choice<DepthKind> kKinds[] = {{"distance", DepthKind::kDistance},
+                                            {"disparity", DepthKind::kDisparity},
+                                            {"normalised", DepthKind::kNormalised}};
+    return parseChoice("--depth-kind", text, kKinds);
 }
 
 pictures::MapControls mapControls(const headless::ParameterSet& parameters,

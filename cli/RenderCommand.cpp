@@ -3,6 +3,7 @@
 
 #include <system_error>
 
+#include "cli/Choices.h"
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "cli/RenderFiles.h"
@@ -40,19 +41,18 @@ double parseAspect(const std::string& text) {
 
 pictures::AlphaRule parseAlpha(const std::string& text) {
     if (text.empty()) return pictures::AlphaRule::kByFile;
-    if (text == "straight") return pictures::AlphaRule::kStraight;
-    if (text == "associated") return pictures::AlphaRule::kAssociated;
-    if (text == "ignore") return pictures::AlphaRule::kIgnore;
-    throw UsageError("--alpha takes straight, associated or ignore, not \"" + text + "\"");
+    constexpr Choice<pictures::AlphaRule> kRules[] = {
+        {"straight", pictures::AlphaRule::kStraight},
+        {"associated", pictures::AlphaRule::kAssociated},
+        {"ignore", pictures::AlphaRule::kIgnore}};
+    return parseChoice("--alpha", text, kRules);
 }
 
 pictures::SampleType parseSampleType(const std::string& text) {
     using enum pictures::SampleType;
-    for (const auto& [name, type] :
-         {std::pair{"uint8", kUInt8}, {"uint16", kUInt16}, {"half", kHalf}, {"float", kFloat}}) {
-        if (text == name) return type;
-    }
-    throw UsageError("--output-type takes uint8, uint16, half or float, not \"" + text + "\"");
+    constexpr Choice<pictures::SampleType> kTypes[] = {
+        {"uint8", kUInt8}, {"uint16", kUInt16}, {"half", kHalf}, {"float", kFloat}};
+    return parseChoice("--output-type", text, kTypes);
 }
 
 // The output must not be a file that is being read.

@@ -138,6 +138,11 @@ TEST_F(Scripting, ChoicesCanBeShortenedWhileTheyAreUnique) {
         EXPECT_EQ(run.exitCode, 2);
         EXPECT_THAT(run.err, HasSubstr(words));
     }
+    EXPECT_EQ(render("grey.png", {"--alpha", "ig", "--output-type", "uint1"}, "out.png").exitCode,
+              0);
+    const ToolRun either = render("grey.png", {"--output-type", "uint"}, "out.png");
+    EXPECT_EQ(either.exitCode, 2);
+    EXPECT_THAT(either.err, HasSubstr("takes uint8, uint16, half or float, not \"uint\""));
 }
 
 TEST_F(Scripting, WhatLiesOutsideIsNoted) {
