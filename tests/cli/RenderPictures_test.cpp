@@ -218,6 +218,25 @@ TEST_F(RenderPictures, PassesOtherChannelsThrough) {
     EXPECT_THAT(refused.err, HasSubstr("--pass-through"));
 }
 
+// More rows than a strip has, in tiles that don't divide them, some of them cut by the edges.
+TEST_F(RenderPictures, PassesTilesThrough) {
+    constexpr int kWidth = 1100;
+    constexpr int kHeight = 1300;
+    auto made = imageSpec(kWidth, kHeight, {"R", "G", "B", "Z"}, TypeDesc::FLOAT);
+    made.x = made.full_x = -3;
+    made.y = made.full_y = 5;
+    made.tile_width = 64;
+    made.tile_height = 48;
+    std::vector<float> values(std::size_t{kWidth} * kHeight * 4, 0.25F);
+    for (std::size_t i = 3; i < values.size(); i += 4) values[i] = static_cast<float>(i);
+    writeValues(path("tiles.exr"), made, values);
+    render("tiles.exr", "out.exr", {"--blur-radius", "0", "--pass-through"});
+    OIIO::ImageSpec found;
+    const auto pixels = read("out.exr", found);
+    ASSERT_EQ(found.channelindex("Z"), 3);
+    EXPECT_TRUE(pixels == values);
+}
+
 // The spot of a point has the shape of a circle on the screen.
 TEST_F(RenderPictures, PixelAspectSqueezesTheAperture) {
     writePoint("point.exr", imageSpec(81, 81, {"R", "G", "B"}, TypeDesc::FLOAT), 40, 40);
