@@ -165,7 +165,7 @@ void RenderJob::setLayers() {
     options_.effect.applyLayers(parameters(), &picture(), camera, messages_, lines_);
     noteOutsidePoints(parameters(), display.width, display.height, messages_);
     if (plan_.extent.region && !plan_.extent.keepOverscan) {
-        noteCutRegion(*plan_.extent.region, display.width, display.height, messages_);
+        noteCutRegion(*plan_.extent.region, regionLimits(plan_.extent, picture()), messages_);
     }
     movePointsToLayer(parameters(), picture());
 }
