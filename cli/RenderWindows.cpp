@@ -67,10 +67,12 @@ Window regionLimits(const RenderExtent& extent, const pictures::Picture& picture
 }
 
 std::string limitsText(const Window& limits) {
-    const std::string size =
+    std::string size =
         std::to_string(limits.width()) + "x" + std::to_string(limits.height()) + " pixels";
-    if (limits.left == 0 && limits.top == 0) return size;
-    return size + " from " + std::to_string(limits.left) + "," + std::to_string(limits.top);
+    if (limits.left != 0 || limits.top != 0) {
+        size += " from " + std::to_string(limits.left) + "," + std::to_string(limits.top);
+    }
+    return size;
 }
 
 PF_LRect wantedRect(const RenderExtent& extent, const pictures::Picture& picture) {

@@ -63,11 +63,11 @@ const std::vector<float>& PassThrough::read(int top, int bottom) {
 
 void PassThrough::readPlane(Channel& channel, int top, int bottom, float* plane) {
     const ChannelPlace& place = channel.place;
-    const bool read = channel.tileHeight > 0
-                          ? readTiles(channel, top, bottom, plane)
-                          : input_->read_scanlines(place.part, 0, window_.top + top,
-                                                   window_.top + bottom, 0, place.index,
-                                                   place.index + 1, OIIO::TypeDesc::FLOAT, plane);
+    const bool read =
+        channel.tileHeight > 0
+            ? readTiles(channel, top, bottom, plane)
+            : input_->read_scanlines(place.part, 0, window_.top + top, window_.top + bottom, 0,
+                                     place.index, place.index + 1, OIIO::TypeDesc::FLOAT, plane);
     if (read) return;
     throw Failure("cannot read channel " + place.name + " of " + file_.string() + " (" +
                   firstSentence(input_->geterror()) + ")");
@@ -83,8 +83,8 @@ bool PassThrough::readTiles(Channel& channel, int top, int bottom, float* plane)
         channel.rows.resize(static_cast<std::size_t>(width * (channel.bottom - channel.top)));
         if (!input_->read_tiles(channel.place.part, 0, window_.left, window_.right,
                                 window_.top + channel.top, window_.top + channel.bottom, 0, 1,
-                                channel.place.index, channel.place.index + 1,
-                                OIIO::TypeDesc::FLOAT, channel.rows.data())) {
+                                channel.place.index, channel.place.index + 1, OIIO::TypeDesc::FLOAT,
+                                channel.rows.data())) {
             return false;
         }
     }
