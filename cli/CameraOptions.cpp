@@ -2,8 +2,7 @@
 #include "cli/CameraOptions.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
+#include <set>
 #include <sstream>
 #include <utility>
 
@@ -117,9 +116,15 @@ void requireComplete(const CameraWishes& wishes, const Camera& camera, bool focu
 }  // namespace
 
 CameraWishes parseCamera(const std::string& text) {
+    if (text.empty()) refuse(text);
     CameraWishes wishes;
+    std::set<std::string> keys;
     std::istringstream pieces(text);
-    for (std::string piece; std::getline(pieces, piece, ',');) addWish(wishes, piece);
+    for (std::string piece; std::getline(pieces, piece, ',');) {
+        addWish(wishes, piece);
+        const std::string key = piece.substr(0, piece.find('='));
+        if (!keys.insert(key).second) throw UsageError("--camera has " + key + " twice");
+    }
     if (wishes.sensorWidth && wishes.sensorHeight) {
         throw UsageError(
             "--camera sensor-width and sensor-height exclude each other, since the image's shape "
@@ -130,12 +135,14 @@ CameraWishes parseCamera(const std::string& text) {
 
 void CameraOptions::addTo(CLI::App& app) {
     const std::string group = "Camera";
-    app.add_option("--camera", camera_,
-                   "blur as this lens does, by a depth map with distances: " + std::string(kForm) +
-                       "; in millimetres, the focus in --scene-unit; exif takes what the input "
-                       "says, breathing=on is for a lens focused by moving it")
-        ->type_name("CAMERA")
-        ->group(group);
+    option_ =
+        app.add_option(
+               "--camera", camera_,
+               "blur as this lens does, by a depth map with distances: " + std::string(kForm) +
+                   "; in millimetres, the focus in --scene-unit; exif takes what the input "
+                   "says, breathing=on is for a lens focused by moving it")
+            ->type_name("CAMERA")
+            ->group(group);
     app.add_option("--scene-unit", sceneUnit_,
                    "unit of the depth map's distances: m, cm, mm, ft or in; default m")
         ->type_name("UNIT")

@@ -22,14 +22,15 @@ struct CameraWishes {
     bool breathing = false;
 };
 
-// Parses "exif" and KEY=VALUE, separated by commas. Throws UsageError, naming the keys.
+// Parses "exif" and KEY=VALUE, separated by commas. Throws UsageError, naming the keys,
+// for an empty text and a key that is given twice, too.
 CameraWishes parseCamera(const std::string& text);
 
 // The options by which the blur is that of a lens.
 class CameraOptions {
 public:
     void addTo(CLI::App& app);
-    bool given() const { return !camera_.empty(); }
+    bool given() const { return option_ != nullptr && option_->count() > 0; }
     // Throws UsageError for texts that can't be parsed, without a depth map, and if one of `others`
     // sets what the camera sets. `parameters` has the controls.
     void check(const headless::ParameterSet& parameters, const EffectOptions& others) const;
@@ -40,6 +41,7 @@ public:
                                  double downsample, bool focusElsewhere) const;
 
 private:
+    const CLI::Option* option_ = nullptr;  // belongs to the app
     std::string camera_;
     std::string sceneUnit_;
 };

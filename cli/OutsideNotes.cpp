@@ -2,6 +2,7 @@
 #include "cli/OutsideNotes.h"
 
 #include "cli/ParameterOptions.h"
+#include "cli/RenderWindows.h"
 #include "pictures/Text.h"
 
 namespace cli {
@@ -19,12 +20,12 @@ std::string regionText(const pictures::Window& window) {
 
 }  // namespace
 
-void noteCutRegion(const pictures::Window& region, int width, int height,
+void noteCutRegion(const pictures::Window& region, const pictures::Window& limits,
                    pictures::Messages& messages) {
-    const pictures::Window inside = intersection(region, pictures::Window{0, 0, width, height});
+    const pictures::Window inside = intersection(region, limits);
     if (inside == region || inside.empty()) return;
-    messages.note("--region is cut to " + regionText(inside) + ": the rest is outside " +
-                  ofTheImage(width, height));
+    messages.note("--region is cut to " + regionText(inside) +
+                  ": the rest is outside the image, which has " + limitsText(limits));
 }
 
 void noteOutsidePoints(const headless::ParameterSet& parameters, int width, int height,

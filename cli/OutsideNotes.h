@@ -7,8 +7,8 @@
 
 namespace cli {
 
-// Notes what is left of --region if a part of it lies outside an image of `width` x `height`.
-void noteCutRegion(const pictures::Window& region, int width, int height,
+// Notes what is left of --region if a part of it lies outside `limits`, the image's.
+void noteCutRegion(const pictures::Window& region, const pictures::Window& limits,
                    pictures::Messages& messages);
 
 // Notes each focus point that lies outside an image of `width` x `height`.

@@ -31,24 +31,46 @@ bool isWhole(PF_RationalScale scale) {
     return static_cast<A_u_long>(scale.num) == scale.den;
 }
 
-// The channels to carry over, if the user wants it. Throws Failure if the result's pixels aren't
-// those of the input's data window.
-std::unique_ptr<pictures::PassThrough> otherChannels(const std::filesystem::path& output,
-                                                     const RenderPlan& plan,
+// Throws UsageError if the result can't have the other channels of the input, whatever its window.
+void requireSameGrid(const std::filesystem::path& output, const RenderPlan& plan,
+                     const pictures::Picture& picture) {
+    const pictures::PictureFormat& format = pictures::formatOf(output);
+    if (!format.windows) {
+        throw UsageError("--pass-through needs an EXR to write, not " + format.title +
+                         "; name one with -o");
+    }
+    if (picture.turned) {
+        throw UsageError("--pass-through doesn't turn channels, and " + picture.name +
+                         " is turned upright; turn it first");
+    }
+    if (!isWhole(plan.extent.scale)) {
+        throw UsageError("--pass-through keeps the resolution; leave out --downsample");
+    }
+}
+
+// Throws UsageError, naming the cause, if the window of the result isn't the input's data window,
+// that of the other channels.
+void requireSameWindow(const RenderExtent& extent, const pictures::SourceImage& source,
+                       const PF_LRect& result) {
+    const pictures::Window data = source.file().dataWindow();
+    if (resultWindow(result, source.picture(), extent.scale) == data) return;
+    const std::string rule = "--pass-through keeps the data window of the input; ";
+    if (extent.region) throw UsageError(rule + "leave out --region");
+    if (extent.keepOverscan) throw UsageError(rule + "leave out --keep-overscan");
+    if (extent.cropToDisplay && source.picture().window == data) {
+        throw UsageError(rule + "leave out --crop-to-display");
+    }
+    throw UsageError(rule + "that of " + source.picture().name +
+                     " doesn't cover the display window, which is rendered");
+}
+
+// The channels to carry over, if the user wants it.
+std::unique_ptr<pictures::PassThrough> otherChannels(const RenderPlan& plan,
                                                      const pictures::SourceImage& source,
-                                                     const PF_LRect& result,
                                                      pictures::Messages& messages) {
     if (!plan.passThrough) return nullptr;
-    const pictures::Window data = source.file().dataWindow();
-    const bool sameScale = headless::reducedSize(data.width(), plan.extent.scale) == data.width();
-    if (!pictures::formatOf(output).windows || source.picture().turned || !sameScale ||
-        resultWindow(result, source.picture(), plan.extent.scale) != data) {
-        throw Failure(
-            "--pass-through needs EXR files with the same data window; leave out --region, "
-            "--downsample, --keep-overscan and --crop-to-display");
-    }
-    auto others = std::make_unique<pictures::PassThrough>(source.file().file(),
-                                                          source.file().otherChannels(), data);
+    auto others = std::make_unique<pictures::PassThrough>(
+        source.file().file(), source.file().otherChannels(), source.file().dataWindow());
     tellLeftOut(source.picture().name, others->leftOut(), messages);
     return others;
 }
@@ -128,6 +150,7 @@ void RenderJob::openSource() {
     input_ = std::make_unique<InputFile>(plan_.input, invocation_.in);
     source_ = std::make_unique<pictures::SourceImage>(input_->text(), plan_.alpha, input_->name());
     pictures::requireRoomForColours(output_.path(), picture());
+    if (plan_.passThrough) requireSameGrid(output_.path(), plan_, picture());
     tellOrientation(picture(), messages_);
     if (!plan_.passThrough) tellLeftOut(picture().name, picture().leftOut, messages_);
 }
@@ -142,7 +165,7 @@ void RenderJob::setLayers() {
     options_.effect.applyLayers(parameters(), &picture(), camera, messages_, lines_);
     noteOutsidePoints(parameters(), display.width, display.height, messages_);
     if (plan_.extent.region && !plan_.extent.keepOverscan) {
-        noteCutRegion(*plan_.extent.region, display.width, display.height, messages_);
+        noteCutRegion(*plan_.extent.region, regionLimits(plan_.extent, picture()), messages_);
     }
     movePointsToLayer(parameters(), picture());
 }
@@ -182,10 +205,13 @@ headless::FrameRequest RenderJob::makeRequest() {
 // Reads the part of the image that the effect asks for.
 void RenderJob::loadSource(headless::FrameRequest request) {
     request.preRenderOnly = true;
-    const PF_LRect needed = session_.effect().renderFrame(request).inputRequest.rect;
+    const headless::FrameResult asked = session_.effect().renderFrame(request);
     session_.host().reclaimPreRenderRecords();
+    if (plan_.passThrough && asked.status == PF_Err_NONE) {
+        requireSameWindow(plan_.extent, *source_, asked.resultRect);
+    }
     const pictures::SourceFindings findings = source_->load(
-        neededWindow(needed, picture(), plan_.extent.scale),
+        neededWindow(asked.inputRequest.rect, picture(), plan_.extent.scale),
         [&](std::span<float> rgba) { colours_.decode.apply(rgba); },
         [&](double share) { progress_.update(share); });
     tellFindings(picture(), findings, plan_.bits, messages_);
@@ -206,7 +232,7 @@ headless::FrameResult RenderJob::renderFrame(headless::FrameRequest request) {
 
 void RenderJob::writeResult(const headless::World& result) {
     const PF_RationalScale scale = plan_.extent.scale;
-    const auto others = otherChannels(output_.path(), plan_, *source_, result.rect(), messages_);
+    const auto others = otherChannels(plan_, *source_, messages_);
     pictures::writeResult(output_.path(),
                           {.source = picture(),
                            .result = result,

@@ -40,11 +40,16 @@ Window layerOf(const pictures::Picture& picture) {
     return {0, 0, picture.width(), picture.height()};
 }
 
+// What is rendered at most without overscan, in pixels of the layer.
+Window limitsOf(const RenderExtent& extent, const pictures::Picture& picture) {
+    return extent.cropToDisplay ? displayInLayer(picture) : layerOf(picture);
+}
+
 // What the user asks for, in pixels of the layer.
 Window wantedWindow(const RenderExtent& extent, const pictures::Picture& picture) {
     const Window display = displayInLayer(picture);
     const Window layer = layerOf(picture);
-    const Window limits = extent.cropToDisplay ? display : layer;
+    const Window limits = limitsOf(extent, picture);
     if (extent.region) {
         const Window region = moved(*extent.region, display.left, display.top);
         return extent.keepOverscan ? region : intersection(region, limits);
@@ -56,12 +61,25 @@ Window wantedWindow(const RenderExtent& extent, const pictures::Picture& picture
 
 }  // namespace
 
+Window regionLimits(const RenderExtent& extent, const pictures::Picture& picture) {
+    const Window display = displayInLayer(picture);
+    return moved(limitsOf(extent, picture), -display.left, -display.top);
+}
+
+std::string limitsText(const Window& limits) {
+    std::string size =
+        std::to_string(limits.width()) + "x" + std::to_string(limits.height()) + " pixels";
+    if (limits.left != 0 || limits.top != 0) {
+        size += " from " + std::to_string(limits.left) + "," + std::to_string(limits.top);
+    }
+    return size;
+}
+
 PF_LRect wantedRect(const RenderExtent& extent, const pictures::Picture& picture) {
     const Window wanted = wantedWindow(extent, picture);
     if (wanted.empty()) {
         throw UsageError("--region is outside the image, which has " +
-                         std::to_string(picture.display.width()) + "x" +
-                         std::to_string(picture.display.height()) + " pixels");
+                         limitsText(regionLimits(extent, picture)));
     }
     const double factor = factorOf(extent.scale);
     return {lowEdge(wanted.left, factor), lowEdge(wanted.top, factor),

@@ -3,6 +3,7 @@
 // The windows of a render: what the user counts in, the effect's layer, and the file's.
 
 #include <optional>
+#include <string>
 
 #include "pictures/Picture.h"
 #include "platform/Worlds.h"
@@ -16,6 +17,12 @@ struct RenderExtent {
     bool keepOverscan = false;               // also what the blur spreads beyond the layer
     bool cropToDisplay = false;              // nothing beyond the display window
 };
+
+// What a region without overscan is cut to, in the coordinates of a region.
+pictures::Window regionLimits(const RenderExtent& extent, const pictures::Picture& picture);
+
+// Such limits in words: "140x120 pixels from -20,-10", without the corner where it is 0,0.
+std::string limitsText(const pictures::Window& limits);
 
 // The rectangle to request from the effect, in pixels of the layer at the downsample. Throws
 // UsageError for a region outside the image.

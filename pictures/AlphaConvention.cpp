@@ -8,8 +8,8 @@ namespace pictures {
 namespace {
 
 // Formats whose alpha is straight by definition or custom, although the library doesn't mark it.
-constexpr std::array<const char*, 10> kStraightFormats{"bmp",  "dds",  "dpx",      "psd", "png",
-                                                       "webp", "heif", "jpeg2000", "gif", "ico"};
+constexpr std::array<const char*, 9> kStraightFormats{"bmp",  "dpx",      "psd", "png", "webp",
+                                                      "heif", "jpeg2000", "gif", "ico"};
 
 // Two of the compressed kinds of DDS hold colours multiplied by alpha.
 bool isAssociatedDds(const OIIO::ImageSpec& imageSpec) {

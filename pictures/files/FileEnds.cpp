@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <limits>
 
 #include "pictures/Errors.h"
 
@@ -86,7 +87,7 @@ std::uint64_t cineonSize(Header& header) {
            sampleBytes(pixels * header.byte(193), header.byte(198), header.byte(198) == 10);
 }
 
-// Big-endian numbers of a file, one after the other; 0 beyond its end.
+// Big-endian numbers of a file, one after the other; 0 beyond its end, which at() then exceeds.
 class Numbers {
 public:
     explicit Numbers(const std::filesystem::path& file) : file_(file, std::ios::binary) {}
@@ -103,6 +104,10 @@ public:
     void skip(std::uint64_t bytes) {
         at_ += bytes;
         file_.seekg(static_cast<std::streamoff>(at_));
+    }
+    void skipPast(unsigned char byte) {
+        file_.ignore(std::numeric_limits<std::streamsize>::max(), byte);
+        at_ += static_cast<std::uint64_t>(file_.gcount());
     }
     std::uint64_t at() const { return at_; }
     bool ended() const { return !file_; }
@@ -134,15 +139,77 @@ std::uint64_t psdSize(const std::filesystem::path& file) {
     return numbers.at() + packed;
 }
 
+// The size of a PNG file up to the end of its last chunk. Programs may put something behind it.
+std::uint64_t pngSize(const std::filesystem::path& file) {
+    constexpr std::uint64_t kLast = 0x49454E44;  // "IEND"
+    Numbers numbers(file);
+    numbers.skip(8);
+    std::uint64_t kind = 0;
+    while (kind != kLast && !numbers.ended()) {
+        const std::uint64_t length = numbers.next(4);
+        kind = numbers.next(4);
+        numbers.skip(length + 4);  // with the checksum
+    }
+    return numbers.at();
+}
+
+// The size of a JPEG file up to the marker that ends its first image; cameras put previews behind
+// it. In coded pixels, which are between the segments, 0 or a restart marker follows each 0xFF.
+std::uint64_t jpegSize(const std::filesystem::path& file) {
+    constexpr std::uint64_t kRestart = 0xD0;  // the first marker without a segment
+    constexpr std::uint64_t kEnd = 0xD9;      // the last
+    Numbers numbers(file);
+    numbers.skip(2);
+    std::uint64_t marker = 0;
+    while (marker != kEnd && !numbers.ended()) {
+        numbers.skipPast(0xFF);
+        do {
+            marker = numbers.next(1);
+        } while (marker == 0xFF);
+        const bool alone = marker <= 1 || (marker >= kRestart && marker <= kEnd);
+        if (!alone) numbers.skip(std::max<std::uint64_t>(numbers.next(2), 2) - 2);
+    }
+    return numbers.at();
+}
+
+void skipColourTable(Numbers& numbers, std::uint64_t flags) {
+    if ((flags & 0x80) != 0) numbers.skip(std::uint64_t{3} << ((flags & 7) + 1));
+}
+
+// The size of a GIF file up to its trailer, or to the first block of an unknown kind.
+std::uint64_t gifSize(const std::filesystem::path& file) {
+    constexpr std::uint64_t kExtension = 0x21;
+    constexpr std::uint64_t kImage = 0x2C;
+    Numbers numbers(file);
+    numbers.skip(10);
+    const std::uint64_t flags = numbers.next(1);
+    numbers.skip(2);
+    skipColourTable(numbers, flags);
+    for (;;) {
+        const std::uint64_t kind = numbers.next(1);
+        if (kind == kImage) {
+            numbers.skip(8);
+            skipColourTable(numbers, numbers.next(1));
+        } else if (kind != kExtension) {
+            return numbers.at();
+        }
+        numbers.skip(1);  // the label of an extension, or the code size of an image
+        while (const std::uint64_t length = numbers.next(1)) numbers.skip(length);
+    }
+}
+
 // 0 if it can't be known.
 std::uint64_t leastSize(const std::filesystem::path& file, const std::string& format) {
+    if (format == "png") return pngSize(file);
+    if (format == "jpeg") return jpegSize(file);
+    if (format == "gif") return gifSize(file);
     if (format == "psd") return psdSize(file);
     if (format != "dpx" && format != "cineon") return 0;
     Header header(file);
     return format == "dpx" ? dpxSize(header) : cineonSize(header);
 }
 
-// The formats in which every early end is noticed, by their readers or by leastSize().
+// The formats in which missing pixels are noticed, by their readers or by leastSize().
 constexpr std::array<const char*, 23> kReadFormats{
     "bmp",  "cineon", "dds", "dicom", "dpx",   "fits", "gif",      "hdr",
     "heif", "ico",    "iff", "jpeg",  "png",   "pnm",  "jpeg2000", "openexr",

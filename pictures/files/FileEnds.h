@@ -12,9 +12,10 @@ namespace pictures {
 // `format` is the library's name.
 void requireReadFormat(const std::filesystem::path& file, const std::string& format);
 
-// Throws Failure if a file is shorter than the pixels that its header promises. Knows DPX (SMPTE
-// 268M), Cineon and PSD; files of other formats pass, since the library reports their ends.
-// `format` is the library's name.
+// Throws Failure if a file is shorter than the pixels that its header promises (DPX after SMPTE
+// 268M, Cineon, PSD) or lacks the mark of its end (PNG, JPEG, GIF); what follows the mark isn't
+// looked at. Files of other formats pass, since the library reports their ends, except for what
+// follows the pixels of a TGA file: extension area and footer. `format` is the library's name.
 void requireWholeFile(const std::filesystem::path& file, const std::string& format);
 
 // Whether a message that a reader left after a successful read doesn't mean missing or wrong

@@ -32,10 +32,22 @@ public:
     const std::vector<float>& read(int top, int bottom);
 
 private:
+    struct Channel {
+        ChannelPlace place;
+        OIIO::TypeDesc type;
+        int tileHeight;  // 0 without tiles
+        // Rows of whole tiles, kept since strips may be lower than a tile.
+        std::vector<float> rows{};
+        int top = 0;
+        int bottom = 0;
+    };
+
+    void readPlane(Channel& channel, int top, int bottom, float* plane);
+    bool readTiles(Channel& channel, int top, int bottom, float* plane);
+
     std::filesystem::path file_;
     std::unique_ptr<OIIO::ImageInput> input_;
-    std::vector<ChannelPlace> channels_;
-    std::vector<OIIO::TypeDesc> types_;
+    std::vector<Channel> channels_;
     std::vector<std::string> leftOut_;
     Window window_;
     std::vector<float> planes_;

@@ -147,6 +147,8 @@ TEST_F(CameraOptions, ContradictionsAreRefused) {
     const Case cases[] = {
         {"f-stop=2", {}, "--camera lacks focal-length, sensor-width, focus (or --focus"},
         {kCamera, {}, "--camera lacks focus"},
+        {"", {}, "exif or KEY=VALUE"},
+        {whole + ",focus=3", {}, "--camera has focus twice"},
         {"focal-length", {}, "not \"focal-length\""},
         {"iso=100", {}, "exif or KEY=VALUE"},
         {"f-stop=0", {}, "a number above 0"},

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <tuple>
 
 #include "support/RunTool.h"
 #include "support/TestFiles.h"
@@ -243,10 +244,62 @@ TEST_F(RenderPictures, PassesOtherChannelsThrough) {
     for (std::size_t i = 0; i < 24; ++i) {
         EXPECT_EQ(pixels[i * 6 + static_cast<std::size_t>(z)], values[i * 6 + 4]);
     }
-    const ToolRun refused = runTool({"render", path("layers.exr"), "-o", path("x.exr"),
-                                     "--pass-through", "--region", "0,0,2,2"});
-    EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_THAT(refused.err, HasSubstr("--pass-through"));
+}
+
+// Before the pixels are read: those of the inputs can't be.
+TEST_F(RenderPictures, SaysWhyChannelsCannotPass) {
+    const std::vector<float> values(6 * 4 * 4, 0.5F);
+    auto made = imageSpec(6, 4, {"R", "G", "B", "Z"}, TypeDesc::FLOAT);
+    made.attribute("compression", "none");
+    const auto writeDamaged = [&](const std::string& name) {
+        writeValues(path(name), made, values);
+        std::string bytes = readText(path(name));
+        bytes.resize(bytes.size() - 150);
+        writeText(path(name), bytes);
+    };
+    writeDamaged("in.exr");
+    made.attribute("Orientation", 6);
+    writeDamaged("turned.exr");
+    made.attribute("Orientation", 1);
+    made.full_width = 4;
+    writeDamaged("scan.exr");
+    made.full_width = 9;
+    writeDamaged("small.exr");
+    using Case = std::tuple<const char*, const char*, std::vector<std::string>, const char*>;
+    const Case cases[] = {
+        {"in.exr", "x.png", {}, "an EXR to write, not PNG; name one with -o"},
+        {"turned.exr", "x.exr", {}, "is turned upright"},
+        {"in.exr", "x.exr", {"--downsample", "1/2"}, "leave out --downsample"},
+        {"in.exr", "x.exr", {"--region", "0,0,2,2"}, "leave out --region"},
+        {"in.exr", "x.exr", {"--keep-overscan", "--edge-behavior", "off"}, "out --keep-overscan"},
+        {"scan.exr", "x.exr", {"--crop-to-display"}, "leave out --crop-to-display"},
+        {"small.exr", "x.exr", {}, "doesn't cover the display window"}};
+    for (const auto& [input, output, options, words] : cases) {
+        std::vector<std::string> all{"render", path(input), "-o", path(output), "--pass-through"};
+        all.insert(all.end(), options.begin(), options.end());
+        const ToolRun run = runTool(all);
+        EXPECT_EQ(run.exitCode, 2) << words;
+        EXPECT_THAT(run.err, HasSubstr(words));
+    }
+}
+
+// More rows than a strip has, in tiles that don't divide them, some of them cut by the edges.
+TEST_F(RenderPictures, PassesTilesThrough) {
+    constexpr int kWidth = 1100;
+    constexpr int kHeight = 1300;
+    auto made = imageSpec(kWidth, kHeight, {"R", "G", "B", "Z"}, TypeDesc::FLOAT);
+    made.x = made.full_x = -3;
+    made.y = made.full_y = 5;
+    made.tile_width = 64;
+    made.tile_height = 48;
+    std::vector<float> values(std::size_t{kWidth} * kHeight * 4, 0.25F);
+    for (std::size_t i = 3; i < values.size(); i += 4) values[i] = static_cast<float>(i);
+    writeValues(path("tiles.exr"), made, values);
+    render("tiles.exr", "out.exr", {"--blur-radius", "0", "--pass-through"});
+    OIIO::ImageSpec found;
+    const auto pixels = read("out.exr", found);
+    ASSERT_EQ(found.channelindex("Z"), 3);
+    EXPECT_TRUE(pixels == values);
 }
 
 // The spot of a point has the shape of a circle on the screen.

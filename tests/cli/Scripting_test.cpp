@@ -10,6 +10,7 @@ namespace {
 
 using OIIO::TypeDesc;
 using testing::HasSubstr;
+using testing::Not;
 
 class Scripting : public FolderTest {
 protected:
@@ -163,6 +164,23 @@ TEST_F(Scripting, WhatLiesOutsideIsNoted) {
         render("grey.png", {"--region", "-2,0,9,9", "--keep-overscan", "--edge-behavior", "off"},
                "out.png");
     EXPECT_EQ(overscan.err, "");
+}
+
+// A region may reach into the pixels beyond the display window, unless these are left out.
+TEST_F(Scripting, RegionsAreCutToTheImageWithItsOverscan) {
+    auto made = imageSpec(28, 24, {"Y"}, OIIO::TypeDesc::FLOAT);
+    made.x = -4;
+    made.y = -2;
+    made.full_width = made.full_height = 20;
+    writeValues(path("scan.exr"), made, std::vector<float>(std::size_t{28} * 24, 0.5F));
+    EXPECT_THAT(render("scan.exr", {"--region", "18,18,4,4"}, "out.exr").err,
+                Not(HasSubstr("--region")));
+    EXPECT_THAT(render("scan.exr", {"--region", "-9,0,9,9"}, "out.exr").err,
+                HasSubstr("cut to -4,0,4,9: the rest is outside the image, which has 28x24 pixels "
+                          "from -4,-2\n"));
+    EXPECT_THAT(
+        render("scan.exr", {"--region", "18,18,4,4", "--crop-to-display"}, "out.exr").err,
+        HasSubstr("cut to 18,18,2,2: the rest is outside the image, which has 20x20 pixels\n"));
 }
 
 TEST_F(Scripting, APgmIsGrey) {
