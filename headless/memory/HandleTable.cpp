@@ -22,7 +22,7 @@ constexpr int kGuardByte = 0xB5;
 
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
 
-// Memory for a block, not cleared, to be freed with std::free; null if there is none. A large block
+// Memory for a block, to be freed with std::free; null if there is none. Small blocks are cleared. A large block
 // is walked along its columns too, a page for each row: huge pages, where the system gives them,
 // save most of the look-ups.
 std::byte* allocate(std::size_t size) {
@@ -34,7 +34,7 @@ std::byte* allocate(std::size_t size) {
         return static_cast<std::byte*>(memory);
     }
 #endif
-    return static_cast<std::byte*>(std::malloc(size));
+    return static_cast<std::byte*>(std::calloc(size, 1));
 }
 
 // The payload's position in `memory`: after a guard, and with a cache line starting after the

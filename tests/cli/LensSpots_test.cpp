@@ -135,8 +135,8 @@ TEST_F(LensSpots, HaveItWithAnyFocusLayersAndScale) {
     const Spots cases[] = {{.radius = 15.0, .focus = 1.6},
                            {.radius = 15.0, .focus = 200.0},
                            {.radius = 15.0, .layers = "3", .inverted = true},
-                           {.radius = 30.0, .layers = "6", .reduction = 2},
-                           {.radius = 15.0, .layers = "6", .reduction = 3},
+                           {.radius = 30.0, .layers = "5", .reduction = 2},
+                           {.radius = 15.0, .layers = "5", .reduction = 3},
                            {.radius = 15.0, .breathing = true}};
     for (const Spots& spots : cases) {
         use(spots);
