@@ -22,15 +22,18 @@ constexpr int kGuardByte = 0xB5;
 
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
 
-// Memory for a block, to be freed with std::free; null if there is none. Small blocks are cleared. A large block
-// is walked along its columns too, a page for each row: huge pages, where the system gives them,
-// save most of the look-ups.
+// Cleared memory for a block, to be freed with std::free; null if there is none. A large block is
+// walked along its columns too, a page for each row: huge pages, where the system gives them, save
+// most of the look-ups.
 std::byte* allocate(std::size_t size) {
 #ifdef __linux__
     if (size >= kHugePage) {
         const std::size_t whole = (size + kHugePage - 1) / kHugePage * kHugePage;
         void* const memory = std::aligned_alloc(kHugePage, whole);
-        if (memory) madvise(memory, whole, MADV_HUGEPAGE);  // only a wish
+        if (memory) {
+            madvise(memory, whole, MADV_HUGEPAGE);  // only a wish
+            std::memset(memory, 0, whole);
+        }
         return static_cast<std::byte*>(memory);
     }
 #endif
