@@ -91,7 +91,7 @@ int runParts(BenchFrame& frame, PF_PixelFormat format, Parts& parts) {
     timed(parts.kernels,
           [&] { return KernelBuild<N>(&in_data, context, info, worlds, filter).run(); });
     timed(parts.bankTransform,
-          [&] { return RealFFT2D<N, N>(weights, filter.data(), size).forward(context); });
+          [&] { return RealFFT2D<N>(weights, filter.data(), size).forward(context); });
 
     BlockStages<N> stages(context, info, *frame.input.layer(), *frame.output.layer(), format,
                           filter, weights, block);

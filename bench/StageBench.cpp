@@ -85,7 +85,7 @@ void unpack(benchmark::State& state, PF_PixelFormat format) {
 template <std::size_t N, int K>
 void multiply(benchmark::State& state) {
     BenchBlock<N> bench(PF_PixelFormat_ARGB128);
-    constexpr LaneGroups kAll = (LaneGroups{1} << BlockLayout<N>::kGroups) - 1;
+    constexpr LaneGroups kAll = allGroups(BlockLayout<N>::kGroups);
     bench.run(state, MultiplyReal<N, K>(bench.filter, bench.block, kAll));
 }
 

@@ -96,8 +96,7 @@ public:
 
     void fill() { fillWithNoise(&data_[0][0], data_.size() * kLanes); }
     void transform() {
-        constexpr std::size_t kGroup = std::min<std::size_t>(kLanes, 20);
-        RealFFT2D<kLanes, kGroup> transform(weights_, data_.data(), size_);
+        RealFFT2D<kLanes> transform(weights_, data_.data(), size_);
         transform.forward(context_);
         transform.inverse(context_, {0, size_});
         benchmark::DoNotOptimize(data_.data());

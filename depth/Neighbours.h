@@ -34,19 +34,16 @@ struct RowRun {
     }
 };
 
-// The number of pixels that an item of an iteration over a block works on; the other items of a run
-// return at once.
-constexpr std::uint32_t kDepthRun = 16;
-
 // Calls `work(RowRun)` for the run that begins with pixel `index` of a block, if one does: once, or
 // once for each row that it touches.
 template <class Work>
 void forRun(const iRect& rect, int index, Work&& work) {
+    constexpr auto kRun = static_cast<std::uint32_t>(kPixelRun);
     auto first = static_cast<std::uint32_t>(index);
-    if (first % kDepthRun != 0) return;
+    if (first % kRun != 0) return;
     const auto width = static_cast<std::uint32_t>(rect.width());
     const auto height = static_cast<std::uint32_t>(rect.height());
-    const std::uint32_t end = std::min(first + kDepthRun, width * height);
+    const std::uint32_t end = std::min(first + kRun, width * height);
     while (first < end) {
         const std::uint32_t row = first / width;
         const std::uint32_t col = first % width;

@@ -18,6 +18,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "transform/LaneGroups.h"
 #include "transform/VectorElements.h"
 
 // A rectangle of pixels in the output world's coordinates; right and bottom are exclusive.
@@ -31,6 +32,10 @@ struct iRect {
     constexpr std::int32_t height() const { return bottom - top; }
 };
 
+// Pixels or positions of a block that one item of an iteration works on: the first item of a run
+// does the work of all, and the others return at once.
+constexpr std::size_t kPixelRun = 16;
+
 // Element types of a frame with N depth layers, N from 1 to 16.
 template <std::size_t N>
 struct BlockLayout {
@@ -40,11 +45,21 @@ struct BlockLayout {
     // Of these, what Normal fills before the multiply stage: colours, and each layer's weight.
     static constexpr std::size_t kForwardChannels = N == 1 ? kColours : kColours + N;
 
-    // From the multiply stage on, lanes are worked on in groups of up to four layers, and groups
-    // that no pixel of a block is in are left out.
-    static constexpr std::size_t kGroupLayers = std::min<std::size_t>(N, 4);
-    static constexpr std::size_t kGroupChannels = kChannels / N * kGroupLayers;
+    // From the multiply stage on, lanes are worked on in groups of whole layers, and groups that no
+    // pixel of a block is in are left out.
+    static constexpr std::size_t kGroupLayers = std::min(N, kGroupLanes / kLayerChannels);
     static constexpr std::size_t kGroups = (N + kGroupLayers - 1) / kGroupLayers;
+    static_assert(kGroupLanes % kLayerChannels == 0);
+
+    // Layers `first` to `last` - 1 of a group.
+    struct LayerRange {
+        std::size_t first;
+        std::size_t last;
+    };
+    static constexpr LayerRange layersOf(std::size_t group) {
+        const std::size_t first = group * kGroupLayers;
+        return {first, std::min(N, first + kGroupLayers)};
+    }
 
     // What the block buffer stores.
     using Element = ET::vecT<double, kChannels>;

@@ -80,8 +80,7 @@ private:
 
     // The transform of the layers in use.
     auto layers() {
-        return RealFFT2D<Layout::kChannels, Layout::kGroupChannels>(weights_, block_.data(),
-                                                                    filter_.size, groups_);
+        return RealFFT2D<Layout::kChannels>(weights_, block_.data(), filter_.size, groups_);
     }
 
     template <class Stage>
@@ -160,7 +159,7 @@ template <std::size_t N>
 int BlockStages<N>::forward() {
     if (info_.compositeMode == kCompositeNormal) {
         return RealFFT2D<Layout::kChannels, Layout::kForwardChannels>(weights_, block_.data(),
-                                                                      filter_.size, 1)
+                                                                      filter_.size)
             .forward(context_);
     }
     if (info_.compositeMode == kCompositeSplit) return layers().forward(context_);

@@ -3,7 +3,6 @@
 // The middle stage of a block: its spectrum times the spectra of the kernel bank, in place, for the
 // half spectra of real samples.
 
-#include <algorithm>
 #include <cstddef>
 
 #include "host/Vector.h"
@@ -11,7 +10,7 @@
 #include "pipeline/BlockLayout.h"
 #include "pipeline/SpectralProduct.h"
 #include "transform/EvenShare.h"
-#include "transform/RealFFT2D.h"
+#include "transform/LaneGroups.h"
 
 // The iteration has an item for each position of a whole block; those that work multiply runs of
 // positions of the rows 0 to size / 2.
@@ -26,7 +25,7 @@ public:
         : filter_(filter),
           block_(block),
           groups_(groups),
-          share_((filter.size / 2 + 1) * filter.size / kRun, filter.size * filter.size) {}
+          share_((filter.size / 2 + 1) * filter.size / kPixelRun, filter.size * filter.size) {}
 
     // Always returns 0.
     int iterate(int, int item, int) {
@@ -35,11 +34,10 @@ public:
     }
 
 private:
-    static constexpr std::size_t kRun = 16;
     using Layout = BlockLayout<N>;
 
     ORBEL_OUT_OF_LINE void multiplyRun(std::size_t run) {
-        for (std::size_t p = kRun * run; p < kRun * (run + 1); ++p) multiply(p);
+        for (std::size_t p = kPixelRun * run; p < kPixelRun * (run + 1); ++p) multiply(p);
     }
 
     // The conjugate of a kernel's spectrum mirrors the kernel through its origin: the builder
@@ -50,10 +48,10 @@ private:
         typename Layout::KernelElement ki;
         ki = -filter_[2 * position + 1];
         for (std::size_t g = Layout::kGroups; g-- > 0;) {
-            if ((groups_ >> g & 1) == 0) continue;
-            const std::size_t first = g * Layout::kGroupLayers;
+            if (!contains(groups_, g)) continue;
+            const auto [first, last] = Layout::layersOf(g);
             SpectralProduct<N, K>::layers(kr, ki, block_[2 * position], block_[2 * position + 1],
-                                          first, std::min(N, first + Layout::kGroupLayers));
+                                          first, last);
         }
     }
 

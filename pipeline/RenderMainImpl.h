@@ -52,7 +52,7 @@ int RenderMainT(PF_InData* in_data, AEO::InData& context, PF_LayerDef* input, PF
 
     err = KernelBuild<N>(in_data, context, info, worlds.suite, filter).run();
     if (err) return err;
-    err = RealFFT2D<N, N>(weights, filter.data(), size).forward(context);
+    err = RealFFT2D<N>(weights, filter.data(), size).forward(context);
     if (err) return err;
 
     BlockStages<N> stages(context, info, *input, *output, pixelFormat, filter, weights, block);

@@ -14,16 +14,16 @@
 #include "pipeline/ExposureCurve.h"
 #include "pipeline/LayerMix.h"
 #include "pipeline/PixelTraits.h"
-#include "transform/RealFFT2D.h"
+#include "transform/LaneGroups.h"
 
-// Fills one block of B x B pixels, B being a multiple of kRun. Item i of the iteration is pixel i
-// of the block rectangle, which may be outside the input. The first item of each run of kRun pixels
-// fills the real and imaginary elements of the whole run; the others return at once.
+// Fills one block of B x B pixels, B being a multiple of kPixelRun. Item i of the iteration is
+// pixel i of the block rectangle, which may be outside the input. The first item of each run of
+// kPixelRun pixels fills the real and imaginary elements of the whole run; the others return at
+// once.
 template <class Pixel, std::size_t N>
 class StoreBuffer {
 public:
     using Element = typename BlockLayout<N>::Element;
-    static constexpr std::size_t kRun = 16;
 
     // Keeps its arguments by reference and allocates nothing. `depth` and `edge` hold one value per
     // pixel of the block; both are empty with N = 1, and `edge` is without edge suppression.
@@ -40,7 +40,7 @@ public:
     // Stores the run that begins with pixel `index`, if one does. Always returns 0.
     int iterate(int, int index, int) {
         const auto first = static_cast<std::size_t>(index);
-        if (first % kRun == 0) storeRun(first);
+        if (first % kPixelRun == 0) storeRun(first);
         return PF_Err_NONE;
     }
 
@@ -54,10 +54,10 @@ public:
 private:
     // The colours of a run, expanded and multiplied by alpha; red, green and blue of a pixel stand
     // side by side.
-    using Light = ET::vecT<double, 3 * kRun>;
+    using Light = ET::vecT<double, 3 * kPixelRun>;
     struct Colours {
         Light light;
-        double alpha[kRun];
+        double alpha[kPixelRun];
     };
 
     // The weights of layers `first` and `first` + 1; all others have none.
@@ -102,8 +102,8 @@ void StoreBuffer<Pixel, N>::storeRun(std::size_t first) {
     expandRun(first, colours);
     // Imaginary halves, and the lanes of layers that a pixel isn't in. In one piece, since the
     // library's way of clearing much memory doesn't read it first.
-    std::memset(static_cast<void*>(&block_[2 * first]), 0, 2 * kRun * sizeof(Element));
-    for (std::size_t i = 0; i < kRun; ++i) {
+    std::memset(static_cast<void*>(&block_[2 * first]), 0, 2 * kPixelRun * sizeof(Element));
+    for (std::size_t i = 0; i < kPixelRun; ++i) {
         Element& real = block_[2 * (first + i)];
         if constexpr (N == 1) {
             writeColour(real, colours, i);
@@ -170,7 +170,7 @@ void StoreBuffer<Pixel, N>::readRun(std::size_t index, Colours& colours) const {
     std::int32_t y = row + rect_.top + info_.output->origin_y - info_.input->origin_y;
     if (info_.repeatEdge) y = std::min(std::max(y, 0), input_.height - 1);
     const bool rowInside = y >= 0 && y < input_.height;
-    for (std::size_t i = 0; i < kRun; ++i) {
+    for (std::size_t i = 0; i < kPixelRun; ++i) {
         std::int32_t x = left + static_cast<std::int32_t>(i);
         if (info_.repeatEdge) x = std::min(std::max(x, 0), input_.width - 1);
         double* const light = &colours.light[3 * i];
@@ -197,7 +197,7 @@ void StoreBuffer<Pixel, N>::expandRun(std::size_t index, Colours& colours) const
                            SameForAllLanes{1.0 / info_.exposure}, info_.threshold);
         }
     }
-    for (std::size_t i = 0; i < kRun; ++i) {
+    for (std::size_t i = 0; i < kPixelRun; ++i) {
         for (std::size_t c = 0; c < 3; ++c) colours.light[3 * i + c] *= colours.alpha[i];
     }
 }
@@ -209,7 +209,7 @@ template <class Pixel, std::size_t N>
 void StoreBuffer<Pixel, N>::expandLocally(std::size_t index, Colours& colours) const {
     Light exposures;
     Light reciprocals;
-    for (std::size_t i = 0; i < kRun; ++i) {
+    for (std::size_t i = 0; i < kPixelRun; ++i) {
         const double above = static_cast<double>(edge_[index + i]) - info_.edgeThreshold;
         const double exposure = info_.exposure * (1.0 - bounded(info_.edgeLeak * above, 0.0, 1.0));
         for (std::size_t c = 0; c < 3; ++c) {
@@ -224,8 +224,8 @@ void StoreBuffer<Pixel, N>::expandLocally(std::size_t index, Colours& colours) c
 template <class Pixel, std::size_t N>
 void StoreBuffer<Pixel, N>::note(const LayerShare& share) {
     constexpr std::size_t kLayers = BlockLayout<N>::kGroupLayers;
-    LaneGroups used = LaneGroups{1} << share.first / kLayers;
-    if (share.next != 0.0) used |= LaneGroups{1} << (share.first + 1) / kLayers;
+    LaneGroups used = groupBit(share.first / kLayers);
+    if (share.next != 0.0) used |= groupBit((share.first + 1) / kLayers);
     if ((used & ~groups_.load(std::memory_order_relaxed)) != 0) groups_ |= used;
 }
 

@@ -12,7 +12,7 @@
 #include "pipeline/BlockLayout.h"
 #include "pipeline/ExposureCurve.h"
 #include "pipeline/PixelTraits.h"
-#include "transform/RealFFT2D.h"
+#include "transform/LaneGroups.h"
 
 // Writes the pixels of one tile. Item i of the iteration is pixel i of the tile; the apron of the
 // block around it is never read. The first item of each run of kRun pixels writes the whole run, so
@@ -21,14 +21,14 @@ template <class Pixel, std::size_t N>
 class UnpackBuffer {
 public:
     using Element = typename BlockLayout<N>::Element;
-    static constexpr int kRun = 16;
+    static constexpr int kRun = static_cast<int>(kPixelRun);
 
     // Copies the rectangles and keeps the rest by reference. `tile` is inside `block`; both are in
     // the output's coordinates. `buffer` holds the block after the inverse transform. Layers
     // outside `groups` have no weight in the block and aren't read.
     UnpackBuffer(const RenderInfo& info, const Filter<N>& filter,
                  const AEO::Vector<Element>& buffer, const iRect& tile, const iRect& block,
-                 PF_LayerDef& output, LaneGroups groups = ~LaneGroups{0})
+                 PF_LayerDef& output, LaneGroups groups = allGroups(BlockLayout<N>::kGroups))
         : info_(info),
           filter_(filter),
           tile_(tile),
@@ -140,11 +140,9 @@ template <class Add>
 void UnpackBuffer<Pixel, N>::forLayers(const Element& channels, Add&& add) const {
     using Layout = BlockLayout<N>;
     for (std::size_t g = 0; g < Layout::kGroups; ++g) {
-        if ((groups_ >> g & 1) == 0) continue;
-        const std::size_t end = std::min(Layout::kChannels, (g + 1) * Layout::kGroupChannels);
-        for (std::size_t c = g * Layout::kGroupChannels; c < end; c += Layout::kLayerChannels) {
-            add(&channels[c]);
-        }
+        if (!contains(groups_, g)) continue;
+        const auto [first, last] = Layout::layersOf(g);
+        for (std::size_t i = first; i < last; ++i) add(&channels[Layout::kLayerChannels * i]);
     }
 }
 

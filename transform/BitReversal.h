@@ -1,38 +1,53 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
-// Permutations that bring the samples of a transform from bit-reversed into natural order. They
-// move whole elements of T: sample j is the pair a[2j], a[2j + 1].
+// Permutations that bring the samples of a transform from bit-reversed into natural order. Sample j
+// is the pair of elements a[2j], a[2j + 1].
 
 #include <cstddef>
 #include <initializer_list>
 
 #include "transform/Prefetch.h"
+#include "transform/VectorElements.h"
 
 namespace fft {
 
-// Exchanges samples as they are.
-struct PlainMove {
+// What of a sample moves: its elements with their dead lanes, or the live lanes alone.
+struct WholeElements {
     template <class T>
-    static constexpr std::size_t kBytes = sizeof(T);  // that move
+    static constexpr std::size_t kBytes = sizeof(T);  // of an element
 
     template <class T>
     static void exchange(T* x, T* y) {
         swap(x[0], y[0]);
         swap(x[1], y[1]);
     }
+};
+
+struct LiveLanes {
+    template <class T>
+    static constexpr std::size_t kBytes = T::kLanes * sizeof(double);
+
+    template <class T>
+    ORBEL_LANE_INLINE static void exchange(T* x, T* y) {
+        ET::exchangeLanes(x[0], y[0]);
+        ET::exchangeLanes(x[1], y[1]);
+    }
+};
+
+// Exchanges samples as they are.
+template <class Extent>
+struct PlainMove : Extent {
     template <class T>
     static void keep(T*) {}
 };
 
 // Exchanges samples and conjugates them; the negation, the only arithmetic, is confined to live
 // lanes.
-struct ConjugateMove {
-    template <class T>
-    static constexpr std::size_t kBytes = sizeof(T);
-
+template <class Extent>
+struct ConjugateMove : Extent {
     template <class T>
     static void exchange(T* x, T* y) {
-        PlainMove::exchange(x, y);
+        Extent::exchange(x, y);
         keep(x);
         keep(y);
     }
@@ -132,7 +147,7 @@ void reverseFew(T* a) {
     for (int j = 0; j < 1 << kBits; ++j) {
         int reversed = 0;
         for (int bit = 0; bit < kBits; ++bit) reversed |= (j >> bit & 1) << (kBits - 1 - bit);
-        if (j < reversed) PlainMove::exchange(a + 2 * j, a + 2 * reversed);
+        if (j < reversed) WholeElements::exchange(a + 2 * j, a + 2 * reversed);
     }
 }
 
@@ -141,7 +156,8 @@ template <int kBits, class T>
 void reverseFewNegated(T* a) {
     constexpr int kSamples = 1 << kBits;
     reverseFew<kBits>(a);
-    for (int j = 1; j < kSamples / 2; ++j) PlainMove::exchange(a + 2 * j, a + 2 * (kSamples - j));
+    for (int j = 1; j < kSamples / 2; ++j)
+        WholeElements::exchange(a + 2 * j, a + 2 * (kSamples - j));
 }
 
 }  // namespace fft
@@ -149,11 +165,14 @@ void reverseFewNegated(T* a) {
 // Bit reversal of the n / 2 samples of `a`; n > 32, with the seeds of makewt for nw >= n / 4.
 template <class T>
 void bitrv2(int n, const int* ip, T* a) {
-    fft::BitReversal<fft::PlainMove, T>(n, ip, a, static_cast<std::size_t>(n)).run();
+    fft::BitReversal<fft::PlainMove<fft::WholeElements>, T>(n, ip, a, static_cast<std::size_t>(n))
+        .run();
 }
 
 // The same permutation, with every imaginary part negated.
 template <class T>
 void bitrv2conj(int n, const int* ip, T* a) {
-    fft::BitReversal<fft::ConjugateMove, T>(n, ip, a, static_cast<std::size_t>(n)).run();
+    fft::BitReversal<fft::ConjugateMove<fft::WholeElements>, T>(n, ip, a,
+                                                                static_cast<std::size_t>(n))
+        .run();
 }

@@ -8,6 +8,7 @@
 #include "host/Iterator.h"
 #include "transform/ComplexFFT.h"
 #include "transform/FFT2D.h"
+#include "transform/Tiles.h"
 
 // One row pass: item i transforms row i.
 template <class T>
@@ -35,8 +36,7 @@ struct FFT2Dn1 {
 // with their mirrors.
 template <class T>
 struct Flip {
-    static constexpr std::size_t kTile = 8;  // edge in samples
-    static constexpr std::size_t kItems = 2 * kTile * kTile;
+    static constexpr std::size_t kItems = 2 * fft::kTile * fft::kTile;
 
     T* data;
     std::size_t size;
@@ -48,15 +48,12 @@ struct Flip {
     }
 
 private:
-    // Rows of tiles from both ends in turn, since those at the top have less to do: that keeps the
-    // shares of the threads alike.
     ORBEL_OUT_OF_LINE void flip(std::size_t tile) const {
-        const std::size_t across = size / kTile;
-        const std::size_t order = tile / across;
-        const std::size_t row = order % 2 == 0 ? order / 2 : across - 1 - order / 2;
-        const std::size_t left = tile % across * kTile;
-        for (std::size_t y = row * kTile; y < (row + 1) * kTile; ++y) {
-            for (std::size_t x = left; x < left + kTile && x < y; ++x) {
+        const std::size_t across = size / fft::kTile;
+        const std::size_t top = fft::fromBothEnds(tile / across, across) * fft::kTile;
+        const std::size_t left = tile % across * fft::kTile;
+        for (std::size_t y = top; y < top + fft::kTile; ++y) {
+            for (std::size_t x = left; x < left + fft::kTile && x < y; ++x) {
                 T* const sample = data + 2 * (y * size + x);
                 T* const mirror = data + 2 * (x * size + y);
                 swap(sample[0], mirror[0]);

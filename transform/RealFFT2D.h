@@ -15,14 +15,12 @@
 // Nothing is scaled: forward and inverse together multiply by size x size. Both have the iterations
 // of FFT2D: rows, transposition, rows, with as many items each.
 //
-// Lanes are cut into groups of kWidth, the last of which may be narrower. A pass works group after
-// group: a row's share of one group fits into the first-level cache when the row doesn't, and
-// groups that aren't in use are left out.
+// The last group of lanes may be narrower than the others.
 
 #include <cstddef>
-#include <cstdint>
 
 #include "transform/FFT2D.h"
+#include "transform/LaneGroups.h"
 #include "transform/VectorElements.h"
 
 // Rows first to last - 1 of a block.
@@ -31,17 +29,14 @@ struct RowRange {
     std::size_t last;
 };
 
-// A set of lane groups, group g being bit g.
-using LaneGroups = std::uint32_t;
-
-// Cheap to construct; owns nothing. Elements have kCell lanes. Instances for blocks and kernel
-// banks are compiled in this layer.
-template <std::size_t kCell, std::size_t kWidth>
+// Cheap to construct; owns nothing. Elements have kCell lanes, of which the first kLanes are
+// transformed. Instances for blocks and kernel banks are compiled in this layer.
+template <std::size_t kCell, std::size_t kLanes = kCell>
 class RealFFT2D {
 public:
     using Element = ET::vecT<double, kCell>;
-    static constexpr std::size_t kGroups = (kCell + kWidth - 1) / kWidth;
-    static constexpr LaneGroups kAllGroups = (LaneGroups{1} << kGroups) - 1;
+    static constexpr std::size_t kGroups = (kLanes + kGroupLanes - 1) / kGroupLanes;
+    static constexpr LaneGroups kAllGroups = allGroups(kGroups);
 
     // `size` is the one that `weights` were made for. Lanes outside `groups` are neither read nor
     // changed.

@@ -10,51 +10,15 @@
 #include "transform/ComplexFFT.h"
 #include "transform/EvenShare.h"
 #include "transform/RealFFT2D.h"
+#include "transform/Tiles.h"
 
 namespace fft {
-
-// ---- Samples: pairs of a real and an imaginary element, by their live lanes.
 
 template <class T>
 ORBEL_LANE_INLINE void copySample(T* to, const T* from) {
     ET::copyLanes(to[0], from[0]);
     ET::copyLanes(to[1], from[1]);
 }
-
-template <class T>
-ORBEL_LANE_INLINE void exchangeSamples(T* x, T* y) {
-    ET::exchangeLanes(x[0], y[0]);
-    ET::exchangeLanes(x[1], y[1]);
-}
-
-// Moves of the bit reversal that leave dead lanes where they are.
-struct LiveMove {
-    template <class T>
-    static constexpr std::size_t kBytes = T::kLanes * sizeof(double);
-
-    template <class T>
-    static void exchange(T* x, T* y) {
-        exchangeSamples(x, y);
-    }
-    template <class T>
-    static void keep(T*) {}
-};
-
-struct LiveConjugateMove {
-    template <class T>
-    static constexpr std::size_t kBytes = T::kLanes * sizeof(double);
-
-    template <class T>
-    static void exchange(T* x, T* y) {
-        exchangeSamples(x, y);
-        keep(x);
-        keep(y);
-    }
-    template <class T>
-    static void keep(T* x) {
-        x[1] = -x[1];
-    }
-};
 
 // ---- Two real rows a and b in one complex row a + i b. `pair` points to the row of the block that
 // holds a; the row of b begins n elements later. The spectrum A + i B of the joined row holds both:
@@ -76,7 +40,7 @@ void transformRow(int n, T* row, const RowTables& tables, std::size_t ahead, Vie
     const auto [ip, nw, w] = tables;
     splitWhole<false>(n, row, &w[nw - (n >> 2)], view);
     finishPasses(n, row, nw, w);
-    BitReversal<LiveMove, T>(n, ip, row, ahead).run();
+    BitReversal<PlainMove<LiveLanes>, T>(n, ip, row, ahead).run();
 }
 
 template <class T>
@@ -84,7 +48,7 @@ void transformRowBack(int n, T* row, const RowTables& tables, std::size_t ahead)
     const auto [ip, nw, w] = tables;
     cftb1st(n, row, &w[nw - (n >> 2)]);
     finishPasses(n, row, nw, w);
-    BitReversal<LiveConjugateMove, T>(n, ip, row, ahead).run();
+    BitReversal<ConjugateMove<LiveLanes>, T>(n, ip, row, ahead).run();
 }
 
 template <class T>
@@ -147,10 +111,7 @@ void joinSpectra(int n, T* pair) {
 
 // ---- The transposition between columns 0 to size / 2 and rows 0 to size / 2 of a block: the upper
 // left quarter is transposed in place, and the other samples move between the lower left and the
-// upper right quarter. The work is cut into tiles, so that the lines of both places stay in the
-// cache.
-
-constexpr std::size_t kTile = 8;  // edge of a tile in samples
+// upper right quarter.
 
 template <class T>
 class HalfFlip {
@@ -180,7 +141,7 @@ private:
         for (std::size_t y = top; y < top + kTile; ++y) {
             for (std::size_t x = left; x < left + kTile && x < y; ++x) {
                 if (y <= middle) {
-                    exchangeSamples(at(y, x), at(x, y));
+                    LiveLanes::exchange(at(y, x), at(x, y));
                 } else {
                     move(y, x);
                 }
@@ -199,7 +160,7 @@ private:
 }  // namespace fft
 
 // The block of a transform, its tables, and the walk over the lane groups in use.
-template <std::size_t kCell, std::size_t kWidth>
+template <std::size_t kCell, std::size_t kLanes>
 struct RealBlock {
     FFTWeights& weights;
     ET::vecT<double, kCell>* elements;
@@ -209,28 +170,31 @@ struct RealBlock {
     // Calls `work` with the block as an array of cells whose live lanes are those of a group.
     template <class Work>
     void forGroups(Work&& work) const {
-        constexpr std::size_t kWhole = kCell / kWidth;
-        constexpr std::size_t kRest = kCell % kWidth;
+        using Transform = RealFFT2D<kCell, kLanes>;
+        constexpr std::size_t kLast = Transform::kGroups - 1;
         // One walk over all lanes is faster than several.
-        if (groups == RealFFT2D<kCell, kWidth>::kAllGroups) {
-            work(ET::viewLanes<kCell>(elements));
+        if (groups == Transform::kAllGroups) {
+            work(ET::viewLanes<kLanes>(elements));
             return;
         }
-        for (std::size_t g = 0; g < kWhole; ++g) {
-            if ((groups >> g & 1) != 0) work(ET::viewLanes<kWidth>(elements, g * kWidth));
-        }
-        if constexpr (kRest > 0) {
-            if ((groups >> kWhole & 1) != 0) {
-                work(ET::viewLanes<kRest>(elements, kWhole * kWidth));
+        if constexpr (kLast > 0) {
+            for (std::size_t g = 0; g < kLast; ++g) {
+                if (contains(groups, g)) {
+                    work(ET::viewLanes<kGroupLanes>(elements, g * kGroupLanes));
+                }
+            }
+            if (contains(groups, kLast)) {
+                constexpr std::size_t kFirst = kLast * kGroupLanes;
+                work(ET::viewLanes<kLanes - kFirst>(elements, kFirst));
             }
         }
     }
 };
 
 // The pass over real rows, two at a time; on the way back only over pairs that hold one of `rows`.
-template <std::size_t kCell, std::size_t kWidth>
+template <std::size_t kCell, std::size_t kLanes>
 struct RealRowPass {
-    RealBlock<kCell, kWidth> block;
+    RealBlock<kCell, kLanes> block;
     bool back;
     RowRange rows;
     EvenShare pairs{(rows.last + 1) / 2 - rows.first / 2, block.size};
@@ -259,9 +223,9 @@ struct RealRowPass {
 };
 
 // The pass over the columns, which lie in rows 0 to size / 2.
-template <std::size_t kCell, std::size_t kWidth>
+template <std::size_t kCell, std::size_t kLanes>
 struct RealColumnPass {
-    RealBlock<kCell, kWidth> block;
+    RealBlock<kCell, kLanes> block;
     bool back;
     EvenShare columns{block.size / 2 + 1, block.size};
 
@@ -283,11 +247,11 @@ struct RealColumnPass {
 };
 
 // The transposition, by tiles of the left half.
-template <std::size_t kCell, std::size_t kWidth>
+template <std::size_t kCell, std::size_t kLanes>
 class RealFlip {
 public:
     // On the way back only the `wanted` rows matter.
-    RealFlip(const RealBlock<kCell, kWidth>& elements, bool inverse, const RowRange& wanted)
+    RealFlip(const RealBlock<kCell, kLanes>& elements, bool inverse, const RowRange& wanted)
         : block_(elements), back_(inverse), rows_(wanted), down_(block_.size / fft::kTile) {}
 
     int iterate(int, int item, int) const {
@@ -300,12 +264,10 @@ private:
     // For each tile of the left half: 2 B^2 items, B^2 / (2 kTile^2) tiles.
     static constexpr std::size_t kItems = 4 * fft::kTile * fft::kTile;
 
-    // Tiles above the diagonal have nothing to do; columns from both ends in turn keep the shares
-    // of the threads alike.
+    // Tiles above the diagonal have nothing to do.
     ORBEL_OUT_OF_LINE void flip(std::size_t unit) const {
-        const std::size_t order = unit / down_;
         const std::size_t row = unit % down_;
-        const std::size_t column = order % 2 == 0 ? order / 2 : down_ / 2 - 1 - order / 2;
+        const std::size_t column = fft::fromBothEnds(unit / down_, down_ / 2);
         if (row < column) return;
         block_.forGroups([&](auto* elements) {
             const fft::HalfFlip halves(elements, block_.size);
@@ -317,33 +279,33 @@ private:
         });
     }
 
-    RealBlock<kCell, kWidth> block_;
+    RealBlock<kCell, kLanes> block_;
     bool back_;
     RowRange rows_;
     std::size_t down_;  // tiles of a column
 };
 
-template <std::size_t kCell, std::size_t kWidth>
-int RealFFT2D<kCell, kWidth>::forward(AEO::InData& context) {
-    const RealBlock<kCell, kWidth> block{weights_, block_, size_, groups_};
+template <std::size_t kCell, std::size_t kLanes>
+int RealFFT2D<kCell, kLanes>::forward(AEO::InData& context) {
+    const RealBlock<kCell, kLanes> block{weights_, block_, size_, groups_};
     const RowRange all{0, size_};
     const int rows = static_cast<int>(size_);
-    RealRowPass<kCell, kWidth> rowPass{block, false, all};
+    RealRowPass<kCell, kLanes> rowPass{block, false, all};
     if (const int result = AEO::Iterator::IterationT(context, rowPass, rows)) return result;
-    RealFlip<kCell, kWidth> flip(block, false, all);
+    RealFlip<kCell, kLanes> flip(block, false, all);
     if (const int result = AEO::Iterator::IterationT(context, flip, rows * rows * 2)) return result;
-    RealColumnPass<kCell, kWidth> columnPass{block, false};
+    RealColumnPass<kCell, kLanes> columnPass{block, false};
     return AEO::Iterator::IterationT(context, columnPass, rows);
 }
 
-template <std::size_t kCell, std::size_t kWidth>
-int RealFFT2D<kCell, kWidth>::inverse(AEO::InData& context, const RowRange& wanted) {
-    const RealBlock<kCell, kWidth> block{weights_, block_, size_, groups_};
+template <std::size_t kCell, std::size_t kLanes>
+int RealFFT2D<kCell, kLanes>::inverse(AEO::InData& context, const RowRange& wanted) {
+    const RealBlock<kCell, kLanes> block{weights_, block_, size_, groups_};
     const int rows = static_cast<int>(size_);
-    RealColumnPass<kCell, kWidth> columnPass{block, true};
+    RealColumnPass<kCell, kLanes> columnPass{block, true};
     if (const int result = AEO::Iterator::IterationT(context, columnPass, rows)) return result;
-    RealFlip<kCell, kWidth> flip(block, true, wanted);
+    RealFlip<kCell, kLanes> flip(block, true, wanted);
     if (const int result = AEO::Iterator::IterationT(context, flip, rows * rows * 2)) return result;
-    RealRowPass<kCell, kWidth> rowPass{block, true, wanted};
+    RealRowPass<kCell, kLanes> rowPass{block, true, wanted};
     return AEO::Iterator::IterationT(context, rowPass, rows);
 }
