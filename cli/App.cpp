@@ -16,6 +16,7 @@
 #include "cli/CompareCommand.h"
 #include "cli/EffectSession.h"
 #include "cli/Errors.h"
+#include "cli/OcclusionOptions.h"
 #include "cli/ParameterOptions.h"
 #include "cli/ParamsCommand.h"
 #include "cli/RenderCommand.h"
@@ -186,7 +187,7 @@ int runCommand(const Invocation& invocation) {
 
 int runTool(const Invocation& given) {
     Invocation invocation = given;
-    invocation.arguments = withoutHelpCommand(given.arguments);
+    invocation.arguments = withSlabs(withoutHelpCommand(given.arguments));
     const auto say = [&](const std::string& text) {
         invocation.err << "orbel: " << pictures::oneLine(text) << std::endl;
     };

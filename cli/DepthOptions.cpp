@@ -54,13 +54,20 @@ pictures::MapPlacement placementOf(const headless::ParameterSet& parameters) {
         static_cast<int>(parameters.value(parameters.find("Placement"))));
 }
 
-std::shared_ptr<headless::World> layerOf(const pictures::Picture& map,
-                                         const pictures::Picture* image,
+std::shared_ptr<headless::World> layerOf(const pictures::Picture& map, const MapUse& use,
                                          pictures::MapPlacement placement) {
-    if (image == nullptr || fitsEffect(*image, map, placement)) {
-        return pictures::makeWorld(map, pictures::worldBits(map.type));
-    }
-    return pictures::layOver(*image, map, placement);
+    const bool fits =
+        use.image == nullptr || (!use.forEachPixel && fitsEffect(*use.image, map, placement));
+    if (fits) return pictures::makeWorld(map, pictures::worldBits(map.type));
+    return pictures::layOver(*use.image, map, placement);
+}
+
+// Distances are 1 where they are near, also if the effect inverts the map: that changes no blur,
+// but which end hides the other. The same blur without inversion.
+void leaveOutInversion(headless::ParameterSet& parameters) {
+    const int focus = parameters.find("Focal Distance");
+    parameters.set("Invert Depth Map", 0.0);
+    parameters.set(focus, 1.0 - parameters.value(focus));
 }
 
 // The range by which --depth-auto maps.
@@ -73,6 +80,25 @@ void printRange(std::ostream& out, const pictures::DepthSource& source) {
 }
 
 }  // namespace
+
+double MapScale::nearness(double value) const {
+    const double position = curve(value);
+    return inverted ? 1.0 - position : position;
+}
+
+double MapScale::value(double nearness) const {
+    double low = range.least;
+    double high = range.most;
+    const bool rising = this->nearness(low) < this->nearness(high);
+    constexpr double kBeyond = 1024.0;
+    (rising ? low /= kBeyond : high *= kBeyond);
+    for (int halvings = 0; halvings < 60; ++halvings) {
+        const double middle = (low + high) / 2.0;
+        const bool below = this->nearness(middle) < nearness;
+        (below == rising ? low : high) = middle;
+    }
+    return low;
+}
 
 void DepthOptions::addTo(CLI::App& app) {
     const std::string group = "Depth map values";
@@ -141,11 +167,12 @@ pictures::DepthCurve DepthOptions::plainCurve(headless::ParameterSet& parameters
     return curve;
 }
 
-void DepthOptions::apply(headless::ParameterSet& parameters, const ParameterOptions& controls,
-                         const pictures::Picture* image, const std::optional<Camera>& camera,
-                         pictures::Messages& messages, std::ostream& out) const {
+std::optional<MapScale> DepthOptions::apply(headless::ParameterSet& parameters,
+                                            const ParameterOptions& controls, const MapUse& use,
+                                            pictures::Messages& messages, std::ostream& out) const {
+    const auto& [image, camera, forEachPixel] = use;
     const std::optional<Setting> map = controls.setting(kDepthLayer);
-    if (!map) return;
+    if (!map) return std::nullopt;
     const pictures::DepthMapping mapping = this->mapping();
     const bool overscan = image != nullptr && image->window != image->display;
     pictures::DepthSource source = pictures::readDepth(
@@ -162,8 +189,12 @@ void DepthOptions::apply(headless::ParameterSet& parameters, const ParameterOpti
     const pictures::DepthCurve curve = camera
                                            ? lensCurve(parameters, *camera, source, size, messages)
                                            : plainCurve(parameters, source, size, messages);
+    const bool turns = forEachPixel && source.kind != DepthKind::kNormalised;
+    if (turns && source.controls.inverted) leaveOutInversion(parameters);
+    const MapScale scale{curve, source.range, source.controls.inverted && !turns};
     const pictures::Picture positions = applyCurve(std::move(source), curve);
-    parameters.setLayer(map->info.index, layerOf(positions, image, placementOf(parameters)));
+    parameters.setLayer(map->info.index, layerOf(positions, use, placementOf(parameters)));
+    return scale;
 }
 
 }  // namespace cli

@@ -89,15 +89,15 @@ void EffectOptions::applyControls(headless::ParameterSet& parameters) const {
     depth_.check(parameters, controls_);
 }
 
-void EffectOptions::applyLayers(headless::ParameterSet& parameters, const pictures::Picture* image,
-                                const std::optional<Camera>& camera, pictures::Messages& messages,
-                                std::ostream& out) const {
+std::optional<MapScale> EffectOptions::applyLayers(headless::ParameterSet& parameters,
+                                                   const MapUse& use, pictures::Messages& messages,
+                                                   std::ostream& out) const {
     for (const Setting& setting : controls_.settings()) {
         const bool layer = setting.info.type == PF_Param_LAYER;
         const bool depth = optionName(setting.info) == kDepthLayer;
         if (layer && !depth) applyLayer(parameters, setting, messages);
     }
-    depth_.apply(parameters, controls_, image, camera, messages, out);
+    return depth_.apply(parameters, controls_, use, messages, out);
 }
 
 }  // namespace cli

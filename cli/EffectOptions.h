@@ -31,12 +31,11 @@ public:
     // Sets the controls that have numbers. Throws UsageError for a value that a control can't have,
     // and for options that contradict each other.
     void applyControls(headless::ParameterSet& parameters) const;
-    // Reads the layers, after applyControls. `image` describes the upright image to blur, and may
-    // be null; `camera` is the lens in front of it. Prints the range that --depth-auto finds to
-    // `out`. Throws what the readers throw and what DepthOptions::apply throws.
-    void applyLayers(headless::ParameterSet& parameters, const pictures::Picture* image,
-                     const std::optional<Camera>& camera, pictures::Messages& messages,
-                     std::ostream& out) const;
+    // Reads the layers, after applyControls, and returns what DepthOptions::apply returns. Prints
+    // the range that --depth-auto finds to `out`. Throws what the readers throw and what
+    // DepthOptions::apply throws.
+    std::optional<MapScale> applyLayers(headless::ParameterSet& parameters, const MapUse& use,
+                                        pictures::Messages& messages, std::ostream& out) const;
 
 private:
     void applyLayer(headless::ParameterSet& parameters, const Setting& setting,

@@ -148,8 +148,7 @@ int ParamsCommand::run() {
     if (state_) {
         pictures::Messages silent(invocation_.err, true);
         effectOptions_.applyControls(effect.parameters());
-        effectOptions_.applyLayers(effect.parameters(), nullptr, std::nullopt, silent,
-                                   invocation_.out);
+        effectOptions_.applyLayers(effect.parameters(), {}, silent, invocation_.out);
         const PF_Err status = effect.updateParamsUI();
         if (status != PF_Err_NONE) {
             throw Failure("the effect could not update its controls (code " +

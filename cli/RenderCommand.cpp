@@ -79,6 +79,7 @@ RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
     colourOptions_.addTo(*app_);
     cameraOptions_.addTo(*app_);
     effectOptions_.addTo(*app_);
+    occlusionOptions_.addTo(*app_);
 }
 
 void RenderCommand::addFileOptions() {
@@ -182,7 +183,9 @@ int RenderCommand::run() {
     const OutputFile output(output_, outputFormat_);
     const RenderPlan plan = this->plan(output.path());
     checkOutput(plan, output.path());
-    RenderJob(plan, output, {effectOptions_, colourOptions_, cameraOptions_}, invocation_).run();
+    RenderJob(plan, output, {effectOptions_, colourOptions_, cameraOptions_, occlusionOptions_},
+              invocation_)
+        .run();
     return kExitSuccess;
 }
 

@@ -34,6 +34,7 @@ private:
     EffectOptions effectOptions_;
     ColourOptions colourOptions_;
     CameraOptions cameraOptions_;
+    OcclusionOptions occlusionOptions_;
     std::string input_;
     std::string output_;
     std::string outputFormat_;

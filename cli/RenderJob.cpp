@@ -118,6 +118,10 @@ RenderJob::RenderJob(const RenderPlan& plan, const OutputFile& output, const Ren
       progress_(invocation.err, invocation.terminal && !plan.quiet) {
     options_.effect.applyControls(parameters());
     options_.camera.check(parameters(), options_.effect);
+    options_.occlusion.check(parameters(), plan_.bits, options_.effect.gives(kDepthLayer));
+    if (options_.occlusion.given() && !options_.effect.gives("composite-mode")) {
+        parameters().setChoice(parameters().find("Composite Mode"), "Split");
+    }
     if (plan_.extent.keepOverscan) tellWhetherItGrows(parameters(), messages_);
 }
 
@@ -162,7 +166,9 @@ void RenderJob::setLayers() {
     const auto camera =
         options_.camera.camera(picture(), pixelAspect(), static_cast<double>(scale.num) / scale.den,
                                options_.effect.givesFocus());
-    options_.effect.applyLayers(parameters(), &picture(), camera, messages_, lines_);
+    map_ = options_.effect.applyLayers(
+        parameters(), {&picture(), camera, options_.occlusion.given()}, messages_, lines_);
+    if (map_ && options_.occlusion.given()) options_.occlusion.options(*map_);
     noteOutsidePoints(parameters(), display.width, display.height, messages_);
     if (plan_.extent.region && !plan_.extent.keepOverscan) {
         noteCutRegion(*plan_.extent.region, regionLimits(plan_.extent, picture()), messages_);
@@ -211,7 +217,9 @@ void RenderJob::loadSource(headless::FrameRequest request) {
         requireSameWindow(plan_.extent, *source_, asked.resultRect);
     }
     const pictures::SourceFindings findings = source_->load(
-        neededWindow(asked.inputRequest.rect, picture(), plan_.extent.scale),
+        options_.occlusion.given()
+            ? picture().window
+            : neededWindow(asked.inputRequest.rect, picture(), plan_.extent.scale),
         [&](std::span<float> rgba) { colours_.decode.apply(rgba); },
         [&](double share) { progress_.update(share); });
     tellFindings(picture(), findings, plan_.bits, messages_);
@@ -223,11 +231,21 @@ headless::FrameResult RenderJob::renderFrame(headless::FrameRequest request) {
     request.progress = [&](int current, int total) {
         if (total > 0) progress_.update(static_cast<double>(current) / total);
     };
-    headless::FrameResult result = session_.effect().renderFrame(request);
+    headless::FrameResult result = renderSlabs(request);
     requireRendered(result);
     warnAboutBooks(session_.host(), messages_);
     source_->release();
     return result;
+}
+
+headless::FrameResult RenderJob::renderSlabs(const headless::FrameRequest& request) {
+    if (!map_ || !options_.occlusion.given()) return session_.effect().renderFrame(request);
+    headless::ParameterSet own = parameters();
+    parameters().setLayer(parameters().find("Layer"), nullptr);  // its memory is freed in time
+    occlusion::Result result = occlusion::render(session_.host(), session_.effect(), request,
+                                                 std::move(own), options_.occlusion.options(*map_));
+    if (result.frame.status == PF_Err_NONE) tellSlabs(result.slabs, *map_, messages_);
+    return std::move(result.frame);
 }
 
 void RenderJob::writeResult(const headless::World& result) {

@@ -11,6 +11,7 @@
 #include "cli/Command.h"
 #include "cli/EffectOptions.h"
 #include "cli/EffectSession.h"
+#include "cli/OcclusionOptions.h"
 #include "cli/Progress.h"
 #include "cli/RenderFiles.h"
 #include "cli/RenderStats.h"
@@ -41,6 +42,7 @@ struct RenderOptions {
     const EffectOptions& effect;
     const ColourOptions& colour;
     const CameraOptions& camera;
+    const OcclusionOptions& occlusion;
 };
 
 // One render, from file to file. What it is given must outlive it.
@@ -62,6 +64,7 @@ private:
     bool copiesAssociated();
     headless::FrameRequest makeRequest();
     void loadSource(headless::FrameRequest request);
+    headless::FrameResult renderSlabs(const headless::FrameRequest& request);
     headless::FrameResult renderFrame(headless::FrameRequest request);
     void writeResult(const headless::World& result);
 
@@ -84,6 +87,7 @@ private:
     std::unique_ptr<InputFile> input_;
     std::unique_ptr<pictures::SourceImage> source_;
     pictures::ColourPlan colours_;
+    std::optional<MapScale> map_;  // if there is a depth map
 };
 
 }  // namespace cli

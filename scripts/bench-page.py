@@ -175,7 +175,7 @@ def plots(results, folder):
     data = {f"r{r}": "\n".join(f"{s / 1000} {results.cases[f'scaling.size/{r}/{s}']['ns']}" for s in SIZES)
             for r in (20, 50, 100)}
     plot(folder, "pixels",
-         "set key outside right\nset logscale x\nset yrange [0:]\nset xlabel 'megapixels'\nset ylabel 'ns per block pixel'\nplot "
+         "set logscale x\nset yrange [0:]\nset xlabel 'megapixels'\nset ylabel 'ns per block pixel'\nplot "
          + ", ".join(f"$r{r} with linespoints lw 2 pt 7 title 'R {r}'" for r in (20, 50, 100)), data)
 
 

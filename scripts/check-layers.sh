@@ -23,8 +23,9 @@ declare -A below=(
     [headless]='platform'
     [trial]='headless platform'
     [pictures]='headless platform'
+    [occlusion]='pictures headless platform'
     [scene]=''
-    [cli]='scene pictures headless platform'
+    [cli]='occlusion scene pictures headless platform'
 )
 plugin='platform host transform kernels depth pipeline effect bundle'
 

@@ -54,6 +54,14 @@ double LensLayers::distanceFromFocus(double radius) const {
     return 1.0 - place / static_cast<double>(moments_.size());
 }
 
+double LensLayers::radiusAt(double distanceFromFocus) const {
+    const double last = static_cast<double>(moments_.size()) - 1.0;
+    const double place = std::clamp((1.0 - distanceFromFocus) * (last + 1.0) - 0.5, 0.0, last);
+    const double floored = std::min(std::floor(place), last - 1.0);
+    const auto layer = static_cast<std::size_t>(floored);
+    return std::sqrt(2.0 * std::lerp(moments_[layer], moments_[layer + 1], place - floored));
+}
+
 double LensLayers::largestRadius() const {
     return std::sqrt(2.0 * moments_.front());
 }

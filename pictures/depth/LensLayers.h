@@ -26,6 +26,9 @@ public:
     // the full blur.
     double distanceFromFocus(double radius) const;
 
+    // The reverse: the radius of a lens's disc with the radius of gyration of the blur there.
+    double radiusAt(double distanceFromFocus) const;
+
     // The radius of a lens's disc with the radius of gyration of the full blur.
     double largestRadius() const;
     // By how much the radii of neighbouring layers differ.

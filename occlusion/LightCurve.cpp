@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "occlusion/LightCurve.h"
+
+#include <cmath>
+
+namespace occlusion {
+
+LightCurve::LightCurve(const headless::ParameterSet& parameters)
+    : exposure_(parameters.value(parameters.find("Exposure"))),
+      threshold_(parameters.value(parameters.find("Threshold"))) {}
+
+double LightCurve::expand(double colour) const {
+    if (exposure_ == 0.0 || colour < threshold_) return colour;
+    return std::expm1((colour - threshold_) * exposure_) / exposure_ + threshold_;
+}
+
+double LightCurve::compress(double light) const {
+    if (exposure_ == 0.0 || light < threshold_) return light;
+    return std::log1p((light - threshold_) * exposure_) / exposure_ + threshold_;
+}
+
+}  // namespace occlusion
