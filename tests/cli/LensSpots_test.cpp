@@ -122,13 +122,15 @@ private:
 };
 
 TEST_F(LensSpots, HaveTheRadiusOfGyrationOfTheLens) {
-    for (const double radius : {2.0, 5.0, 20.0, 60.0}) {
+    for (const double radius : {2.0, 5.0, 20.0}) {
         use({.radius = radius});
         expectTheLens(kTolerance);
     }
     // Fewer distances, since a cell takes seconds.
-    use({.radius = 200.0, .columns = 3, .rows = 1});
-    expectTheLens(kTolerance);
+    for (const double radius : {60.0, 110.0}) {
+        use({.radius = radius, .columns = 3, .rows = 1});
+        expectTheLens(kTolerance);
+    }
 }
 
 TEST_F(LensSpots, HaveItWithAnyFocusLayersAndScale) {
