@@ -25,8 +25,7 @@ inline float brightest(const Colour& colour) {
     return std::max({colour[0], colour[1], colour[2]});
 }
 
-// How much a light counts where surfaces are continued: what is brighter than white hardly, since
-// lamps and highlights stay where they are seen.
+// How much a light counts where surfaces are continued: what is brighter than white hardly.
 inline float dimWeight(float light) {
     const float above = std::max(light, 1.0F);
     return 1.0F / (above * above);

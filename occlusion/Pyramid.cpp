@@ -38,6 +38,15 @@ void Known::saturate() {
     scale(presence, presenceWeight);
 }
 
+Known Known::dimmed() const {
+    Known result = *this;
+    if (colourWeight <= 0.0F) return result;
+    const float weight = dimWeight(brightest(colour) / colourWeight);
+    for (float& channel : result.colour) channel *= weight;
+    result.colourWeight *= weight;
+    return result;
+}
+
 Pyramid::Level Pyramid::emptyLevel(int width, int height) {
     Level level{width, height, {}};
     level.cells.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
@@ -57,8 +66,8 @@ void Pyramid::reduceRow(const std::vector<Known>& row, std::vector<Known>& half)
 void Pyramid::build(int threads) {
     while (levels_.back().width > 1 || levels_.back().height > 1) {
         const Level& fine = levels_.back();
-        levels_.push_back(
-            reduced(fine.width, fine.height, threads, [&](int x, int y) { return fine.at(x, y); }));
+        levels_.push_back(reduced(fine.width, fine.height, threads,
+                                  [&](int x, int y) { return fine.at(x, y).dimmed(); }));
     }
     Known& top = levels_.back().at(0, 0);
     const auto whole = [](float& value, float weight) {

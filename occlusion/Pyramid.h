@@ -31,6 +31,8 @@ struct Known {
     void add(const Known& other, float factor);
     // Weights of more than 1 become 1.
     void saturate();
+    // With less weight for a colour brighter than white: lamps and highlights aren't smeared.
+    Known dimmed() const;
 };
 
 // The pyramid above the pixels, whose first level has half their size.

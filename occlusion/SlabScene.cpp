@@ -83,9 +83,10 @@ private:
 
 Known knownOf(const Part& part) {
     Known known;
-    // Squared, since many pixels that hardly show the slab would otherwise outweigh those around
-    // that do.
-    const float weight = dimWeight(part.brightestLight) * part.own;
+    // What is hidden right beside a lamp may well be a part of it, so that a lamp still counts
+    // here. Squared, since many pixels that hardly show the slab would otherwise outweigh those
+    // around that do.
+    const float weight = part.own / std::sqrt(std::max(part.brightestLight, 1.0F));
     for (std::size_t c = 0; c < known.colour.size(); ++c) known.colour[c] = weight * part.light[c];
     known.colourWeight = weight * part.own;
     known.radius = part.own * part.radius;

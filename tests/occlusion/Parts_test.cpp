@@ -39,7 +39,7 @@ TEST(Pyramid, ContinuesWhatIsKnown) {
     constexpr int kWidth = 37;
     constexpr int kHeight = 22;
     const auto inGap = [](int x, int y) { return x > 8 && x < 28 && y > 4 && y < 18; };
-    const auto valueAt = [](int x) { return x < 18 ? 1.0F : 3.0F; };
+    const auto valueAt = [](int x) { return x < 18 ? 0.3F : 0.9F; };
     const occlusion::Pyramid pyramid(kWidth, kHeight, 2, [&](int x, int y) {
         if (inGap(x, y)) return Known{};
         return Known{.colour = {valueAt(x), 0, 0, 1},
@@ -55,12 +55,23 @@ TEST(Pyramid, ContinuesWhatIsKnown) {
             EXPECT_NEAR(there.radius, 5.0F, 1e-4F) << x << ", " << y;
             EXPECT_NEAR(there.presence, 1.0F, 1e-5F);
             EXPECT_NEAR(there.colour[3], 1.0F, 1e-5F);
-            EXPECT_GE(there.colour[0], 0.9999F);
-            EXPECT_LE(there.colour[0], 3.0001F);
+            EXPECT_GE(there.colour[0], 0.2999F);
+            EXPECT_LE(there.colour[0], 0.9001F);
         }
     }
-    EXPECT_LT(pyramid.at(10, 11).colour[0], 1.5F) << "near the left rim of the gap";
-    EXPECT_GT(pyramid.at(26, 11).colour[0], 2.5F) << "near the right one";
+    EXPECT_LT(pyramid.at(10, 11).colour[0], 0.45F) << "near the left rim of the gap";
+    EXPECT_GT(pyramid.at(26, 11).colour[0], 0.75F) << "near the right one";
+}
+
+// A lamp at the rim of a gap lights what is right beside it at most.
+TEST(Pyramid, DoesNotSmearLamps) {
+    const occlusion::Pyramid pyramid(64, 64, 1, [](int x, int y) {
+        if (x >= 32) return Known{};
+        const float light = x >= 29 && y >= 30 && y < 33 ? 40.0F : 0.2F;
+        return Known{.colour = {light, light, light, 1.0F}, .colourWeight = 1.0F};
+    });
+    EXPECT_LT(pyramid.at(37, 31).colour[0], 1.0F);
+    EXPECT_LT(pyramid.at(42, 31).colour[0], 0.3F);
 }
 
 class Census : public Stage {
