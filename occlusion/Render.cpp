@@ -44,7 +44,8 @@ public:
         const Depths depths = readDepths(parameters_, picture.width(), picture.height());
         const BlurScale scale(parameters_, factorOf(request_.downsampleY));
         const Slabs slabs(boundsFor(options, depths, scale));
-        if (slabs.count() == 1) return {effect_.renderFrame(request_), {{}}};
+        const bool sharp = parameters_.value(parameters_.find("Blur Radius")) == 0.0;
+        if (slabs.count() == 1 || sharp) return {effect_.renderFrame(request_), {{}}};
 
         headless::FrameResult frame = askExtent();
         if (frame.status != PF_Err_NONE || isEmpty(frame.resultRect)) return {std::move(frame), {}};

@@ -52,12 +52,13 @@ SlabBlur::SlabBlur(const headless::ParameterSet& parameters, SlabScene slab, dou
     setMap(threads);
 }
 
-// The map holds 1 in focus and 0 where the blur is largest.
+// The map holds 1 in focus and 0 where the blur is largest. It takes the place of the radii, whose
+// memory is freed.
 void SlabBlur::setMap(int threads) {
     const int layer = parameters_.find("Layer");
     if (layers_ == 1) {
         parameters_.setLayer(layer, nullptr);
-        slab_.radii = {};
+        slab_.radii = std::vector<float>();
         return;
     }
     const LensLayers blurs(layers_, fullRadius_);
@@ -76,7 +77,7 @@ void SlabBlur::setMap(int threads) {
             }
         }
     });
-    slab_.radii = {};
+    slab_.radii = std::vector<float>();
     parameters_.setLayer(layer, map);
     parameters_.set("Placement", 1.0);
     parameters_.set("Resolution", static_cast<double>(layers_));

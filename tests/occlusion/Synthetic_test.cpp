@@ -108,6 +108,13 @@ TEST_F(Occlusion, EqualsTheEffectWhereThereIsOneSlab) {
     EXPECT_LT(difference(*split.frame.output, *expected), 0.02);
 }
 
+TEST_F(Occlusion, CopiesWithoutABlur) {
+    set("Blur Radius", 0.0);
+    const auto picture = twoCards(0.5);
+    const auto result = occluded(picture, twoDepths(0.52, 0.48), {.bounds = {0.5F}});
+    EXPECT_EQ(largestDifference(*result.frame.output, *picture, kEverywhere), 0.0);
+}
+
 // The blur of each pixel by a disc of its own radius, in double precision.
 std::shared_ptr<headless::World> scattered(const headless::World& picture, double steepness) {
     const auto place = [](int x, int y, int c) {
