@@ -49,4 +49,4 @@ for mode in normal split; do
     render "orbel-$mode-occlusion" --composite-mode "$mode" --occlusion auto
 done
 script defocus.py
-bench/lens/page.py "$results" docs
+/usr/bin/python3 bench/lens/page.py "$results" docs  # of the system, as its numpy is

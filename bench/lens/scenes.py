@@ -278,11 +278,9 @@ def row(dice):
     textures = [("checker", 45), ("noise", 50), ("voronoi", 60)]
     for i, y in enumerate((1.3, 1.75, 2.5, 3.6, 5.5, 9.0)):
         texture, scale = textures[i % 3]
-        for side in (-1, 1):
-            paint = material(texture, scale, *colours[i if side < 0 else 5 - i], 0.35, 0.65)
-            x = side * (0.12 + 0.085 * (y - 1.0)) + 0.03 * (i % 2)
-            size = 0.07 * (1.0 + 0.15 * (y - 1.3))
-            put(forms[(i + side) % 4], paint, (x, y, -0.17 + 1.2 * size), (size, size, 1.2 * size), (0, 0, 0.5 * i))
+        size = 0.07 * (y / 1.3) ** 0.6
+        put(forms[i % 4], material(texture, scale, *colours[i], 0.35, 0.65),
+            ((0.058 * i - 0.15) * y, y, -0.17 + 1.2 * size), (size, size, 1.2 * size), (0, 0, 0.5 * i))
     lamps(dice, 30, lambda: (lambda x, y, z: (x, y, 0.35 * abs(z)))(*across(dice, dice.uniform(4.0, 30.0), 0.95)),
           (0.006, 0.03))
     lamps(dice, 8, lambda: (lambda x, y, z: (x, y, 0.5 * z))(*across(dice, dice.uniform(1.3, 2.4), 0.9)),
