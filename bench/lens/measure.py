@@ -21,6 +21,18 @@ def read(file):
     return numpy.asarray(pixels, dtype=numpy.float64)[:, :, :3]
 
 
+def write(file, image, kind):
+    """Height x width x 3, as `kind` of channel: uint8 or float."""
+    height, width, channels = image.shape
+    described = OpenImageIO.ImageSpec(width, height, channels, kind)
+    described["Compression"] = "jpeg:85" if file.suffix == ".jpg" else "zip"
+    output = OpenImageIO.ImageOutput.create(str(file))
+    if output is None or not output.open(str(file), described) or not output.write_image(
+            numpy.ascontiguousarray(image, dtype=numpy.float32)):
+        raise OSError(f"{file}: {OpenImageIO.geterror()}")
+    output.close()
+
+
 def encoded(light):
     """Clipped to 0..1 and encoded as sRGB (IEC 61966-2-1)."""
     light = numpy.clip(light, 0.0, 1.0)

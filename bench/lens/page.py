@@ -11,7 +11,6 @@ import re
 import sys
 
 import numpy
-import OpenImageIO
 
 import measure
 
@@ -21,7 +20,6 @@ WAYS = {
     "orbel-split": "Orbel, Split",
     "orbel-normal-occlusion": "Orbel, Normal, occlusion",
     "orbel-split-occlusion": "Orbel, Split, occlusion",
-    "defocus-camera": "Defocus, the camera's f-stop",
     "defocus": "Defocus, its best f-stop",
     "gegl": "GEGL's lens-blur",
     "pinhole": "no blur",
@@ -77,7 +75,7 @@ def table(head, rows):
 
 
 def sweeps(results):
-    """The f-stops at which Defocus is nearest to the truth, and what they gain."""
+    """The f-stops at which Defocus is nearest to the truth."""
     rows = []
     for name, facts in results.facts.items():
         file = results.folder / f"{name}-defocus.json"
@@ -85,9 +83,8 @@ def sweeps(results):
             continue
         runs = json.loads(file.read_text())
         best = max(runs, key=lambda run: run["psnr"])
-        camera = next(run for run in runs if run["f_stop"] == facts["f_stop"])
-        rows.append([name, f"{best['f_stop']:.2f}", f"{best['psnr']:.2f}", f"{camera['psnr']:.2f}"])
-    return table(["", "best f-stop", "dB there", "dB at the camera's"], rows)
+        rows.append([name, f"{best['f_stop']:.1f}", f"{best['f_stop'] / facts['f_stop']:.1f}"])
+    return table(["", "best f-stop", "times the lens's"], rows)
 
 
 def sheet(results, name):
@@ -105,22 +102,11 @@ def sheet(results, name):
     return numpy.hstack(columns)
 
 
-def write(file, image):
-    file.parent.mkdir(parents=True, exist_ok=True)
-    height, width, channels = image.shape
-    described = OpenImageIO.ImageSpec(width, height, channels, OpenImageIO.UINT8)
-    described["Compression"] = "jpeg:85"
-    output = OpenImageIO.ImageOutput.create(str(file))
-    if output is None or not output.open(str(file), described) or not output.write_image(
-            numpy.ascontiguousarray(image, dtype=numpy.float32)):
-        raise OSError(f"{file}: {OpenImageIO.geterror()}")
-    output.close()
-
-
 def pictures(results, folder):
+    folder.mkdir(parents=True, exist_ok=True)
     parts = []
     for name in results.facts:
-        write(folder / f"{name}.jpg", sheet(results, name))
+        measure.write(folder / f"{name}.jpg", sheet(results, name), "uint8")
         parts.append(f"![{name}](images/lens/{name}.jpg)")
     return "\n\n".join(parts)
 

@@ -49,4 +49,5 @@ for mode in normal split; do
     render "orbel-$mode-occlusion" --composite-mode "$mode" --occlusion auto
 done
 script defocus.py
+/usr/bin/python3 bench/lens/gegl.py "$results"
 /usr/bin/python3 bench/lens/page.py "$results" docs  # of the system, as its numpy is
