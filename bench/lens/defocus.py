@@ -112,7 +112,7 @@ def main():
     parser.add_argument("--scenes", type=lambda text: text.split(","))
     options = parser.parse_args(sys.argv[sys.argv.index("--") + 1:])
     folder = options.folder.resolve()
-    for name in options.scenes or sorted(file.stem for file in folder.glob("*.json") if "-" not in file.stem):
+    for name in options.scenes or measure.scenes(folder):
         sweep(folder, name)
 
 

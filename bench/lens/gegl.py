@@ -37,9 +37,9 @@ def run(source, result, *operation):
 
 def main(folder):
     folder = pathlib.Path(folder)
-    for description in sorted(file for file in folder.glob("*.json") if "-" not in file.stem):
-        name = description.stem
-        radius = radii(measure.read(folder / f"{name}-depth.exr"), json.loads(description.read_text()))
+    for name in measure.scenes(folder):
+        facts = json.loads((folder / f"{name}.json").read_text())
+        radius = radii(measure.read(folder / f"{name}-depth.exr"), facts)
         mask, pinhole, result = (folder / f"{name}-{kind}.exr" for kind in ("gegl-mask", "pinhole", "gegl"))
         measure.write(mask, radius / radius.max(), "float")
         idle = run(pinhole, result, "gegl:nop")

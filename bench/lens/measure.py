@@ -9,6 +9,11 @@ import OpenImageIO
 MARGIN = 48
 
 
+def scenes(folder):
+    """The names of the scenes that scenes.py has finished."""
+    return sorted(file.stem for file in folder.glob("*.json") if "-" not in file.stem)
+
+
 def read(file):
     """Height x width x 3, float. Fails where the file can't be read."""
     image = OpenImageIO.ImageInput.open(str(file))

@@ -29,7 +29,7 @@ WAYS = {
 CROPS = {"portrait": (300, 60), "grass": (360, 180), "lattice": (420, 150), "row": (250, 170), "table": (400, 180),
          "plane": (340, 250), "rack_near": (320, 130), "rack_far": (320, 130)}
 CROP = (240, 180)
-SHOWN = ["truth", "orbel-normal", "orbel-split", "orbel-split-occlusion", "defocus"]
+SHOWN = ["truth", "orbel-normal", "orbel-split", "orbel-split-occlusion", "defocus", "gegl"]
 WHITE_STOPS = 2.0  # the error that the error pictures show as white
 
 
@@ -39,7 +39,7 @@ class Results:
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
         self.facts = {name: json.loads((self.folder / f"{name}.json").read_text())
-                      for name in CROPS if (self.folder / f"{name}.json").exists()}
+                      for name in CROPS if name in measure.scenes(self.folder)}
         self.truths = {name: measure.read(self.folder / f"{name}-truth.exr") for name in self.facts}
         self.measures = {way: {name: self.measured(name, way) for name in self.facts if self.file(name, way).exists()}
                          for way in WAYS}

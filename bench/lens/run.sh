@@ -44,9 +44,11 @@ render() {
 }
 
 script scenes.py --samples "$samples" --second-seed
+options=$("$orbel" render --help)  # of a version that may be older than --occlusion
 for mode in normal split; do
     render "orbel-$mode" --composite-mode "$mode"
-    render "orbel-$mode-occlusion" --composite-mode "$mode" --occlusion auto
+    [[ $options != *--occlusion* ]] ||
+        render "orbel-$mode-occlusion" --composite-mode "$mode" --occlusion auto
 done
 script defocus.py
 /usr/bin/python3 bench/lens/gegl.py "$results"
