@@ -79,7 +79,7 @@ def run(file):
 def sweep(folder, name):
     facts = json.loads((folder / f"{name}.json").read_text())
     node = compose(folder, name, facts)
-    truth = measure.read(folder / f"{name}-truth.exr")
+    truth = measure.truth(folder, name)
     node.mute = True
     idle = run(folder / f"{name}-defocus-idle.exr")
     node.mute = False

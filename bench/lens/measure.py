@@ -26,6 +26,11 @@ def read(file):
     return numpy.asarray(pixels, dtype=numpy.float64)[:, :, :3]
 
 
+def truth(folder, name):
+    """What the lens shows: the mean of both seeds."""
+    return (read(folder / f"{name}-truth.exr") + read(folder / f"{name}-truth2.exr")) / 2.0
+
+
 def write(file, image, kind):
     """Height x width x 3, as `kind` of channel: uint8 or float."""
     height, width, channels = image.shape

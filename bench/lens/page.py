@@ -23,7 +23,7 @@ WAYS = {
     "defocus": "Defocus, its best f-stop",
     "gegl": "GEGL's lens-blur",
     "pinhole": "no blur",
-    "truth2": "the lens, another seed",
+    "truth2": "the lens, one seed beside the other",
 }
 # Left and top of the part of each scene that is shown.
 CROPS = {"portrait": (300, 60), "grass": (360, 180), "lattice": (420, 150), "row": (250, 170), "table": (400, 180),
@@ -40,7 +40,7 @@ class Results:
         self.folder = pathlib.Path(folder)
         self.facts = {name: json.loads((self.folder / f"{name}.json").read_text())
                       for name in CROPS if name in measure.scenes(self.folder)}
-        self.truths = {name: measure.read(self.folder / f"{name}-truth.exr") for name in self.facts}
+        self.truths = {name: measure.truth(self.folder, name) for name in self.facts}
         self.measures = {way: {name: self.measured(name, way) for name in self.facts if self.file(name, way).exists()}
                          for way in WAYS}
         self.measures = {way: scenes for way, scenes in self.measures.items() if scenes}
@@ -50,6 +50,8 @@ class Results:
 
     def measured(self, name, way):
         image, truth = measure.read(self.file(name, way)), self.truths[name]
+        if way == "truth2":  # which is a part of the truth
+            truth = measure.read(self.file(name, "truth"))
         error = measure.inside(measure.stops(image, truth))
         values = {"psnr": measure.psnr(image, truth), "ssim": measure.ssim(image, truth),
                   "median": numpy.median(error), "most": numpy.percentile(error, 95)}
@@ -95,7 +97,8 @@ def sheet(results, name):
     for way in SHOWN:
         if not results.file(name, way).exists():
             continue
-        image, truth = measure.read(results.file(name, way)), results.truths[name]
+        truth = results.truths[name]
+        image = truth if way == "truth" else measure.read(results.file(name, way))
         error = measure.stops(image, truth)[part] / WHITE_STOPS
         error = numpy.repeat(numpy.clip(error, 0.0, 1.0)[:, :, None], 3, axis=2)
         columns.append(numpy.vstack([measure.encoded(image[part]), error]))

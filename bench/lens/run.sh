@@ -10,7 +10,7 @@ shopt -s inherit_errexit
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 results=$(realpath -m "${1:-build/lens}")
-samples=${SAMPLES:-1024}
+samples=${SAMPLES:-512}
 orbel=build/release/orbel
 
 scripts/setup.sh build lens
