@@ -27,7 +27,7 @@ WAYS = {
 }
 # Left and top of the part of each scene that is shown.
 CROPS = {"portrait": (300, 60), "grass": (360, 180), "lattice": (420, 150), "row": (250, 170), "table": (400, 180),
-         "plane": (340, 250), "rack_near": (320, 130), "rack_far": (320, 130)}
+         "plane": (340, 250), "rack_near": (150, 60), "rack_far": (320, 130)}
 CROP = (240, 180)
 SHOWN = ["truth", "orbel-normal", "orbel-split", "orbel-split-occlusion", "defocus", "gegl"]
 WHITE_STOPS = 2.0  # the error that the error pictures show as white
