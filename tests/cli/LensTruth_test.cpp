@@ -3,6 +3,7 @@
 // the ways of blurring the one come to the other. Made by bench/lens/scenes.py.
 #include <cmath>
 
+#include "support/LayerCounts.h"
 #include "support/RunTool.h"
 #include "support/TestFiles.h"
 
@@ -70,6 +71,7 @@ protected:
 };
 
 TEST_F(LensTruth, OcclusionComesClosest) {
+    SKIP_UNLESS_ALL_LAYER_COUNTS_ARE_BUILT();
     const SceneCase scenes[] = {
         {"row", 2.5, 33.5, 1.2}, {"lattice", 3.5, 25.5, 2.0}, {"table", 2.0, 33.0, 0.2}};
     for (const SceneCase& scene : scenes) {

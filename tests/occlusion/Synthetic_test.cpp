@@ -4,6 +4,7 @@
 #include <random>
 
 #include "occlusion/Stage.h"
+#include "support/LayerCounts.h"
 #include "support/Noise.h"
 
 namespace test {
@@ -163,6 +164,7 @@ std::shared_ptr<headless::World> scattered(const headless::World& picture, doubl
 }
 
 TEST_F(Occlusion, LeavesASlantedPlaneAsItIs) {
+    SKIP_UNLESS_ALL_LAYER_COUNTS_ARE_BUILT();
     const auto picture = paint(kWidth, kHeight, [](int x, int y) {
         const double light = 0.5 + 0.4 * std::sin(x * 0.7) * std::sin(y * 0.5);
         return Rgba{light, light * 0.5, 1.0 - light, 1.0};
@@ -209,6 +211,7 @@ TEST_F(Occlusion, SurvivesAnyMap) {
 // A thing that comes nearer while it moves a pixel a frame, through a bound that stays: nothing
 // jumps.
 TEST_F(Occlusion, LetsThingsPassThroughABound) {
+    SKIP_UNLESS_ALL_LAYER_COUNTS_ARE_BUILT();
     constexpr int kFrames = 48;
     set("Focal Distance", 0.0);
     std::vector<double> steps;
