@@ -10,7 +10,7 @@ far. So it is swept, and refined around the value that is nearest to the truth i
     NAME-defocus.json     [{f_stop, seconds, psnr}, ...]
     NAME-defocus.seconds  those of the best
 
-Seconds are those of the compositing without reading and writing: less those of a tree without the node,
+A scene that has them is left out. Seconds are those of the compositing without reading and writing: less those of a tree without the node,
 the smallest of three.
 """
 import argparse
@@ -113,7 +113,8 @@ def main():
     options = parser.parse_args(sys.argv[sys.argv.index("--") + 1:])
     folder = options.folder.resolve()
     for name in options.scenes or measure.scenes(folder):
-        sweep(folder, name)
+        if not (folder / f"{name}-defocus.json").exists():
+            sweep(folder, name)
 
 
 main()

@@ -3,8 +3,8 @@
 # run.sh [FOLDER]
 #
 # Compares the blur by a depth map with a path tracer's lens, and writes docs/lens.md. From nothing it
-# takes hours, nearly all of it for the truth; what FOLDER, by default build/lens, has of the scenes is
-# kept, so a later run takes minutes. Seconds want a machine with nothing else to do.
+# takes hours, nearly all of it for the truth; what FOLDER, by default build/lens, has of the scenes and
+# of Defocus is kept, so a later run takes minutes. Seconds want a machine with nothing else to do.
 set -euo pipefail
 shopt -s inherit_errexit
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
