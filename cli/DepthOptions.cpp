@@ -59,7 +59,8 @@ std::shared_ptr<headless::World> layerOf(const pictures::Picture& map, const Map
     const bool fits =
         use.image == nullptr || (!use.forEachPixel && fitsEffect(*use.image, map, placement));
     if (fits) return pictures::makeWorld(map, pictures::worldBits(map.type));
-    return pictures::layOver(*use.image, map, placement);
+    return pictures::layOver(*use.image, map, placement,
+                             use.forEachPixel ? pictures::Steps::kKept : pictures::Steps::kSmooth);
 }
 
 // Distances are 1 where they are near, also if the effect inverts the map: that changes no blur,

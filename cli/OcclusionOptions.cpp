@@ -30,7 +30,9 @@ std::string valueText(double value) {
 std::string listed(const std::vector<double>& bounds) {
     std::string list;
     for (const double bound : bounds) list += (list.empty() ? "" : ",") + valueText(bound);
-    return list;
+    // A whole number alone would be one of slabs.
+    const bool whole = list.find_first_of(",.e") == std::string::npos;
+    return bounds.size() == 1 && whole ? list + ".0" : list;
 }
 
 std::string radiiText(const occlusion::SlabReport& slab) {
@@ -38,6 +40,18 @@ std::string radiiText(const occlusion::SlabReport& slab) {
     const std::string least = rounded(slab.radii.least, 0.1);
     const std::string largest = rounded(slab.radii.largest, 0.1);
     return least == largest ? least : least + " to " + largest;
+}
+
+// Whether there is depth on both sides of ascending bounds. Pixels without depth are farther than
+// any.
+bool partMap(const std::vector<double>& bounds, const MapScale& map) {
+    const pictures::DepthRange& range = map.range;
+    if (!range.any()) return false;
+    const bool farIsLeast = map.nearness(range.least) < map.nearness(range.most);
+    const bool beyond = range.nothing > 0;
+    const bool low = bounds.front() > range.least || (farIsLeast && beyond);
+    const bool high = bounds.back() < range.most || (!farIsLeast && beyond);
+    return low && high;
 }
 
 // Throws for bounds, written as `text`, in ascending order, that aren't inside the effect's scale.
@@ -133,6 +147,7 @@ std::vector<float> OcclusionOptions::boundsIn(const MapScale& map) const {
         throw UsageError("the bounds of --occlusion must be in order, each once, not \"" + text_ +
                          "\"");
     }
+    if (!partMap(values, map)) refuse(text_, values, map.range);
     std::vector<float> bounds;
     bounds.reserve(values.size());
     for (const double value : values) bounds.push_back(static_cast<float>(map.nearness(value)));

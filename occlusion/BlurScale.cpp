@@ -12,7 +12,6 @@ namespace occlusion {
 namespace {
 
 constexpr int kSteps = 1 << 14;
-constexpr double kAddedRadius = 0.5;      // the effect adds it to the control
 constexpr double kProfileReach = 0.9999;  // of the control's range, which the effect doesn't exceed
 
 }  // namespace
@@ -21,8 +20,9 @@ BlurScale::BlurScale(const headless::ParameterSet& parameters, double downsample
     const auto control = [&](const char* label) {
         return parameters.value(parameters.find(label));
     };
-    const pictures::LensLayers layers(static_cast<int>(control("Resolution")),
-                                      (control("Blur Radius") + kAddedRadius) * downsample);
+    const pictures::LensLayers layers(
+        static_cast<int>(control("Resolution")),
+        (control("Blur Radius") + pictures::kAddedRadius) * downsample);
     const double focus = control("Focal Distance");
     const double exponent =
         std::tan((control("Profile") * kProfileReach + 1.0) * std::numbers::pi / 4.0);

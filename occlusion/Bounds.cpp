@@ -10,7 +10,7 @@ namespace {
 
 // A bound at step s parts the steps below s from s and those above it.
 constexpr int kSteps = 192;
-constexpr double kLeastPixels = 0.002;  // of all, in a slab
+constexpr double kLeastPixels = 0.0005;  // of all, in a slab
 // What a bound has to gain beside the best choice with fewer, as part of all outlines.
 constexpr double kLeastGain = 0.02;
 // The loss for a pair of neighbours on a surface that is cut, beside an outline of large blurs.
@@ -18,7 +18,9 @@ constexpr double kCutLoss = 0.15;
 // The loss for a pixel that isn't clearly in one slab.
 constexpr double kCrowdLoss = 0.01;
 constexpr int kCrowdSteps = 4;
-constexpr double kFewPixels = 1e-5;  // of all
+constexpr double kFewPixels = 1e-5;    // of all
+constexpr double kStrayPixels = 1e-4;  // of all, at each end
+constexpr int kRangeSteps = 1 << 16;
 // Outlines count by how much the blurs of their sides differ, up to so many pixels of radius.
 constexpr double kFullStep = 12.0;
 
@@ -32,10 +34,7 @@ DepthCensus::DepthCensus(const Depths& depths, const BlurScale& scale)
     : outlines_(static_cast<std::size_t>(kSteps) * kSteps, 0.0),
       cuts_(kSteps + 1, 0.0),
       pixels_(kSteps + 1, 0.0) {
-    for (const float nearness : depths.nearness) {
-        least_ = std::min(least_, nearness);
-        most_ = std::max(most_, nearness);
-    }
+    findRange(depths);
     for (int y = 0; y < depths.height; ++y) {
         for (int x = 0; x < depths.width; ++x) {
             const float here = depths.nearness[depths.at(x, y)];
@@ -59,9 +58,28 @@ DepthCensus::DepthCensus(const Depths& depths, const BlurScale& scale)
     }
 }
 
+// The range of nearness without the few pixels at each end that would coarsen the steps of all
+// others.
+void DepthCensus::findRange(const Depths& depths) {
+    std::vector<std::size_t> pixels(kRangeSteps + 1, 0);
+    const auto stepIn = [](float nearness) {
+        return static_cast<std::size_t>(std::clamp(nearness, 0.0F, 1.0F) * kRangeSteps);
+    };
+    for (const float nearness : depths.nearness) ++pixels[stepIn(nearness)];
+    const auto few =
+        static_cast<std::size_t>(kStrayPixels * static_cast<double>(depths.nearness.size())) + 1;
+    const auto atEnd = [few](auto first, auto last) {
+        std::size_t count = 0;
+        return std::find_if(first, last, [&](std::size_t here) { return (count += here) > few; }) -
+               first;
+    };
+    least_ = static_cast<float>(atEnd(pixels.begin(), pixels.end())) / kRangeSteps;
+    most_ = 1.0F - static_cast<float>(atEnd(pixels.rbegin(), pixels.rend())) / kRangeSteps;
+}
+
 int DepthCensus::stepOf(float nearness) const {
     const float range = std::max(most_ - least_, 1e-6F);
-    return std::min(static_cast<int>((nearness - least_) / range * kSteps), kSteps - 1);
+    return std::clamp(static_cast<int>((nearness - least_) / range * kSteps), 0, kSteps - 1);
 }
 
 // Two neighbouring pixels.

@@ -30,6 +30,7 @@ private:
         std::vector<int> steps;
     };
     std::vector<Choice> bestChoices(int most) const;
+    void findRange(const Depths& depths);
     void count(float a, float b, const BlurScale& scale);
     int stepOf(float nearness) const;
     double gained(int previous, int bound) const;

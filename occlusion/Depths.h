@@ -25,8 +25,8 @@ struct Depths {
 // as far. Throws std::invalid_argument if there is no map with `width` x `height` pixels.
 Depths readDepths(const headless::ParameterSet& parameters, int width, int height);
 
-// Whether there is an outline between two depths: their blurs differ by more than any surface
-// slanted across neighbouring pixels does.
+// Whether there is an outline between the depths of two neighbouring pixels: their blurs differ by
+// more than a pixel. A surface as steep as that is taken for one, too.
 inline bool isOutline(const BlurScale& scale, float a, float b) {
     constexpr float kLeastStep = 1.0F;  // pixels of radius
     const float step = scale.signedRadius(a) - scale.signedRadius(b);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "occlusion/LightCurve.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace occlusion {
@@ -16,7 +17,9 @@ double LightCurve::expand(double colour) const {
 
 double LightCurve::compress(double light) const {
     if (exposure_ == 0.0 || light < threshold_) return light;
-    return std::log1p((light - threshold_) * exposure_) / exposure_ + threshold_;
+    // Below zero, light approaches a limit: any more is an error of rounding.
+    constexpr double kLimit = -1.0 + 1e-7;
+    return std::log1p(std::max((light - threshold_) * exposure_, kLimit)) / exposure_ + threshold_;
 }
 
 }  // namespace occlusion

@@ -54,15 +54,18 @@ public:
     // Whether a neighbour is on another surface.
     void markRow(int y) {
         for (int x = 0; x < depths_.width; ++x) {
-            doubtful_[depths_.at(x, y)] = otherSurface(x, y).has_value() ? 1 : 0;
+            doubtful_[depths_.at(x, y)] = otherSurface(x, y, 1).has_value() ? 1 : 0;
         }
     }
 
     void findRow(int y, std::vector<MixedPixel>& row) const {
         for (int x = 0; x < depths_.width; ++x) {
-            if (doubtful_[depths_.at(x, y)] == 0) continue;
-            const MixedPixel pixel =
-                split(x, y, otherSurface(x, y).value_or(depths_.nearness[depths_.at(x, y)]));
+            const bool atOutline = doubtful_[depths_.at(x, y)] != 0;
+            const bool bright = brightest(colourAt(picture_, x, y)) > 1.0F;
+            if (!atOutline && !bright) continue;
+            const std::optional<float> other = otherSurface(x, y, atOutline ? 1 : kReach);
+            if (!other) continue;
+            const MixedPixel pixel = split(x, y, *other, atOutline);
             if (pixel.share < 1.0F) row.push_back(pixel);
         }
     }
@@ -78,10 +81,10 @@ private:
     }
 
     // The depth, among the neighbours' across an outline, that differs most.
-    std::optional<float> otherSurface(int x, int y) const {
+    std::optional<float> otherSurface(int x, int y, int reach) const {
         const float here = depths_.nearness[depths_.at(x, y)];
         std::optional<float> other;
-        around(x, y, 1, [&](int u, int v) {
+        around(x, y, reach, [&](int u, int v) {
             const float there = depths_.nearness[depths_.at(u, v)];
             const bool farther = !other || std::fabs(there - here) > std::fabs(*other - here);
             if (farther && isOutline(scale_, here, there)) other = there;
@@ -89,7 +92,13 @@ private:
         return other;
     }
 
-    MixedPixel split(int x, int y, float otherNearness) const {
+    struct Surfaces {
+        Colour own;
+        Colour other;
+        bool otherIsFarther;
+    };
+
+    MixedPixel split(int x, int y, float otherNearness, bool atOutline) const {
         const float here = depths_.nearness[depths_.at(x, y)];
         Mean own;
         Mean other;
@@ -105,15 +114,26 @@ private:
         MixedPixel pixel{.x = x, .otherNearness = otherNearness};
         if (!own.any() || !other.any()) return pixel;
         const Surfaces surfaces{own.value(), other.value(), otherNearness < here};
+        // Lamps shine through loose hair also where it hides all depths behind it.
+        if (!atOutline && !isLampBehind(surfaces)) return pixel;
+        if (isRimLight(x, y, otherNearness, surfaces)) return pixel;
         part(pixel, colourAt(picture_, x, y), surfaces);
         return pixel;
     }
 
-    struct Surfaces {
-        Colour own;
-        Colour other;
-        bool otherIsFarther;
-    };
+    // Whether a light goes on along the own surface, as one on its rim does and a lamp behind it
+    // doesn't.
+    bool isRimLight(int x, int y, float otherNearness, const Surfaces& surfaces) const {
+        if (!isGlint(colourAt(picture_, x, y), surfaces)) return false;
+        const float here = depths_.nearness[depths_.at(x, y)];
+        int alike = 0;  // the pixel itself is one
+        around(x, y, 1, [&](int u, int v) {
+            const float there = depths_.nearness[depths_.at(u, v)];
+            const bool isOwn = std::fabs(there - here) < std::fabs(there - otherNearness);
+            if (isOwn && isGlint(colourAt(picture_, u, v), surfaces)) ++alike;
+        });
+        return alike >= 3;
+    }
 
     // How much of a pixel is the own surface, and how much of what the two colours don't explain
     // is added to each, so that the pixel keeps its colour.
@@ -140,6 +160,13 @@ private:
         return brightest(colour) > std::max(1.0F, 2.0F * around);
     }
 
+    // Whether a light is behind the own surface, such as a lamp behind hair: what the pixel has
+    // more than both is the lamp's.
+    static bool isLampBehind(const Surfaces& surfaces) {
+        const float light = brightest(surfaces.other);
+        return surfaces.otherIsFarther && light > std::max(1.0F, 2.0F * brightest(surfaces.own));
+    }
+
     static Shares sharesOfGlint(const Surfaces& surfaces) {
         const float toOther = surfaces.otherIsFarther ? 2.0F : 0.0F;
         return {.own = 0.5F, .restToOwn = 2.0F - toOther, .restToOther = toOther};
@@ -156,8 +183,11 @@ private:
         const float own = std::clamp(best, kLeastShare, 1.0F);
         const Colour mixed = sum(sum({}, own, surfaces.own), 1.0F - own, surfaces.other);
         const Colour rest = sum(colour, -1.0F, mixed);
-        if (dot(rest, rest) > kMostUnexplained * square) return {};
         const float other = 1.0F - own;
+        if (isLampBehind(surfaces) && other > 0.0F) {
+            return {.own = own, .restToOwn = 0.0F, .restToOther = 1.0F / other};
+        }
+        if (dot(rest, rest) > kMostUnexplained * square) return {};
         const float both = own * own + other * other;
         return {.own = own, .restToOwn = own / both, .restToOther = other / both};
     }

@@ -35,11 +35,15 @@ public:
           request_(request),
           parameters_(std::move(parameters)),
           curve_(parameters_) {
-        if (request.input == nullptr) throw std::invalid_argument("a frame needs an input");
+        if (request.input == nullptr || request.input->format() != PF_PixelFormat_ARGB128) {
+            throw std::invalid_argument("slabs need an input in float");
+        }
+        request_.bits = 32;
         request_.parameters = &parameters_;
     }
 
     Result render(const Options& options) {
+        requireOrder(options.bounds);
         const headless::World& picture = *request_.input;
         const Depths depths = readDepths(parameters_, picture.width(), picture.height());
         const BlurScale scale(parameters_, factorOf(request_.downsampleY));
@@ -64,6 +68,13 @@ public:
     }
 
 private:
+    static void requireOrder(const std::vector<float>& bounds) {
+        const auto before = [](float a, float b) { return !(a < b); };
+        const bool inside = bounds.empty() || (bounds.front() > 0.0F && bounds.back() < 1.0F);
+        if (inside && std::ranges::adjacent_find(bounds, before) == bounds.end()) return;
+        throw std::invalid_argument("bounds of slabs that aren't ascending inside 0 to 1");
+    }
+
     int threads() const { return host_.workers(); }
 
     // What the effect would render.
@@ -98,8 +109,24 @@ private:
             result.frame = blurred;
             return false;
         }
-        if (blurred.output != nullptr) stack.cover(*blurred.output);
+        if (blurred.output == nullptr) return true;
+        if (repeatsEdges()) {
+            stack.cover(*blurred.output, nullptr);
+            return true;
+        }
+        blur.fill();
+        request.progress = nullptr;
+        const headless::FrameResult full = effect_.renderFrame(request);
+        if (full.status != PF_Err_NONE) {
+            result.frame = full;
+            return false;
+        }
+        stack.cover(*blurred.output, full.output.get());
         return true;
+    }
+
+    bool repeatsEdges() const {
+        return parameters_.value(parameters_.find("Edge Behavior")) != 0.0;
     }
 
     // Reports a slab's steps as those of the whole frame.

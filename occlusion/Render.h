@@ -33,9 +33,10 @@ struct Result {
     std::vector<SlabReport> slabs;  // from far to near; a single one is the effect's own frame
 };
 
-// Renders `request` in float with `parameters`, which hold a depth map as large as the input, and
-// the focus in Focal Distance; the map is given up when it has been read. Throws what
-// Effect::renderFrame throws, and std::invalid_argument without such a map.
+// Renders `request`, whose input is in float, with `parameters`, which hold a depth map as large as
+// the input, and the focus in Focal Distance; the map is given up when it has been read. Throws
+// what Effect::renderFrame throws, and std::invalid_argument without such an input or map, or for
+// other bounds.
 Result render(headless::Host& host, headless::Effect& effect, const headless::FrameRequest& request,
               headless::ParameterSet parameters, const Options& options);
 

@@ -12,17 +12,19 @@
 namespace occlusion {
 namespace {
 
+using pictures::kAddedRadius;
 using pictures::LensLayers;
 
-constexpr int kMostLayers = 12;       // of the control Resolution
-constexpr double kAddedRadius = 0.5;  // the effect adds it to the control
-// Radii of a slab that differ by less, in pixels of the render, are one.
+constexpr int kMostLayers = 10;  // of the control Resolution
+// Radii of a slab that differ by less, in pixels of the render or as part of the largest, are one.
 constexpr double kSameRadius = 0.25;
+constexpr double kSameShare = 0.05;
 // Layers need not be closer, in pixels of the render.
 constexpr double kLeastStep = 1.0;
 
 int layersFor(const RadiusSpan& span, double downsample) {
-    if ((span.largest - span.least) * downsample < kSameRadius) return 1;
+    const double same = std::max(kSameRadius, kSameShare * span.largest * downsample);
+    if ((span.largest - span.least) * downsample < same) return 1;
     const double steps = std::ceil(span.largest * downsample / kLeastStep);
     return std::clamp(static_cast<int>(steps) + 1, 2, kMostLayers);
 }
@@ -104,6 +106,14 @@ headless::FrameRequest SlabBlur::request(const headless::FrameRequest& frame,
     request.rect = intersection(rect, reach());
     request.bits = 32;
     return request;
+}
+
+void SlabBlur::fill() {
+    for (int y = 0; y < slab_.light->height(); ++y) {
+        auto* const row = slab_.light->row<PF_PixelFloat>(y);
+        std::fill_n(row, slab_.light->width(),
+                    PF_PixelFloat{.alpha = 1.0F, .red = 0.0F, .green = 0.0F, .blue = 0.0F});
+    }
 }
 
 }  // namespace occlusion

@@ -21,6 +21,9 @@ public:
     // The request for what the slab and its blur cover of `rect`, pixels at the downsample;
     // otherwise as `frame`. Valid as long as this object.
     headless::FrameRequest request(const headless::FrameRequest& frame, const PF_LRect& rect) const;
+    // Lets the slab cover all of the picture, without light: the same request then shows how much
+    // of each blur lies inside the picture.
+    void fill();
 
 private:
     void setMap(int threads);

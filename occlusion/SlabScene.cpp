@@ -12,13 +12,15 @@
 namespace occlusion {
 namespace {
 
-constexpr float kDarkest = 1e-3F;  // of a light that counts in a mean
+constexpr float kDarkest = 1e-3F;    // of a light that counts in a mean
+constexpr double kMostLight = 1e30;  // sums of it over a picture are finite
 constexpr float kLeastCoverage = 1.0F / 4096;
 
 // A pixel as one slab has it.
 struct Part {
     float own = 0.0F;         // how much of the pixel shows the slab
     float nearer = 0.0F;      // how much of it shows nearer slabs
+    float hiding = 0.0F;      // how much of it hides this one
     Colour light{};           // times own
     float radius = 0.0F;      // of the blur; of two surfaces, the brighter one decides
     float brightness = 0.0F;  // what counts in the radius so far
@@ -51,17 +53,26 @@ private:
     }
 
     void add(Part& part, float nearness, float amount, const Colour& colour) const {
-        part.nearer += amount * scene_.slabs.nearer(slab_, nearness);
+        const float nearer = amount * scene_.slabs.nearer(slab_, nearness);
+        part.nearer += nearer;
+        part.hiding += nearer * hides(colour[3]);
         const float own = amount * scene_.slabs.share(slab_, nearness);
         if (own <= 0.0F) return;
         const Colour light = lightOf(colour);
         part.own += own;
         for (std::size_t c = 0; c < light.size(); ++c) part.light[c] += own * light[c];
         part.brightestLight = std::max(part.brightestLight, brightest(light));
-        const float brightness = own * (brightest(light) + kDarkest);
+        const float brightness = own * (std::max(brightest(light), 0.0F) + kDarkest);
         const float radius = std::fabs(scene_.scale.signedRadius(nearness));
         part.brightness += brightness;
         part.radius = std::lerp(part.radius, radius, brightness / part.brightness);
+    }
+
+    // How far a surface with this alpha hides what is behind it. What can be seen through one that
+    // isn't opaque isn't in the picture, so nothing is continued there.
+    static float hides(float alpha) {
+        const float square = alpha * alpha;
+        return square * square * square * square;
     }
 
     // The curve applies to straight colours.
@@ -70,11 +81,15 @@ private:
         if (alpha <= 0.0F) return {};
         Colour light = colour;
         for (std::size_t c = 0; c < 3; ++c) {
-            light[c] =
-                static_cast<float>(scene_.curve.expand(static_cast<double>(colour[c] / alpha))) *
-                alpha;
+            const double expanded = scene_.curve.expand(static_cast<double>(colour[c] / alpha));
+            light[c] = static_cast<float>(finite(expanded)) * alpha;
         }
         return light;
+    }
+
+    // The curve goes beyond any number for colours that are too bright for it.
+    static double finite(double light) {
+        return std::isnan(light) ? 0.0 : std::clamp(light, -kMostLight, kMostLight);
     }
 
     const Scene& scene_;
@@ -141,7 +156,7 @@ public:
         for (int x = 0; x < width; ++x) {
             const Part part = reader_.read(x, y);
             const Continued behind = pyramid_.at(x, y);
-            const float hidden = part.nearer * behind.presence;
+            const float hidden = part.hiding * behind.presence;
             radii[x] = radiusOf(part, hidden, behind);
             if (part.own + hidden <= kLeastCoverage) continue;
             light[x] = straight(part.light, hidden, behind.colour);

@@ -30,16 +30,19 @@ float* Stack::pixel(int x, int y) {
     return const_cast<float*>(static_cast<const Stack*>(this)->pixel(x, y));
 }
 
-void Stack::cover(const headless::World& slab) {
+void Stack::cover(const headless::World& slab, const headless::World* full) {
     const PF_LRect place = slab.rect();
     const PF_LRect common = intersection(rect_, place);
     if (isEmpty(common)) return;
     forRows(common.bottom - common.top, threads_, [&](int first, int last) {
         for (int y = common.top + first; y < common.top + last; ++y) {
-            const auto* row = slab.row<PF_PixelFloat>(y - place.top);
+            const auto* const row = slab.row<PF_PixelFloat>(y - place.top);
+            const auto* const fullRow =
+                full == nullptr ? nullptr : full->row<PF_PixelFloat>(y - place.top);
             for (int x = common.left; x < common.right; ++x) {
                 const PF_PixelFloat& above = row[x - place.left];
-                const float through = 1.0F - above.alpha;
+                const float most = fullRow == nullptr ? 1.0F : fullRow[x - place.left].alpha;
+                const float through = above.alpha < most ? 1.0F - above.alpha / most : 0.0F;
                 float* const light = pixel(x, y);
                 light[0] = above.alpha * above.red + through * light[0];
                 light[1] = above.alpha * above.green + through * light[1];

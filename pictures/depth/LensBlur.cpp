@@ -8,7 +8,6 @@
 namespace pictures {
 namespace {
 
-constexpr double kAddedRadius = 0.5;    // the effect adds it to the control
 constexpr double kLeastInverse = 1e-9;  // relative to that of the focus; less is infinitely far
 
 double controlFor(double radius, const EffectScale& scale) {

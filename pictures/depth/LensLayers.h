@@ -6,6 +6,9 @@
 
 namespace pictures {
 
+// The effect adds it to the control Blur Radius, in pixels of the full resolution.
+inline constexpr double kAddedRadius = 0.5;
+
 // The second moment of the light that a point spreads into a disc of `radius` pixels, in square
 // pixels: the mean of dx^2 + dy^2 over the pixels by which the disc is drawn, each of which holds
 // the part of the disc that it covers. radius^2 / 2 + 1/6 for large discs; 0 up to half a pixel.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 #include "pictures/WorldPixels.h"
@@ -71,6 +72,26 @@ void blend(const std::vector<Tap>& taps, const float* from, std::size_t stride, 
     }
 }
 
+// Whether the map's pixels that are blended into one lie on both sides of a step.
+bool hasStep(const Picture& map, const std::vector<Tap>& across, const std::vector<Tap>& down) {
+    constexpr float kStep = 0.03F;  // of nearness; a slanted surface stays smooth
+    for (std::size_t c = 0; c < kChannels; ++c) {
+        float least = std::numeric_limits<float>::max();
+        float most = std::numeric_limits<float>::lowest();
+        for (const Tap& row : down) {
+            for (const Tap& column : across) {
+                const std::size_t at =
+                    static_cast<std::size_t>(row.index) * static_cast<std::size_t>(map.width()) +
+                    static_cast<std::size_t>(column.index);
+                least = std::min(least, map.pixel(at)[c]);
+                most = std::max(most, map.pixel(at)[c]);
+            }
+        }
+        if (most - least > kStep) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 std::string sizeText(const Size& size) {
@@ -101,7 +122,7 @@ bool fitsEffect(const Picture& image, const Picture& map, MapPlacement placement
 }
 
 std::shared_ptr<headless::World> layOver(const Picture& image, const Picture& map,
-                                         MapPlacement placement) {
+                                         MapPlacement placement, Steps steps) {
     const Size size = displaySize(image);
     const Axis across = columns(size, map, placement);
     const Axis down = rows(size, map, placement);
@@ -117,9 +138,14 @@ std::shared_ptr<headless::World> layOver(const Picture& image, const Picture& ma
     std::vector<float> row(taps.size() * kChannels);
     for (int y = 0; y < image.height(); ++y) {
         const int at = y + image.window.top - image.display.top;
-        blend(tapsOf(down, at), map.pixels.data(), mapRow, squeezed.data(), mapRow);
+        const std::vector<Tap> tapsDown = tapsOf(down, at);
+        blend(tapsDown, map.pixels.data(), mapRow, squeezed.data(), mapRow);
         for (std::size_t x = 0; x < taps.size(); ++x) {
-            blend(taps[x], squeezed.data(), kChannels, row.data() + x * kChannels, kChannels);
+            float* const pixel = row.data() + x * kChannels;
+            blend(taps[x], squeezed.data(), kChannels, pixel, kChannels);
+            if (steps == Steps::kSmooth || !hasStep(map, taps[x], tapsDown)) continue;
+            const int from = static_cast<int>(x) + image.window.left - image.display.left;
+            std::copy_n(map.pixel(mapPixel(size, map, placement, from, at)), kChannels, pixel);
         }
         storeRow(*world, 0, y, row);
     }

@@ -34,6 +34,12 @@ enum class MapPlacement { kCenter = 1, kStretch = 2 };
 // `image`; outside the map, the nearest.
 std::size_t mapPixel(const Size& image, const Picture& map, MapPlacement placement, int x, int y);
 
+// What becomes of a step in a map with values 0 to 1, which is the outline of a thing.
+enum class Steps {
+    kSmooth,  // blended as everything else
+    kKept     // the nearest pixel of the map is taken: no depth between those of two things
+};
+
 // Whether the effect can place the map itself. It knows no windows, and beyond the middle of the
 // last pixels of a smaller map that is stretched it finds depth 0. The map has windows only if the
 // image has.
@@ -43,6 +49,6 @@ bool fitsEffect(const Picture& image, const Picture& map, MapPlacement placement
 // interpolated where the map is smaller than the image, averaged over a pixel's area where it is
 // larger, and repeated beyond the map's edges.
 std::shared_ptr<headless::World> layOver(const Picture& image, const Picture& map,
-                                         MapPlacement placement);
+                                         MapPlacement placement, Steps steps);
 
 }  // namespace pictures

@@ -117,7 +117,7 @@ TEST_F(Occlusion, TheBarSpreadsOverABackgroundThatStaysSharp) {
 
 TEST_F(Occlusion, SlabsAreSaidInTheMapsValuesAndTheValueMayBeLeftOut) {
     const Pixels expected = stripes("--occlusion auto", "z.exr");
-    EXPECT_THAT(said, HasSubstr("2 slabs, cut at 2; blur radii in pixels, from far to near: "));
+    EXPECT_THAT(said, HasSubstr("2 slabs, cut at 2.0; blur radii in pixels, from far to near: "));
     for (const char* words :
          {"--occlusion in.exr", "--occlusion -- in.exr", "in.exr --occlusion --quiet",
           "in.exr --occlusion", "in.exr --occlusion 8", "in.exr --occlusion 2."}) {
@@ -208,6 +208,8 @@ TEST_F(Occlusion, WhatCannotBeIsRefused) {
                {".3,.35,.4,.45,.5,.55,.6,.65", "takes at most 7 bounds, not 8"},
                {"0.3,0.6,0.5", "must be in order, each once, not \"0.3,0.6,0.5\""},
                {"0.5,0.5", "must be in order"},
+               {"0.9", "must lie inside the map's values, 0.25 to 0.75"},
+               {"0.25,0.6", "must lie inside the map's values, 0.25 to 0.75"},
                {"0.5,1.5", "must lie inside the map's values, 0.25 to 0.75"},
                {"0.5,0.500000001", "not too close to each other"},
                {"auto --bits 8", "renders in float; leave out --bits"},

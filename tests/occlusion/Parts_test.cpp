@@ -85,6 +85,16 @@ protected:
     }
 };
 
+// Few pixels far from all others, and a thing of few pixels.
+TEST_F(Census, SeesSmallThingsAndNoStrayPixels) {
+    const auto stray = of([](int x, int y) {
+        return x == 5 && y == 5 ? 1.0 : x < 48 ? 0.02 : 0.1;
+    });
+    EXPECT_THAT(stray.choose(8), ElementsAre(FloatNear(0.06F, 0.01F)));
+    const auto small = of([](int x, int y) { return x < 3 && y < 4 ? 0.9 : 0.1; });
+    EXPECT_THAT(small.choose(8), ElementsAre(FloatNear(0.5F, 0.02F)));
+}
+
 // Three cards: the bounds lie in the middle between them.
 TEST_F(Census, FindsTheGapsBetweenThings) {
     const auto census = of([](int x, int) { return x < 30 ? 0.1 : x < 60 ? 0.5 : 0.9; });

@@ -106,7 +106,66 @@ TEST_F(Occlusion, EqualsTheEffectWhereThereIsOneSlab) {
     const auto expected = plain(picture);
     EXPECT_EQ(largestDifference(*own.frame.output, *expected, kEverywhere), 0.0);
     // One radius by a kernel of its own, and not by two layers of the same second moment.
-    EXPECT_LT(difference(*split.frame.output, *expected), 0.02);
+    EXPECT_LT(difference(*split.frame.output, *expected), 0.005);
+}
+
+// A surface that lets light through shows what isn't in the picture, and not the slab behind it.
+TEST_F(Occlusion, FillsNoAlphaBehindWhatIsSeenThrough) {
+    set("Focal Distance", 1.0);
+    const auto glass = paint(kWidth, kHeight, [](int x, int y) {
+        Rgba light = onCard(x, y) ? nearLight(x, y) : farLight(x, y);
+        light[3] = onCard(x, y) ? 0.4 : 1.0;
+        return light;
+    });
+    const auto result = occluded(glass, twoDepths(1.0, 0.0));
+    // The blurred wall is seen through the glass as far as its blur reaches.
+    const auto inside = [](int x, int y) {
+        return onCard(x - 12, y - 12) && onCard(x + 12, y + 12);
+    };
+    EXPECT_LT(largestDifference(*result.frame.output, *glass, inside), 0.01);
+}
+
+// What lies outside the picture is as transparent as without slabs.
+TEST_F(Occlusion, FallsOffOnceAtEdgesThatAreNotRepeated) {
+    set("Edge Behavior", 0.0);
+    const auto alphaOf = [](const headless::World& world) {
+        return paint(kWidth, kHeight, [&](int x, int y) {
+            return Rgba{0.0, 0.0, 0.0, rgbaAt(world, x, y)[3]};
+        });
+    };
+    const auto depths = paintMap(kWidth, kHeight, [](int x, int) { return x < 60 ? 1.0 : 0.0; });
+    const auto result = occluded(paint(kWidth, kHeight, farLight), depths);
+    ASSERT_EQ(result.slabs.size(), 2U);
+    setMap(depths);
+    const auto expected = alphaOf(*plain(paint(kWidth, kHeight, farLight)));
+    EXPECT_LT(rgbaAt(*expected, 0, 40)[3], 0.7);
+    EXPECT_LT(largestDifference(*alphaOf(*result.frame.output), *expected, kEverywhere), 0.02);
+}
+
+// A bright rim of the sharp card stays on the card; it is no lamp of the wall behind it.
+TEST_F(Occlusion, KeepsTheLightOnARim) {
+    set("Focal Distance", 1.0);
+    const auto lit = paint(kWidth, kHeight, [](int x, int y) {
+        if (!onCard(x, y)) return farLight(x, y);
+        return onCard(x - 1, y) ? nearLight(x, y) : Rgba{4.0, 4.0, 4.0, 1.0};
+    });
+    const auto result = occluded(lit, twoDepths(1.0, 0.0));
+    EXPECT_NEAR(rgbaAt(*result.frame.output, 40, 45)[0], 4.0, 0.02);
+    EXPECT_LT(rgbaAt(*result.frame.output, 36, 45)[0], farLight(36, 45)[0] + 0.02);
+}
+
+// Colours just below zero, and such as the curve of exposure turns into more than a float holds.
+TEST_F(Occlusion, EndsWithAnyColour) {
+    for (const auto& [colour, exposure] : {std::pair{-1e-3, 0.0}, {10.0, 10.0}, {0.9, -30.0}}) {
+        set("Exposure", exposure);
+        const auto picture = paint(kWidth, kHeight, [&](int x, int y) {
+            return x == 20 && y == 20 ? Rgba{colour, colour, colour, 1.0} : farLight(x, y);
+        });
+        const auto result = occluded(picture, twoDepths(1.0, 0.0));
+        for (int x = 0; x < kWidth; ++x) {
+            EXPECT_TRUE(std::isfinite(rgbaAt(*result.frame.output, x, 20)[0])) << colour;
+        }
+    }
 }
 
 TEST_F(Occlusion, CopiesWithoutABlur) {

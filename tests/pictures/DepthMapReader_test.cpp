@@ -181,7 +181,7 @@ Picture rowOf(Window window, Window display) {
 
 TEST(MapPlacement, MapsLieOnEveryPixelOfTheImage) {
     const auto laid = [](const Picture& image, const Picture& map, MapPlacement placement) {
-        const auto world = layOver(image, map, placement);
+        const auto world = layOver(image, map, placement, pictures::Steps::kSmooth);
         std::vector<float> values;
         for (int x = 0; x < world->width(); ++x) values.push_back(world->get(x, 0).green);
         return values;
@@ -192,6 +192,8 @@ TEST(MapPlacement, MapsLieOnEveryPixelOfTheImage) {
     const Picture four = rowOf({0, 0, 4, 1}, {0, 0, 4, 1});
     EXPECT_THAT(laid(eight, four, kStretch),
                 ElementsAre(0, 0.25F, 0.75F, 1.25F, 1.75F, 2.25F, 2.75F, 3));
+    const auto kept = layOver(eight, four, kStretch, pictures::Steps::kKept);
+    for (int x = 0; x < 8; ++x) EXPECT_EQ(kept->get(x, 0).green, x / 2);
     EXPECT_THAT(laid(four, eight, kStretch), ElementsAre(0.5F, 2.5F, 4.5F, 6.5F));
     EXPECT_THAT(laid(eight, eight, kCenter), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
     // Two pixels of overscan, which a map may have as well.
