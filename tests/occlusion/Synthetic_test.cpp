@@ -154,6 +154,18 @@ TEST_F(Occlusion, KeepsTheLightOnARim) {
     EXPECT_LT(rgbaAt(*result.frame.output, 36, 45)[0], farLight(36, 45)[0] + 0.02);
 }
 
+// A small lamp beside the sharp card, and a pixel with the card's depth through which it shines.
+TEST_F(Occlusion, GivesALampWhatShinesThroughAnOutline) {
+    set("Focal Distance", 1.0);
+    const auto lit = paint(kWidth, kHeight, [](int x, int y) {
+        const bool lamp = x >= 37 && x < 40 && y >= 44 && y < 47;
+        if (lamp || (x == 40 && y == 45)) return Rgba{20.0, 20.0, 20.0, 1.0};
+        return onCard(x, y) ? nearLight(x, y) : farLight(x, y);
+    });
+    const auto result = occluded(lit, twoDepths(1.0, 0.0));
+    EXPECT_LT(rgbaAt(*result.frame.output, 40, 45)[0], 3.0);
+}
+
 // Colours just below zero, and such as the curve of exposure turns into more than a float holds.
 TEST_F(Occlusion, EndsWithAnyColour) {
     for (const auto& [colour, exposure] : {std::pair{-1e-3, 0.0}, {10.0, 10.0}, {0.9, -30.0}}) {
