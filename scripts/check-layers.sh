@@ -25,7 +25,8 @@ declare -A below=(
     [pictures]='headless platform'
     [occlusion]='pictures headless platform'
     [scene]=''
-    [cli]='occlusion scene pictures headless platform'
+    [shot]=''
+    [cli]='shot occlusion scene pictures headless platform'
 )
 plugin='platform host transform kernels depth pipeline effect bundle'
 
