@@ -23,6 +23,10 @@ DepthKind parseKind(const std::string& text) {
     return parseChoice("--depth-kind", text, kKinds);
 }
 
+std::string named(const LayerNames& names, const std::string& text) {
+    return names ? names(text) : text;
+}
+
 pictures::MapControls mapControls(const headless::ParameterSet& parameters,
                                   const ParameterOptions& controls) {
     const double channel = parameters.value(parameters.find("Channel"));
@@ -72,9 +76,8 @@ void leaveOutInversion(headless::ParameterSet& parameters) {
 }
 
 // The range by which --depth-auto maps.
-void printRange(std::ostream& out, const pictures::DepthSource& source) {
-    const bool nearIsMost = source.kind == DepthKind::kDisparity;
-    const pictures::DepthRange& range = source.range;
+void printRange(std::ostream& out, DepthKind kind, const pictures::DepthRange& range) {
+    const bool nearIsMost = kind == DepthKind::kDisparity;
     out << "depth: " << numberText(nearIsMost ? range.most : range.least) << " (near) to "
         << numberText(nearIsMost ? range.least : range.most) << " (far)"
         << std::endl;  // a reader may wait for it while the render runs
@@ -147,11 +150,29 @@ void DepthOptions::check(const headless::ParameterSet& parameters,
     }
 }
 
+DepthFindings DepthOptions::findings(const headless::ParameterSet& parameters,
+                                     const ParameterOptions& controls, const std::string& file,
+                                     std::optional<DepthKind> found,
+                                     pictures::Messages& messages) const {
+    pictures::DepthMapping mapping = this->mapping();
+    mapping.ofShot = true;
+    mapping.found = found;
+    const pictures::DepthSource source = pictures::readDepth(
+        file, pictures::Extent::kDisplay, mapping, mapControls(parameters, controls), messages);
+    return {.kind = source.kind, .range = source.range};
+}
+
+void DepthOptions::tell(const std::string& name, const DepthFindings& findings,
+                        pictures::Messages& messages, std::ostream& out) const {
+    pictures::tellRange(name, findings.kind, findings.range, mapping(), messages);
+    if (automatic_ && !messages.quiet()) printRange(out, findings.kind, findings.range);
+}
+
 pictures::DepthCurve DepthOptions::lensCurve(headless::ParameterSet& parameters, Camera camera,
                                              const pictures::DepthSource& source,
-                                             const std::optional<pictures::Size>& image,
+                                             const std::optional<double>& focusAt,
                                              pictures::Messages& messages) const {
-    if (const auto focus = focus_.value(parameters, source, image)) {
+    if (const auto focus = focusAt ? focusAt : focus_.valueGiven()) {
         camera.view.lens.focus = *focus * camera.view.mapUnit;
     }
     pictures::DepthMapping mapping;
@@ -161,38 +182,50 @@ pictures::DepthCurve DepthOptions::lensCurve(headless::ParameterSet& parameters,
 
 pictures::DepthCurve DepthOptions::plainCurve(headless::ParameterSet& parameters,
                                               const pictures::DepthSource& source,
-                                              const std::optional<pictures::Size>& image,
+                                              const std::optional<double>& focusAt,
                                               pictures::Messages& messages) const {
     pictures::DepthCurve curve(source.kind, mapping(), source.range, source.controls.inverted);
-    focus_.apply(parameters, source, curve, image, messages);
+    focus_.apply(parameters, source, curve, focusAt, messages);
     return curve;
 }
 
 std::optional<MapScale> DepthOptions::apply(headless::ParameterSet& parameters,
                                             const ParameterOptions& controls, const MapUse& use,
                                             pictures::Messages& messages, std::ostream& out) const {
-    const auto& [image, camera, forEachPixel] = use;
+    const pictures::Picture* const image = use.image;
     const std::optional<Setting> map = controls.setting(kDepthLayer);
     if (!map) return std::nullopt;
-    const pictures::DepthMapping mapping = this->mapping();
+    pictures::DepthMapping mapping = this->mapping();
+    if (use.findings) {
+        mapping.ofShot = true;
+        mapping.found = use.findings->kind;
+    }
     const bool overscan = image != nullptr && image->window != image->display;
-    pictures::DepthSource source = pictures::readDepth(
-        map->text, overscan ? pictures::Extent::kEverything : pictures::Extent::kDisplay, mapping,
-        mapControls(parameters, controls), messages);
+    pictures::DepthSource source =
+        pictures::readDepth(named(use.names, map->text),
+                            overscan ? pictures::Extent::kEverything : pictures::Extent::kDisplay,
+                            mapping, mapControls(parameters, controls), messages);
     std::optional<pictures::Size> size;
     if (image != nullptr) size = displaySize(*image);
     const bool stretched = size && mustStretch(controls, source, *size);
     focus_.requirePossible(source.kind, size);
 
-    pictures::tellDepth(source, mapping, messages);
-    if (automatic_ && !messages.quiet()) printRange(out, source);
+    if (use.findings) {
+        source.range = use.findings->range;
+    } else {
+        pictures::tellDepth(source, mapping, messages);
+        if (automatic_ && !messages.quiet()) printRange(out, source.kind, source.range);
+    }
     if (stretched) stretch(parameters, source, *size, messages);
-    const pictures::DepthCurve curve = camera
-                                           ? lensCurve(parameters, *camera, source, size, messages)
-                                           : plainCurve(parameters, source, size, messages);
-    const bool turns = forEachPixel && source.kind != DepthKind::kNormalised;
+    const std::optional<double> focus = use.findings && use.findings->focus
+                                            ? use.findings->focus
+                                            : focus_.valueAt(parameters, source, size);
+    const pictures::DepthCurve curve =
+        use.camera ? lensCurve(parameters, *use.camera, source, focus, messages)
+                   : plainCurve(parameters, source, focus, messages);
+    const bool turns = use.forEachPixel && source.kind != DepthKind::kNormalised;
     if (turns && source.controls.inverted) leaveOutInversion(parameters);
-    const MapScale scale{curve, source.range, source.controls.inverted && !turns};
+    const MapScale scale{curve, source.range, source.controls.inverted && !turns, focus};
     const pictures::Picture positions = applyCurve(std::move(source), curve);
     parameters.setLayer(map->info.index, layerOf(positions, use, placementOf(parameters)));
     return scale;

@@ -73,11 +73,11 @@ std::vector<std::string> EffectOptions::files() const {
 }
 
 void EffectOptions::applyLayer(headless::ParameterSet& parameters, const Setting& setting,
-                               pictures::Messages& messages) const {
-    const auto world = readLayer(setting.text, messages);
+                               const std::string& file, pictures::Messages& messages) const {
+    const auto world = readLayer(file, messages);
     if (optionName(setting.info) == kShapeLayer) {
         const double channel = parameters.value(parameters.find(kShapeChannel));
-        requireShape(*world, static_cast<int>(channel), setting.text);
+        requireShape(*world, static_cast<int>(channel), file);
     }
     parameters.setLayer(setting.info.index, world);
 }
@@ -89,13 +89,33 @@ void EffectOptions::applyControls(headless::ParameterSet& parameters) const {
     depth_.check(parameters, controls_);
 }
 
+std::optional<std::string> EffectOptions::depthFile() const {
+    const std::optional<Setting> setting = controls_.setting(kDepthLayer);
+    if (!setting) return std::nullopt;
+    return setting->text;
+}
+
+DepthFindings EffectOptions::depthFindings(const headless::ParameterSet& parameters,
+                                           const std::string& file,
+                                           std::optional<pictures::DepthKind> found,
+                                           pictures::Messages& messages) const {
+    return depth_.findings(parameters, controls_, file, found, messages);
+}
+
+void EffectOptions::tellDepth(const DepthFindings& findings, pictures::Messages& messages,
+                              std::ostream& out) const {
+    depth_.tell(depthFile().value_or(""), findings, messages, out);
+}
+
 std::optional<MapScale> EffectOptions::applyLayers(headless::ParameterSet& parameters,
                                                    const MapUse& use, pictures::Messages& messages,
                                                    std::ostream& out) const {
     for (const Setting& setting : controls_.settings()) {
         const bool layer = setting.info.type == PF_Param_LAYER;
         const bool depth = optionName(setting.info) == kDepthLayer;
-        if (layer && !depth) applyLayer(parameters, setting, messages);
+        if (layer && !depth)
+            applyLayer(parameters, setting, use.names ? use.names(setting.text) : setting.text,
+                       messages);
     }
     return depth_.apply(parameters, controls_, use, messages, out);
 }

@@ -31,6 +31,15 @@ public:
     // Sets the controls that have numbers. Throws UsageError for a value that a control can't have,
     // and for options that contradict each other.
     void applyControls(headless::ParameterSet& parameters) const;
+    // The option's text for the depth map, if there is one.
+    std::optional<std::string> depthFile() const;
+    // As DepthOptions::findings.
+    DepthFindings depthFindings(const headless::ParameterSet& parameters, const std::string& file,
+                                std::optional<pictures::DepthKind> found,
+                                pictures::Messages& messages) const;
+    // As DepthOptions::tell, for the depth map.
+    void tellDepth(const DepthFindings& findings, pictures::Messages& messages,
+                   std::ostream& out) const;
     // Reads the layers, after applyControls, and returns what DepthOptions::apply returns. Prints
     // the range that --depth-auto finds to `out`. Throws what the readers throw and what
     // DepthOptions::apply throws.
@@ -39,7 +48,7 @@ public:
 
 private:
     void applyLayer(headless::ParameterSet& parameters, const Setting& setting,
-                    pictures::Messages& messages) const;
+                    const std::string& file, pictures::Messages& messages) const;
 
     ParameterOptions controls_;
     DepthOptions depth_;

@@ -114,29 +114,30 @@ void FocusOptions::requirePossible(DepthKind kind,
                      pictures::depthKindName(kind) + ", not " + focus_);
 }
 
-std::optional<double> FocusOptions::value(const headless::ParameterSet& parameters,
-                                          const pictures::DepthSource& source,
-                                          const std::optional<pictures::Size>& image) const {
-    if (!focus_.empty()) return parseDistance("--focus", focus_);
+std::optional<double> FocusOptions::valueGiven() const {
+    if (focus_.empty()) return std::nullopt;
+    return parseDistance("--focus", focus_);
+}
+
+std::optional<double> FocusOptions::valueAt(const headless::ParameterSet& parameters,
+                                            const pictures::DepthSource& source,
+                                            const std::optional<pictures::Size>& image) const {
     if (focusAt_.empty() || !image) return std::nullopt;
     const pictures::DepthCurve curve(source.kind, {}, source.range, false);
     return sampleAt(focusAt_, parameters, source, curve, *image).value;
 }
 
 void FocusOptions::apply(headless::ParameterSet& parameters, const pictures::DepthSource& source,
-                         const pictures::DepthCurve& curve,
-                         const std::optional<pictures::Size>& image,
+                         const pictures::DepthCurve& curve, const std::optional<double>& found,
                          pictures::Messages& messages) const {
     const bool inverted = source.controls.inverted;
-    if (!focus_.empty()) {
-        const double value = parseDistance("--focus", focus_);
-        setFocus(parameters, curve.position(value), inverted, focus_, messages);
+    if (const auto value = valueGiven()) {
+        setFocus(parameters, curve.position(*value), inverted, focus_, messages);
     }
-    if (focusAt_.empty() || !image) return;
-    const pictures::DepthSample found = sampleAt(focusAt_, parameters, source, curve, *image);
-    const bool nothing = pictures::isNothing(found.value, source.kind);
-    const std::string value = nothing ? "far, without depth" : numberText(found.value);
-    setFocus(parameters, found.position, inverted, focusAt_ + " (" + value + ")", messages);
+    if (!found) return;
+    const bool nothing = pictures::isNothing(*found, source.kind);
+    const std::string value = nothing ? "far, without depth" : numberText(*found);
+    setFocus(parameters, curve.position(*found), inverted, focusAt_ + " (" + value + ")", messages);
 }
 
 }  // namespace cli

@@ -21,14 +21,17 @@ public:
     // Throws UsageError if maps of this kind have no such value, or if the image has no such pixel.
     void requirePossible(pictures::DepthKind kind,
                          const std::optional<pictures::Size>& image) const;
-    // The value of the map to focus on, if an option says one: that of the pixel is as for apply().
-    std::optional<double> value(const headless::ParameterSet& parameters,
-                                const pictures::DepthSource& source,
-                                const std::optional<pictures::Size>& image) const;
-    // Sets Focal Distance, notes it, and warns if the focus is beyond the map's range. A pixel has
-    // no effect without an image. The map is placed by the control Placement.
+    // The value of the map to focus on, if an option gives it.
+    std::optional<double> valueGiven() const;
+    // What the map shows at the pixel that is to be in focus, if an option names one and there is
+    // an image. The map is placed by the control Placement.
+    std::optional<double> valueAt(const headless::ParameterSet& parameters,
+                                  const pictures::DepthSource& source,
+                                  const std::optional<pictures::Size>& image) const;
+    // Sets Focal Distance to the value given or to `found` at a pixel, notes it, and warns if the
+    // focus is beyond the map's range.
     void apply(headless::ParameterSet& parameters, const pictures::DepthSource& source,
-               const pictures::DepthCurve& curve, const std::optional<pictures::Size>& image,
+               const pictures::DepthCurve& curve, const std::optional<double>& found,
                pictures::Messages& messages) const;
 
 private:

@@ -29,10 +29,14 @@ std::string valueText(double value) {
 
 std::string listed(const std::vector<double>& bounds) {
     std::string list;
-    for (const double bound : bounds) list += (list.empty() ? "" : ",") + valueText(bound);
+    for (const double bound : bounds) {
+        if (!list.empty()) list += ',';
+        list += valueText(bound);
+    }
     // A whole number alone would be one of slabs.
     const bool whole = list.find_first_of(",.e") == std::string::npos;
-    return bounds.size() == 1 && whole ? list + ".0" : list;
+    if (bounds.size() == 1 && whole) list += ".0";
+    return list;
 }
 
 std::string radiiText(const occlusion::SlabReport& slab) {
@@ -178,6 +182,19 @@ void tellSlabs(const std::vector<occlusion::SlabReport>& slabs, const MapScale& 
     }
     messages.note("occlusion: " + pictures::counted(slabs.size(), "slab") + ", cut at " +
                   listed(bounds) + "; blur radii in pixels, from far to near: " + radii);
+}
+
+void tellBounds(const std::vector<float>& bounds, const MapScale& map,
+                pictures::Messages& messages) {
+    if (bounds.empty()) {
+        messages.note("occlusion: one slab in all frames, since nothing hides anything");
+        return;
+    }
+    std::vector<double> values;
+    values.reserve(bounds.size());
+    for (const float bound : bounds) values.push_back(map.value(static_cast<double>(bound)));
+    messages.note("occlusion: " + pictures::counted(bounds.size() + 1, "slab") +
+                  " in all frames, cut at " + listed(values));
 }
 
 std::vector<std::string> withSlabs(std::vector<std::string> arguments) {

@@ -38,6 +38,10 @@ private:
 void tellSlabs(const std::vector<occlusion::SlabReport>& slabs, const MapScale& map,
                pictures::Messages& messages);
 
+// Notes where the depth of all frames of a shot is cut.
+void tellBounds(const std::vector<float>& bounds, const MapScale& map,
+                pictures::Messages& messages);
+
 // The tool's arguments with auto where --occlusion has no value: the parser would take any file
 // after it for one.
 std::vector<std::string> withSlabs(std::vector<std::string> arguments);

@@ -16,8 +16,12 @@ namespace cli {
 namespace {
 
 constexpr int kBarWidth = 40;  // characters
-// The share of the bar that must be done before the time left is estimated.
-constexpr double kLeastForEstimate = 0.02;
+// What must be done of the bar, and for how long, before the time left is estimated: the first
+// tiles of a frame also pay for memory that is touched for the first time.
+constexpr double kLeastForEstimate = 0.04;
+constexpr double kLeastSeconds = 1.0;
+
+}  // namespace
 
 std::string clockText(double seconds) {
     const auto whole = static_cast<long long>(std::ceil(seconds));
@@ -26,61 +30,59 @@ std::string clockText(double seconds) {
     return text;
 }
 
-}  // namespace
-
-std::string progressText(double done, std::optional<double> left) {
+std::string barText(double done) {
     const double share = std::clamp(done, 0.0, 1.0);
     const auto filled = static_cast<std::size_t>(std::lround(share * kBarWidth));
     std::string text = "[";
-    text.append(filled, '#').append(kBarWidth - filled, ' ').append("]");
+    return text.append(filled, '#').append(kBarWidth - filled, ' ').append("]");
+}
+
+std::string progressText(double done, std::optional<double> left) {
     char percent[16];
-    std::snprintf(percent, sizeof percent, " %3d %%", static_cast<int>(share * 100.0));
-    text += percent;
+    std::snprintf(percent, sizeof percent, " %3d %%",
+                  static_cast<int>(std::clamp(done, 0.0, 1.0) * 100.0));
+    std::string text = barText(done) + percent;
     if (left) text += "  " + clockText(*left) + " left";
     return text;
 }
 
-Progress::Progress(std::ostream& stream, bool visible)
-    : stream_(stream), visible_(visible), nextDraw_(Clock::now()) {}
-
-Progress::~Progress() {
-    finish();
+void TerminalLine::draw(const std::function<std::string()>& text) {
+    const auto now = std::chrono::steady_clock::now();
+    if (!visible_ || now < next_) return;
+    next_ = now + std::chrono::milliseconds(100);
+    std::string line = text();
+    const std::size_t length = line.size();
+    if (length < drawn_) line.resize(drawn_, ' ');
+    stream_ << '\r' << line << std::flush;
+    drawn_ = length;
 }
 
-void Progress::begin(double from, double to) {
+void TerminalLine::clear() {
+    if (drawn_ > 0) stream_ << '\r' << std::string(drawn_, ' ') << '\r' << std::flush;
+    drawn_ = 0;
+}
+
+void ProgressBar::begin(double from, double to) {
     from_ = from;
     to_ = to;
     first_.reset();
 }
 
 // Assumes that the rest of the bar is as fast as this stage since its first update.
-std::optional<double> Progress::secondsLeft(double share, Clock::time_point now) {
+std::optional<double> ProgressBar::secondsLeft(double share, Clock::time_point now) {
     if (!first_) {
         first_ = {share, now};
         return std::nullopt;
     }
     const double done = (share - first_->first) * (to_ - from_);
-    if (done < kLeastForEstimate) return std::nullopt;
     const double seconds = std::chrono::duration<double>(now - first_->second).count();
+    if (done < kLeastForEstimate || seconds < kLeastSeconds) return std::nullopt;
     return seconds / done * (1.0 - from_ - share * (to_ - from_));
 }
 
-void Progress::update(double share) {
-    const Clock::time_point now = Clock::now();
-    const std::optional<double> left = secondsLeft(share, now);
-    if (!visible_ || now < nextDraw_) return;
-    nextDraw_ = now + std::chrono::milliseconds(100);
-
-    std::string text = progressText(from_ + share * (to_ - from_), left);
-    const std::size_t length = text.size();
-    if (length < drawn_) text.resize(drawn_, ' ');
-    stream_ << '\r' << text << std::flush;
-    drawn_ = length;
-}
-
-void Progress::finish() {
-    if (drawn_ > 0) stream_ << '\r' << std::string(drawn_, ' ') << '\r' << std::flush;
-    drawn_ = 0;
+void ProgressBar::update(double share) {
+    const std::optional<double> left = secondsLeft(share, Clock::now());
+    line_.draw([&] { return progressText(from_ + share * (to_ - from_), left); });
 }
 
 bool errorStreamIsTerminal() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -9,42 +10,73 @@
 
 namespace cli {
 
+// Seconds, rounded up, as "1:05".
+std::string clockText(double seconds);
+
+// The bar alone: "[#####     ]" for 0.5.
+std::string barText(double done);
+
 // The text of the progress bar: "[#####     ]  50 %  0:12 left". `done` is in 0..1; `left` are
 // seconds, shown if they are known.
 std::string progressText(double done, std::optional<double> left);
 
-// A progress bar in one line of a terminal, redrawn in place at most ten times a second. It covers
-// several stages, one after the other.
+// Is told how far a picture is, in several stages, one after the other.
 class Progress {
 public:
-    // Draws nothing if `visible` is false.
-    Progress(std::ostream& stream, bool visible);
-    // Clears the line.
-    ~Progress();
+    Progress() = default;
+    virtual ~Progress() = default;
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    // Begins the stage that takes the bar from one share to another, both in 0..1.
-    void begin(double from, double to);
+    // Begins the stage that leads from one share of the whole to another, both in 0..1.
+    virtual void begin(double from, double to) = 0;
     // `share` of the stage is done, 0 to 1. One thread at a time.
-    void update(double share);
+    virtual void update(double share) = 0;
+};
+
+// One line of a terminal, redrawn in place at most ten times a second.
+class TerminalLine {
+public:
+    // Draws nothing if `visible` is false.
+    TerminalLine(std::ostream& stream, bool visible) : stream_(stream), visible_(visible) {}
     // Clears the line.
-    void finish();
+    ~TerminalLine() { clear(); }
+    TerminalLine(const TerminalLine&) = delete;
+    TerminalLine& operator=(const TerminalLine&) = delete;
+
+    // Calls `text` for the new line if it is time for one.
+    void draw(const std::function<std::string()>& text);
+    void clear();
+
+private:
+    std::ostream& stream_;
+    bool visible_;
+    std::chrono::steady_clock::time_point next_{};
+    std::size_t drawn_ = 0;  // characters on the line
+};
+
+// A progress bar for one picture.
+class ProgressBar : public Progress {
+public:
+    // Draws nothing if `visible` is false.
+    ProgressBar(std::ostream& stream, bool visible) : line_(stream, visible) {}
+
+    void begin(double from, double to) override;
+    void update(double share) override;
+    // Clears the line.
+    void finish() { line_.clear(); }
 
 private:
     using Clock = std::chrono::steady_clock;
 
     std::optional<double> secondsLeft(double share, Clock::time_point now);
 
-    std::ostream& stream_;
-    bool visible_;
+    TerminalLine line_;
     double from_ = 0.0;
     double to_ = 1.0;
     // The first update of a stage: what precedes it, such as the kernels, says nothing about the
     // speed of the rest.
     std::optional<std::pair<double, Clock::time_point>> first_;
-    Clock::time_point nextDraw_;
-    std::size_t drawn_ = 0;  // characters on the line
 };
 
 // Whether standard error is a terminal.

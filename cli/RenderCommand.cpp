@@ -7,6 +7,8 @@
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "cli/RenderFiles.h"
+#include "cli/RenderStats.h"
+#include "cli/shot/ShotRender.h"
 #include "pictures/files/AtomicFile.h"
 #include "pictures/files/PictureFormats.h"
 
@@ -80,11 +82,13 @@ RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
     cameraOptions_.addTo(*app_);
     effectOptions_.addTo(*app_);
     occlusionOptions_.addTo(*app_);
+    shotOptions_.addTo(*app_);
 }
 
 void RenderCommand::addFileOptions() {
     app_->add_option("INPUT", input_,
-                     "image to blur, FILE:LAYER of a multi-layer EXR, or - for standard input")
+                     "image to blur, FILE:LAYER of a multi-layer EXR, or - for standard input; "
+                     "several frames with #### or %04d for the number")
         ->required();
     app_->add_option("-o,--output", output_,
                      "image to write; the suffix selects the format; - for standard output")
@@ -179,14 +183,37 @@ void RenderCommand::checkOutput(const RenderPlan& plan, const fs::path& output) 
     pictures::requireWritable(output);
 }
 
-int RenderCommand::run() {
+int RenderCommand::renderOne() const {
+    shotOptions_.requireNone();
     const OutputFile output(output_, outputFormat_);
     const RenderPlan plan = this->plan(output.path());
     checkOutput(plan, output.path());
-    RenderJob(plan, output, {effectOptions_, colourOptions_, cameraOptions_, occlusionOptions_},
-              invocation_)
+    pictures::Messages messages(invocation_.err, plan.quiet, plan.strict);
+    std::ostream& lines = output.isStandardOutput() ? invocation_.err : invocation_.out;
+    ProgressBar progress(invocation_.err, invocation_.terminal && !plan.quiet);
+    RenderStats stats;
+    RenderSession session(plan, options(), invocation_, messages);
+    RenderJob(session, {.input = input_, .output = &output},
+              {.messages = messages, .lines = lines, .progress = progress, .stats = stats})
         .run();
+    session.checkBooks(messages);
+    output.finish(invocation_.out);
+    progress.finish();
+    if (plan.stats) stats.print(lines, session.host());
     return kExitSuccess;
+}
+
+int RenderCommand::run() {
+    const ShotFiles files(input_, output_, effectOptions_.files());
+    if (!files.isSequence() && !shotOptions_.frames()) return renderOne();
+    if (input_ == pictures::kStandardStream || output_ == pictures::kStandardStream ||
+        !outputFormat_.empty()) {
+        throw UsageError("- stands for one picture; several frames need the names of files");
+    }
+    const RenderPlan plan = this->plan(output_);
+    if (plan.outputType) pictures::requireType(pictures::formatOf(output_), *plan.outputType);
+    return renderShot({.plan = plan, .render = options(), .shot = shotOptions_, .files = files},
+                      invocation_);
 }
 
 }  // namespace cli

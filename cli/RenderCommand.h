@@ -10,6 +10,7 @@
 #include "cli/Command.h"
 #include "cli/EffectOptions.h"
 #include "cli/RenderJob.h"
+#include "cli/shot/ShotOptions.h"
 
 namespace cli {
 
@@ -28,6 +29,10 @@ private:
     RenderExtent extent(const std::filesystem::path& output) const;
     headless::HostOptions hostOptions() const;
     RenderPlan plan(const std::filesystem::path& output) const;
+    RenderOptions options() const {
+        return {effectOptions_, colourOptions_, cameraOptions_, occlusionOptions_};
+    }
+    int renderOne() const;
     void checkOutput(const RenderPlan& plan, const std::filesystem::path& output) const;
 
     const Invocation& invocation_;
@@ -35,6 +40,7 @@ private:
     ColourOptions colourOptions_;
     CameraOptions cameraOptions_;
     OcclusionOptions occlusionOptions_;
+    ShotOptions shotOptions_;
     std::string input_;
     std::string output_;
     std::string outputFormat_;

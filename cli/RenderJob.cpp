@@ -97,33 +97,39 @@ void requireRendered(const headless::FrameResult& result) {
     }
 }
 
-void warnAboutBooks(const headless::Host& host, pictures::Messages& messages) {
-    const headless::Accounts accounts = host.accounts();
+}  // namespace
+
+RenderSession::RenderSession(const RenderPlan& plan, const RenderOptions& options,
+                             const Invocation& invocation, pictures::Messages& messages)
+    : plan_(plan),
+      options_(options),
+      in_(invocation.in),
+      config_(options.colour.config(messages)),
+      effect_(requireBundle(plan.bundle, invocation.programFolder), plan.host) {
+    headless::ParameterSet& parameters = effect_.effect().parameters();
+    options_.effect.applyControls(parameters);
+    options_.camera.check(parameters, options_.effect);
+    options_.occlusion.check(parameters, plan_.bits, options_.effect.gives(kDepthLayer));
+    if (options_.occlusion.given() && !options_.effect.gives("composite-mode")) {
+        parameters.setChoice(parameters.find("Composite Mode"), "Split");
+    }
+    if (plan_.extent.keepOverscan) tellWhetherItGrows(parameters, messages);
+}
+
+void RenderSession::checkBooks(pictures::Messages& messages) {
+    const headless::Accounts accounts = host().accounts();
     if (accounts.clean()) return;
     messages.warn("the effect misused the host's interface: " + accounts.describe());
 }
 
-}  // namespace
-
-RenderJob::RenderJob(const RenderPlan& plan, const OutputFile& output, const RenderOptions& options,
-                     const Invocation& invocation)
-    : plan_(plan),
-      output_(output),
-      options_(options),
-      invocation_(invocation),
-      lines_(output_.isStandardOutput() ? invocation.err : invocation.out),
-      messages_(invocation.err, plan.quiet, plan.strict),
-      config_(options.colour.config(messages_)),
-      session_(requireBundle(plan.bundle, invocation.programFolder), plan.host),
-      progress_(invocation.err, invocation.terminal && !plan.quiet) {
-    options_.effect.applyControls(parameters());
-    options_.camera.check(parameters(), options_.effect);
-    options_.occlusion.check(parameters(), plan_.bits, options_.effect.gives(kDepthLayer));
-    if (options_.occlusion.given() && !options_.effect.gives("composite-mode")) {
-        parameters().setChoice(parameters().find("Composite Mode"), "Split");
-    }
-    if (plan_.extent.keepOverscan) tellWhetherItGrows(parameters(), messages_);
-}
+RenderJob::RenderJob(RenderSession& session, FrameFiles files, const FrameWatchers& watchers)
+    : session_(session),
+      plan_(session.plan()),
+      options_(session.options()),
+      files_(std::move(files)),
+      watchers_(watchers),
+      messages_(watchers.messages),
+      parameters_(session.effect().parameters()) {}
 
 void RenderJob::run() {
     begin("read", 0.0, kShareOfReading);
@@ -135,26 +141,36 @@ void RenderJob::run() {
     loadSource(request);
 
     begin("render", kShareOfReading, 1.0 - kShareOfWriting);
-    const headless::FrameResult result = renderFrame(std::move(request));
+    const headless::FrameResult result =
+        files_.black ? blackFrame(request) : renderFrame(std::move(request));
 
     begin("write", 1.0 - kShareOfWriting, 1.0);
     writeResult(*result.output);
-    stats_.end();
-    progress_.finish();
-    if (plan_.stats) stats_.print(lines_, session_.host());
+    watchers_.stats.end();
+}
+
+void RenderJob::readMap() {
+    input_ = std::make_unique<InputFile>(files_.input, session_.in());
+    source_ = std::make_unique<pictures::SourceImage>(input_->text(), plan_.alpha, input_->name());
+    setLayers();
+}
+
+occlusion::View RenderJob::view() const {
+    const std::shared_ptr<headless::World>& world = source_->world();
+    return occlusion::viewOf(parameters_, world->width(), world->height(), downsample());
 }
 
 void RenderJob::begin(const char* step, double from, double to) {
-    stats_.begin(step);
-    progress_.begin(from, to);
+    watchers_.stats.begin(step);
+    watchers_.progress.begin(from, to);
 }
 
 // Says how the image is read.
 void RenderJob::openSource() {
-    input_ = std::make_unique<InputFile>(plan_.input, invocation_.in);
+    input_ = std::make_unique<InputFile>(files_.input, session_.in());
     source_ = std::make_unique<pictures::SourceImage>(input_->text(), plan_.alpha, input_->name());
-    pictures::requireRoomForColours(output_.path(), picture());
-    if (plan_.passThrough) requireSameGrid(output_.path(), plan_, picture());
+    pictures::requireRoomForColours(files_.output->path(), picture());
+    if (plan_.passThrough) requireSameGrid(files_.output->path(), plan_, picture());
     tellOrientation(picture(), messages_);
     if (!plan_.passThrough) tellLeftOut(picture().name, picture().leftOut, messages_);
 }
@@ -162,49 +178,53 @@ void RenderJob::openSource() {
 // Reads the depth map and the shape.
 void RenderJob::setLayers() {
     const pictures::Size display = displaySize(picture());
-    const PF_RationalScale scale = plan_.extent.scale;
-    const auto camera =
-        options_.camera.camera(picture(), pixelAspect(), static_cast<double>(scale.num) / scale.den,
-                               options_.effect.givesFocus());
-    map_ = options_.effect.applyLayers(
-        parameters(), {&picture(), camera, options_.occlusion.given()}, messages_, lines_);
+    const auto camera = options_.camera.camera(picture(), pixelAspect(), downsample(),
+                                               options_.effect.givesFocus());
+    map_ = options_.effect.applyLayers(parameters_,
+                                       {.image = &picture(),
+                                        .camera = camera,
+                                        .forEachPixel = options_.occlusion.given(),
+                                        .names = files_.layers,
+                                        .findings = files_.findings},
+                                       messages_, watchers_.lines);
     if (map_ && options_.occlusion.given()) options_.occlusion.options(*map_);
-    noteOutsidePoints(parameters(), display.width, display.height, messages_);
+    noteOutsidePoints(parameters_, display.width, display.height, messages_);
     if (plan_.extent.region && !plan_.extent.keepOverscan) {
         noteCutRegion(*plan_.extent.region, regionLimits(plan_.extent, picture()), messages_);
     }
-    movePointsToLayer(parameters(), picture());
+    movePointsToLayer(parameters_, picture());
 }
 
 void RenderJob::planColours() {
-    colours_ =
-        pictures::planColours(picture().colour, picture().name,
-                              pictures::colourTarget(output_.path(), picture(), plan_.outputType),
-                              options_.colour.wishes(), config_, messages_);
+    colours_ = pictures::planColours(
+        picture().colour, picture().name,
+        pictures::colourTarget(files_.output->path(), picture(), plan_.outputType),
+        options_.colour.wishes(), session_.config(), messages_);
     if (colours_.linearLight && !options_.effect.gives("exposure")) {
-        leaveOutExposure(parameters(), picture().name, messages_);
+        leaveOutExposure(parameters_, picture().name, messages_);
     }
 }
 
 // Whether the effect copies associated float colours to a file that holds such colours, too: to
 // divide them by alpha and multiply them again would round them.
 bool RenderJob::copiesAssociated() {
-    const bool copies = parameters().value(parameters().find("Blur Radius")) == 0.0 &&
+    const bool copies = parameters_.value(parameters_.find("Blur Radius")) == 0.0 &&
                         plan_.bits == 32 && isWhole(plan_.extent.scale);
     const bool converts = !colours_.decode.identity() || !colours_.encode.identity();
     return copies && !converts && picture().associated &&
            pictures::worldBits(picture().type) == 32 &&
-           pictures::writesAssociated(output_.path(), picture());
+           pictures::writesAssociated(files_.output->path(), picture());
 }
 
 headless::FrameRequest RenderJob::makeRequest() {
     headless::FrameRequest request;
+    request.parameters = &parameters_;
     request.bits = plan_.bits;
     request.input = source_->world();
     request.rect = wantedRect(plan_.extent, picture());
     request.downsampleX = request.downsampleY = plan_.extent.scale;
     request.cancel = &pictures::interruptFlag();
-    request.pixelAspect = applyPixelAspect(parameters(), pixelAspect(), picture().name, messages_);
+    request.pixelAspect = applyPixelAspect(parameters_, pixelAspect(), picture().name, messages_);
     return request;
 }
 
@@ -212,7 +232,6 @@ headless::FrameRequest RenderJob::makeRequest() {
 void RenderJob::loadSource(headless::FrameRequest request) {
     request.preRenderOnly = true;
     const headless::FrameResult asked = session_.effect().renderFrame(request);
-    session_.host().reclaimPreRenderRecords();
     if (plan_.passThrough && asked.status == PF_Err_NONE) {
         requireSameWindow(plan_.extent, *source_, asked.resultRect);
     }
@@ -221,37 +240,57 @@ void RenderJob::loadSource(headless::FrameRequest request) {
             ? picture().window
             : neededWindow(asked.inputRequest.rect, picture(), plan_.extent.scale),
         [&](std::span<float> rgba) { colours_.decode.apply(rgba); },
-        [&](double share) { progress_.update(share); });
+        [&](double share) { watchers_.progress.update(share); });
     tellFindings(picture(), findings, plan_.bits, messages_);
-    warnAboutExposure(parameters(), findings.largestColour, messages_);
+    warnAboutExposure(parameters_, findings.largestColour, messages_);
 }
 
 // Frees the source when it is done.
 headless::FrameResult RenderJob::renderFrame(headless::FrameRequest request) {
     request.progress = [&](int current, int total) {
-        if (total > 0) progress_.update(static_cast<double>(current) / total);
+        if (total > 0) watchers_.progress.update(static_cast<double>(current) / total);
     };
     headless::FrameResult result = renderSlabs(request);
     requireRendered(result);
-    warnAboutBooks(session_.host(), messages_);
     source_->release();
     return result;
 }
 
 headless::FrameResult RenderJob::renderSlabs(const headless::FrameRequest& request) {
     if (!map_ || !options_.occlusion.given()) return session_.effect().renderFrame(request);
-    headless::ParameterSet own = parameters();
-    parameters().setLayer(parameters().find("Layer"), nullptr);  // its memory is freed in time
+    headless::ParameterSet own = parameters_;
+    parameters_.setLayer(parameters_.find("Layer"), nullptr);  // its memory is freed in time
     occlusion::Result result = occlusion::render(session_.host(), session_.effect(), request,
-                                                 std::move(own), options_.occlusion.options(*map_));
+                                                 std::move(own), slabs(*map_));
     if (result.frame.status == PF_Err_NONE) tellSlabs(result.slabs, *map_, messages_);
     return std::move(result.frame);
+}
+
+// Bounds that were chosen for the whole shot, or what the option says.
+occlusion::Options RenderJob::slabs(const MapScale& map) const {
+    if (!files_.findings || !files_.findings->bounds) {
+        return options_.occlusion.options(map);
+    }
+    const std::vector<float>& bounds = *files_.findings->bounds;
+    return {.slabs = static_cast<int>(bounds.size()) + 1, .bounds = bounds};
+}
+
+// As large as the blurred one would be, without light and, where there is alpha, transparent.
+headless::FrameResult RenderJob::blackFrame(const headless::FrameRequest& request) {
+    headless::FrameRequest ask = request;
+    ask.preRenderOnly = true;
+    headless::FrameResult result = session_.effect().renderFrame(ask);
+    const PF_LRect& rect = result.resultRect;
+    result.output = std::make_shared<headless::World>(
+        rect.right - rect.left, rect.bottom - rect.top, PF_PixelFormat_ARGB128,
+        headless::WorldOptions{.originX = rect.left, .originY = rect.top});
+    return result;
 }
 
 void RenderJob::writeResult(const headless::World& result) {
     const PF_RationalScale scale = plan_.extent.scale;
     const auto others = otherChannels(plan_, *source_, messages_);
-    pictures::writeResult(output_.path(),
+    pictures::writeResult(files_.output->path(),
                           {.source = picture(),
                            .result = result,
                            .data = resultWindow(result.rect(), picture(), scale),
@@ -262,9 +301,8 @@ void RenderJob::writeResult(const headless::World& result) {
                            .pixelAspect = plan_.pixelAspect,
                            .colours = &colours_,
                            .others = others.get(),
-                           .progress = [&](double share) { progress_.update(share); }},
+                           .progress = [&](double share) { watchers_.progress.update(share); }},
                           messages_);
-    output_.finish(invocation_.out);
 }
 
 }  // namespace cli

@@ -45,16 +45,63 @@ struct RenderOptions {
     const OcclusionOptions& occlusion;
 };
 
-// One render, from file to file. What it is given must outlive it.
+// What the frames of a render share: the effect, set up with its controls.
+class RenderSession {
+public:
+    // Throws UsageError and Failure for what can be known before any image is read. What it is
+    // given must outlive it.
+    RenderSession(const RenderPlan& plan, const RenderOptions& options,
+                  const Invocation& invocation, pictures::Messages& messages);
+
+    const RenderPlan& plan() const { return plan_; }
+    const RenderOptions& options() const { return options_; }
+    std::istream& in() { return in_; }
+    headless::Host& host() { return effect_.host(); }
+    headless::Effect& effect() { return effect_.effect(); }
+    const pictures::ColourConfig& config() const { return config_; }
+    // Warns if the effect misused the host's interface, when no frame is being rendered.
+    void checkBooks(pictures::Messages& messages);
+
+private:
+    const RenderPlan& plan_;
+    const RenderOptions options_;
+    std::istream& in_;
+    pictures::ColourConfig config_;
+    EffectSession effect_;
+};
+
+// The files of a frame.
+struct FrameFiles {
+    std::string input;         // as for InputFile
+    const OutputFile* output;  // null: for a frame that is only looked at
+    LayerNames layers{};
+    const DepthFindings* findings = nullptr;  // as for MapUse
+    bool black = false;                       // a picture like the input, but black
+};
+
+// Who is told of a frame.
+struct FrameWatchers {
+    pictures::Messages& messages;
+    std::ostream& lines;  // results for people
+    Progress& progress;
+    RenderStats& stats;
+};
+
+// One frame, from file to file. What it is given must outlive it. Frames of one session may be
+// rendered on several threads at once.
 class RenderJob {
 public:
-    // Sets the effect up with its controls. Throws UsageError and Failure for what can be known
-    // before any image is read.
-    RenderJob(const RenderPlan& plan, const OutputFile& output, const RenderOptions& options,
-              const Invocation& invocation);
+    RenderJob(RenderSession& session, FrameFiles files, const FrameWatchers& watchers);
 
     // Reads, renders and writes. Throws the types of Errors.h.
     void run();
+    // Reads the depth map only, as run() does.
+    void readMap();
+    // After readMap(): how the map is put on the effect's scale, and the scene that bounds between
+    // slabs have to suit.
+    const std::optional<MapScale>& map() const { return map_; }
+    occlusion::View view() const;
+    pictures::Size size() const { return displaySize(picture()); }
 
 private:
     void begin(const char* step, double from, double to);
@@ -64,26 +111,27 @@ private:
     bool copiesAssociated();
     headless::FrameRequest makeRequest();
     void loadSource(headless::FrameRequest request);
+    occlusion::Options slabs(const MapScale& map) const;
     headless::FrameResult renderSlabs(const headless::FrameRequest& request);
     headless::FrameResult renderFrame(headless::FrameRequest request);
+    headless::FrameResult blackFrame(const headless::FrameRequest& request);
     void writeResult(const headless::World& result);
 
     const pictures::Picture& picture() const { return source_->picture(); }
     double pixelAspect() const {
         return plan_.pixelAspect.value_or(pictures::pixelAspectOf(picture()));
     }
-    headless::ParameterSet& parameters() { return session_.effect().parameters(); }
+    double downsample() const {
+        return static_cast<double>(plan_.extent.scale.num) / plan_.extent.scale.den;
+    }
 
+    RenderSession& session_;
     const RenderPlan& plan_;
-    const OutputFile& output_;
-    const RenderOptions options_;
-    const Invocation& invocation_;
-    std::ostream& lines_;  // results for people: not where an image goes
-    pictures::Messages messages_;
-    pictures::ColourConfig config_;
-    EffectSession session_;
-    RenderStats stats_;
-    Progress progress_;
+    const RenderOptions& options_;
+    const FrameFiles files_;
+    const FrameWatchers watchers_;
+    pictures::Messages& messages_;
+    headless::ParameterSet parameters_;
     std::unique_ptr<InputFile> input_;
     std::unique_ptr<pictures::SourceImage> source_;
     pictures::ColourPlan colours_;

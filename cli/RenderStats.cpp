@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/RenderStats.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <ostream>
 
@@ -32,6 +33,15 @@ void RenderStats::end() {
     if (!running_) return;
     steps_.back().second = std::chrono::duration<double>(Clock::now() - start_).count();
     running_ = false;
+}
+
+void RenderStats::add(const RenderStats& other) {
+    if (steps_.empty()) {
+        for (const auto& [name, seconds] : other.steps_) steps_.emplace_back(name, 0.0);
+    }
+    for (std::size_t i = 0; i < std::min(steps_.size(), other.steps_.size()); ++i) {
+        steps_[i].second += other.steps_[i].second;
+    }
 }
 
 void RenderStats::print(std::ostream& out, const headless::Host& host) const {

@@ -18,6 +18,8 @@ public:
     // Ends the step under way and begins the next.
     void begin(std::string name);
     void end();
+    // Adds the seconds of the same steps of another frame.
+    void add(const RenderStats& other);
     // Prints the seconds of each step, the threads, the peak of the memory that the effect
     // requested and that of the whole process.
     void print(std::ostream& out, const headless::Host& host) const;

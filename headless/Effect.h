@@ -46,9 +46,9 @@ struct FrameRequest {
     std::function<void(int current, int total)> progress;
     // If it becomes true, progress and iterations return 517. Not owned, may be null.
     const std::atomic<bool>* cancel = nullptr;
-    // For tests: don't send the render command, or don't hand out the input's or the output's
-    // world.
+    // Don't send the render command: to learn what the effect needs and what it would render.
     bool preRenderOnly = false;
+    // For tests: don't hand out the input's or the output's world.
     bool withholdInput = false;
     bool withholdOutput = false;
 };

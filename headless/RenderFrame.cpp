@@ -72,6 +72,7 @@ public:
         if (preOutput_.delete_pre_render_data_func && preOutput_.pre_render_data) {
             preOutput_.delete_pre_render_data_func(preOutput_.pre_render_data);
         }
+        if (request_.preRenderOnly && record_) host_.handles.dispose(record_);
         result_.info = context_.info;
         return std::move(result_);
     }
@@ -88,8 +89,8 @@ private:
         result_.maxResultRect = preOutput_.max_result_rect;
 
         // Name the record in the accounts: the effect owns it from here on.
-        const PF_Handle record = host_.handles.containing(preOutput_.pre_render_data);
-        if (record) host_.handles.name(record, kPreRenderRecord, false);
+        record_ = host_.handles.containing(preOutput_.pre_render_data);
+        if (record_) host_.handles.name(record_, kPreRenderRecord, false);
     }
 
     // False for an empty result, which isn't rendered, or if there isn't enough memory.
@@ -140,6 +141,7 @@ private:
     FrameState frame_;
     CallContext context_;
     PF_PreRenderOutput preOutput_{};
+    PF_Handle record_ = nullptr;  // of the effect, between the two commands
     std::function<PF_Err(CallContext&, PF_Cmd, PF_OutData&, void*)> send_;
 };
 

@@ -30,19 +30,22 @@ std::size_t index(int farther, int nearer) {
 
 }  // namespace
 
-DepthCensus::DepthCensus(const Depths& depths, const BlurScale& scale)
+View viewOf(const headless::ParameterSet& parameters, int width, int height, double downsample) {
+    return {readDepths(parameters, width, height), BlurScale(parameters, downsample)};
+}
+
+std::vector<float> chooseBounds(std::span<const View> views, int slabs) {
+    if (slabs == 1) return {};
+    const DepthCensus census(views);
+    return slabs == 0 ? census.choose(kMostSlabs) : census.chooseExactly(slabs);
+}
+
+DepthCensus::DepthCensus(std::span<const View> views)
     : outlines_(static_cast<std::size_t>(kSteps) * kSteps, 0.0),
       cuts_(kSteps + 1, 0.0),
       pixels_(kSteps + 1, 0.0) {
-    findRange(depths);
-    for (int y = 0; y < depths.height; ++y) {
-        for (int x = 0; x < depths.width; ++x) {
-            const float here = depths.nearness[depths.at(x, y)];
-            pixels_[static_cast<std::size_t>(stepOf(here))] += 1.0;
-            if (x + 1 < depths.width) count(here, depths.nearness[depths.at(x + 1, y)], scale);
-            if (y + 1 < depths.height) count(here, depths.nearness[depths.at(x, y + 1)], scale);
-        }
-    }
+    findRange(views);
+    for (const View& view : views) count(view);
     for (std::size_t s = kSteps; s-- > 0;) pixels_[s] += pixels_[s + 1];
     for (std::size_t s = 1; s <= kSteps; ++s) cuts_[s] += cuts_[s - 1];
     for (int farther = 0; farther < kSteps; ++farther) {
@@ -60,14 +63,16 @@ DepthCensus::DepthCensus(const Depths& depths, const BlurScale& scale)
 
 // The range of nearness without the few pixels at each end that would coarsen the steps of all
 // others.
-void DepthCensus::findRange(const Depths& depths) {
+void DepthCensus::findRange(std::span<const View> views) {
     std::vector<std::size_t> pixels(kRangeSteps + 1, 0);
-    const auto stepIn = [](float nearness) {
-        return static_cast<std::size_t>(std::clamp(nearness, 0.0F, 1.0F) * kRangeSteps);
-    };
-    for (const float nearness : depths.nearness) ++pixels[stepIn(nearness)];
-    const auto few =
-        static_cast<std::size_t>(kStrayPixels * static_cast<double>(depths.nearness.size())) + 1;
+    std::size_t all = 0;
+    for (const View& view : views) {
+        for (const float nearness : view.depths.nearness) {
+            ++pixels[static_cast<std::size_t>(std::clamp(nearness, 0.0F, 1.0F) * kRangeSteps)];
+        }
+        all += view.depths.nearness.size();
+    }
+    const auto few = static_cast<std::size_t>(kStrayPixels * static_cast<double>(all)) + 1;
     const auto atEnd = [few](auto first, auto last) {
         std::size_t count = 0;
         return std::find_if(first, last, [&](std::size_t here) { return (count += here) > few; }) -
@@ -75,6 +80,18 @@ void DepthCensus::findRange(const Depths& depths) {
     };
     least_ = static_cast<float>(atEnd(pixels.begin(), pixels.end())) / kRangeSteps;
     most_ = 1.0F - static_cast<float>(atEnd(pixels.rbegin(), pixels.rend())) / kRangeSteps;
+}
+
+void DepthCensus::count(const View& view) {
+    const auto& [depths, scale] = view;
+    for (int y = 0; y < depths.height; ++y) {
+        for (int x = 0; x < depths.width; ++x) {
+            const float here = depths.nearness[depths.at(x, y)];
+            pixels_[static_cast<std::size_t>(stepOf(here))] += 1.0;
+            if (x + 1 < depths.width) count(here, depths.nearness[depths.at(x + 1, y)], scale);
+            if (y + 1 < depths.height) count(here, depths.nearness[depths.at(x, y + 1)], scale);
+        }
+    }
 }
 
 int DepthCensus::stepOf(float nearness) const {

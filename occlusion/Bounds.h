@@ -2,6 +2,7 @@
 #pragma once
 // Where to cut a picture's depth into slabs.
 
+#include <span>
 #include <vector>
 
 #include "occlusion/BlurScale.h"
@@ -11,10 +12,22 @@ namespace occlusion {
 
 constexpr int kMostSlabs = 8;
 
-// How outlines and surfaces lie in a map, by steps of nearness.
+// A scene in one frame.
+struct View {
+    Depths depths;
+    BlurScale scale;
+};
+
+// Of `parameters` that suit render(), for a picture of this size. Throws as readDepths.
+View viewOf(const headless::ParameterSet& parameters, int width, int height, double downsample);
+
+// The bounds that suit all views together: `slabs` - 1, or as many as gain something for 0 slabs.
+std::vector<float> chooseBounds(std::span<const View> views, int slabs);
+
+// How outlines and surfaces lie in maps, by steps of nearness.
 class DepthCensus {
 public:
-    DepthCensus(const Depths& depths, const BlurScale& scale);
+    explicit DepthCensus(std::span<const View> views);
 
     // Bounds for at most `most` slabs, ascending: such that they separate the two sides of as many
     // outlines as possible and cut few surfaces. Each slab has some of the pixels. Fewer where
@@ -30,7 +43,8 @@ private:
         std::vector<int> steps;
     };
     std::vector<Choice> bestChoices(int most) const;
-    void findRange(const Depths& depths);
+    void findRange(std::span<const View> views);
+    void count(const View& view);
     void count(float a, float b, const BlurScale& scale);
     int stepOf(float nearness) const;
     double gained(int previous, int bound) const;

@@ -18,13 +18,6 @@ double factorOf(PF_RationalScale scale) {
     return static_cast<double>(scale.num) / scale.den;
 }
 
-std::vector<float> boundsFor(const Options& options, const Depths& depths, const BlurScale& scale) {
-    if (!options.bounds.empty()) return options.bounds;
-    if (options.slabs == 1) return {};
-    const DepthCensus census(depths, scale);
-    return options.slabs == 0 ? census.choose(kMostSlabs) : census.chooseExactly(options.slabs);
-}
-
 // The frame of one picture, slab after slab.
 class SlabFrame {
 public:
@@ -45,9 +38,11 @@ public:
     Result render(const Options& options) {
         requireOrder(options.bounds);
         const headless::World& picture = *request_.input;
-        const Depths depths = readDepths(parameters_, picture.width(), picture.height());
-        const BlurScale scale(parameters_, factorOf(request_.downsampleY));
-        const Slabs slabs(boundsFor(options, depths, scale));
+        const View view =
+            viewOf(parameters_, picture.width(), picture.height(), factorOf(request_.downsampleY));
+        const auto& [depths, scale] = view;
+        const Slabs slabs(options.bounds.empty() ? chooseBounds({&view, 1}, options.slabs)
+                                                 : options.bounds);
         const bool sharp = parameters_.value(parameters_.find("Blur Radius")) == 0.0;
         if (slabs.count() == 1 || sharp) return {effect_.renderFrame(request_), {{}}};
 
@@ -81,9 +76,7 @@ private:
     headless::FrameResult askExtent() {
         headless::FrameRequest ask = request_;
         ask.preRenderOnly = true;
-        headless::FrameResult frame = effect_.renderFrame(ask);
-        host_.reclaimPreRenderRecords();
-        return frame;
+        return effect_.renderFrame(ask);
     }
 
     static SlabReport reportOf(const Slabs& slabs, std::size_t slab) {

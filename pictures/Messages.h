@@ -13,11 +13,14 @@ class Messages {
 public:
     Messages(std::ostream& stream, bool quiet, bool strict = false)
         : stream_(stream), quiet_(quiet), strict_(strict) {}
+    virtual ~Messages() = default;
+    Messages(const Messages&) = delete;
+    Messages& operator=(const Messages&) = delete;
 
     // For a result that is correct, but may differ from what the user expects.
-    void note(std::string_view text);
+    virtual void note(std::string_view text);
     // For something that probably spoils the result. Throws Failure with the text if strict.
-    void warn(std::string_view text);
+    virtual void warn(std::string_view text);
     bool quiet() const { return quiet_; }
 
 private:

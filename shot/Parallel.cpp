@@ -23,10 +23,12 @@ class Queue {
 public:
     explicit Queue(std::size_t count) : count_(count) {}
 
-    std::optional<std::size_t> next() {
+    // False if there is no more.
+    bool next(std::size_t& index) {
         const std::lock_guard lock(mutex_);
-        if (ended_ || next_ == count_) return std::nullopt;
-        return next_++;
+        if (ended_ || next_ == count_) return false;
+        index = next_++;
+        return true;
     }
     void end(const std::exception_ptr& error) {
         const std::lock_guard lock(mutex_);
@@ -46,9 +48,9 @@ private:
 };
 
 void workOff(Queue& queue, const std::function<bool(std::size_t)>& work) {
-    while (const auto index = queue.next()) {
+    for (std::size_t index = 0; queue.next(index);) {
         try {
-            if (!work(*index)) queue.end(nullptr);
+            if (!work(index)) queue.end(nullptr);
         } catch (...) {
             queue.end(std::current_exception());
         }

@@ -81,6 +81,7 @@ bool holdsValuesBeyondOne(const DepthSource& source) {
 
 DepthKind kindOf(const DepthSource& source, const DepthMapping& mapping) {
     if (mapping.kind) return *mapping.kind;
+    if (mapping.found) return *mapping.found;
     if (source.controls.channel == MapChannel::kAlpha && !mapping.maps()) {
         return DepthKind::kNormalised;
     }
@@ -114,7 +115,7 @@ void markNothing(DepthSource& source) {
 
 void requireSome(const DepthSource& source, const DepthMapping& mapping) {
     const bool needsRange = source.kind != DepthKind::kNormalised && !mapping.near;
-    if (!needsRange || mapping.curve || source.range.any()) return;
+    if (!needsRange || mapping.ofShot || mapping.curve || source.range.any()) return;
     throw Failure(source.picture.name + " holds no " + depthKindName(source.kind) +
                   ", only values that mean nothing is there; use another map or --depth-kind");
 }
@@ -124,19 +125,19 @@ std::string rangeText(const DepthRange& range) {
     return numberText(range.least) + " to " + numberText(range.most);
 }
 
-void warnAboutValues(const DepthSource& source, const DepthMapping& mapping, Messages& messages) {
-    const DepthRange& range = source.range;
+void warnAboutValues(const std::string& name, DepthKind kind, const DepthRange& range,
+                     const DepthMapping& mapping, Messages& messages) {
     if (!range.any()) return;
-    if (source.kind == DepthKind::kNormalised) {
+    if (kind == DepthKind::kNormalised) {
         if (range.least >= 0.0 && range.most <= 1.0) return;
-        messages.warn(source.picture.name +
+        messages.warn(name +
                       " has values outside 0 to 1, which are clamped; for distances, add "
                       "--depth-kind distance");
     } else if (mapping.near && mapping.far) {
         const bool above = range.least >= std::max(*mapping.near, *mapping.far);
         const bool below = range.most <= std::min(*mapping.near, *mapping.far);
         if (!above && !below) return;
-        messages.warn(source.picture.name +
+        messages.warn(name +
                       " has no values between --depth-near and --depth-far, so all of it is at one "
                       "depth");
     }
@@ -170,14 +171,18 @@ DepthSource readDepth(const std::string& text, Extent extent, const DepthMapping
 }
 
 void tellDepth(const DepthSource& source, const DepthMapping& mapping, Messages& messages) {
-    std::string text =
-        source.picture.name + ": " + depthKindName(source.kind) + ", " + rangeText(source.range);
-    if (source.kind == DepthKind::kDistance && !mapping.maps()) text += " (linear in 1/distance)";
-    if (source.range.nothing > 0) {
-        text += ", " + counted(source.range.nothing, "pixel") + " without depth count as far";
+    tellRange(source.picture.name, source.kind, source.range, mapping, messages);
+}
+
+void tellRange(const std::string& name, DepthKind kind, const DepthRange& range,
+               const DepthMapping& mapping, Messages& messages) {
+    std::string text = name + ": " + depthKindName(kind) + ", " + rangeText(range);
+    if (kind == DepthKind::kDistance && !mapping.maps()) text += " (linear in 1/distance)";
+    if (range.nothing > 0) {
+        text += ", " + counted(range.nothing, "pixel") + " without depth count as far";
     }
     messages.note(text);
-    warnAboutValues(source, mapping, messages);
+    warnAboutValues(name, kind, range, mapping, messages);
 }
 
 Picture applyCurve(DepthSource source, const DepthCurve& curve) {

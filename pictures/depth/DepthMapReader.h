@@ -48,6 +48,9 @@ DepthSource readDepth(const std::string& text, Extent extent, const DepthMapping
 // Notes the kind of the map, its range and the number of pixels where nothing is, and warns about
 // values that the mapping can't tell apart.
 void tellDepth(const DepthSource& source, const DepthMapping& mapping, Messages& messages);
+// The same for what several maps, called `name`, hold together.
+void tellRange(const std::string& name, DepthKind kind, const DepthRange& range,
+               const DepthMapping& mapping, Messages& messages);
 
 // The map with the effect's values, in the file's bits if it is normalised, otherwise float.
 Picture applyCurve(DepthSource source, const DepthCurve& curve);

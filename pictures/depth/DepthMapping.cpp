@@ -69,6 +69,12 @@ bool isNothing(double value, DepthKind kind) {
     return kind == DepthKind::kDisparity && value < 0.0;
 }
 
+void DepthRange::add(const DepthRange& other) {
+    least = std::min(least, other.least);
+    most = std::max(most, other.most);
+    nothing += other.nothing;
+}
+
 void DepthRange::add(double value, DepthKind kind) {
     if (isNothing(value, kind)) {
         ++nothing;

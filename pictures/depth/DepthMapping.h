@@ -24,10 +24,13 @@ const char* depthKindName(DepthKind kind);
 // is taken. A normalised map isn't mapped.
 struct DepthMapping {
     std::optional<DepthKind> kind{};  // without it, the file decides
-    std::optional<double> near{};     // the distance or disparity mapped to 1
-    std::optional<double> far{};      // the one mapped to 0; may be infinite with `inverse`
-    bool automatic = false;           // take the range of the map even if values don't demand it
-    bool inverse = false;             // linear in 1/distance instead of distance
+    bool ofShot = false;              // other maps may have the range that this one lacks
+    // Takes the place of the file's own decision: other maps of the shot are of this kind.
+    std::optional<DepthKind> found{};
+    std::optional<double> near{};  // the distance or disparity mapped to 1
+    std::optional<double> far{};   // the one mapped to 0; may be infinite with `inverse`
+    bool automatic = false;        // take the range of the map even if values don't demand it
+    bool inverse = false;          // linear in 1/distance instead of distance
     // Takes the place of near, far and inverse: the value for a distance above 0, which is infinite
     // where nothing is. Results are clamped to 0..1.
     std::function<double(double distance)> curve{};
@@ -55,6 +58,7 @@ struct DepthRange {
 
     bool any() const { return least <= most; }
     void add(double value, DepthKind kind);
+    void add(const DepthRange& other);
 };
 
 // The function from the values of one map to the effect's scale.

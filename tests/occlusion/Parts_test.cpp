@@ -80,8 +80,8 @@ protected:
     occlusion::DepthCensus of(Nearness nearness) {
         set("Blur Radius", 20.0);
         setMap(paintMap(96, 64, nearness));
-        return {occlusion::readDepths(effect.parameters(), 96, 64),
-                occlusion::BlurScale(effect.parameters(), 1.0)};
+        const occlusion::View view = occlusion::viewOf(effect.parameters(), 96, 64, 1.0);
+        return occlusion::DepthCensus({&view, 1});
     }
 };
 
