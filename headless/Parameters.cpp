@@ -90,48 +90,26 @@ std::string nameOf(const ParameterInfo& info) {
     throw ParameterError(nameOf(info) + ": " + why);
 }
 
+// Six significant digits, whatever the control shows.
+std::string plainText(double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%g", value);
+    return text;
+}
+
 void requireWhole(const ParameterInfo& info, double value) {
-    if (value != std::floor(value)) refuse(info, info.format(value) + " is not a whole number");
+    if (value != std::floor(value)) refuse(info, plainText(value) + " is not a whole number");
 }
 
 void requireRange(const ParameterInfo& info, double value) {
     // The limits are truncated to 16.16, so the decimal that users see may be just outside.
     constexpr double kSlack = 1.0 / kFixedOne;
     if (value >= info.validMin - kSlack && value <= info.validMax + kSlack) return;
-    char text[64];
-    std::snprintf(text, sizeof text, "%g", value);
-    refuse(info, std::string(text) + " is outside " + info.rangeText());
+    refuse(info, plainText(value) + " is outside " + info.rangeText());
 }
 
 void requireNumber(const ParameterInfo& info, double value) {
     if (!std::isfinite(value)) refuse(info, "the value is not a finite number");
-}
-
-// Throws unless a control of this kind can have `value`.
-void validate(const ParameterInfo& info, double value) {
-    requireNumber(info, value);
-    switch (info.type) {
-        case PF_Param_SLIDER:
-            requireWhole(info, value);
-            requireRange(info, value);
-            return;
-        case PF_Param_FIX_SLIDER:
-            requireRange(info, value);
-            return;
-        case PF_Param_ANGLE:
-            return;
-        case PF_Param_CHECKBOX:
-            if (value != 0 && value != 1) refuse(info, "a checkbox is 0 or 1");
-            return;
-        case PF_Param_POPUP:
-            requireWhole(info, value);
-            if (value < 1 || value > static_cast<double>(info.choices.size())) {
-                refuse(info, "the choices are 1 to " + std::to_string(info.choices.size()));
-            }
-            return;
-        default:
-            refuse(info, "does not take a single number");
-    }
 }
 
 struct Position {
@@ -143,15 +121,29 @@ double between(double from, double to, double share) {
     return from + (to - from) * share;
 }
 
-Position valueAt(const std::vector<Keyframe>& keys, A_Time time) {
+// The way from a key to the next at `share` of the time between them.
+double eased(double share, Interpolation interpolation) {
+    switch (interpolation) {
+        case Interpolation::kHold:
+            return 0.0;
+        case Interpolation::kLinear:
+            return share;
+        case Interpolation::kSmooth:
+            break;
+    }
+    return share * share * (3.0 - 2.0 * share);
+}
+
+Position valueAt(const std::vector<Keyframe>& keys, bool interpolates, A_Time time) {
     const double now = seconds(time);
     const auto next = std::find_if(keys.begin(), keys.end(),
                                    [&](const Keyframe& key) { return seconds(key.time) > now; });
     if (next == keys.begin()) return {next->value, next->y};
     const Keyframe& last = *(next - 1);
-    if (next == keys.end()) return {last.value, last.y};
+    if (next == keys.end() || !interpolates) return {last.value, last.y};
     const double share = (now - seconds(last.time)) / (seconds(next->time) - seconds(last.time));
-    return {between(last.value, next->value, share), between(last.y, next->y, share)};
+    const double way = eased(share, last.interpolation);
+    return {between(last.value, next->value, way), between(last.y, next->y, way)};
 }
 
 PF_Fixed scaled(double pixels, PF_RationalScale scale) {
@@ -159,6 +151,41 @@ PF_Fixed scaled(double pixels, PF_RationalScale scale) {
 }
 
 }  // namespace
+
+bool Keyframe::operator==(const Keyframe& other) const {
+    return seconds(time) == seconds(other.time) && value == other.value && y == other.y &&
+           interpolation == other.interpolation;
+}
+
+bool ParameterInfo::interpolates() const {
+    return type == PF_Param_FIX_SLIDER || type == PF_Param_ANGLE || type == PF_Param_POINT;
+}
+
+void ParameterInfo::requireValue(double value) const {
+    requireNumber(*this, value);
+    switch (type) {
+        case PF_Param_SLIDER:
+            requireWhole(*this, value);
+            requireRange(*this, value);
+            return;
+        case PF_Param_FIX_SLIDER:
+            requireRange(*this, value);
+            return;
+        case PF_Param_ANGLE:
+            return;
+        case PF_Param_CHECKBOX:
+            if (value != 0 && value != 1) refuse(*this, "a checkbox is 0 or 1");
+            return;
+        case PF_Param_POPUP:
+            requireWhole(*this, value);
+            if (value < 1 || value > static_cast<double>(choices.size())) {
+                refuse(*this, "the choices are 1 to " + std::to_string(choices.size()));
+            }
+            return;
+        default:
+            refuse(*this, "does not take a single number");
+    }
+}
 
 std::string ParameterInfo::format(double value) const {
     char text[64];
@@ -238,7 +265,7 @@ int ParameterSet::find(std::string_view label) const {
 
 void ParameterSet::set(int index, double value) {
     Entry& target = entry(index);
-    validate(target.info, value);
+    target.info.requireValue(value);
     target.keys = {{{0, 1}, value, 0}};
 }
 
@@ -284,11 +311,23 @@ void ParameterSet::setKeys(int index, std::vector<Keyframe> keys) {
             requireNumber(about, keys[i].value);
             requireNumber(about, keys[i].y);
         } else {
-            validate(about, keys[i].value);
+            about.requireValue(keys[i].value);
         }
     }
     target.keys = std::move(keys);
     target.percent = false;
+}
+
+void ParameterSet::setKeysPercent(int index, std::vector<Keyframe> keys) {
+    entryOfType(index, PF_Param_POINT);
+    setKeys(index, std::move(keys));
+    entry(index).percent = true;
+}
+
+void ParameterSet::changeValues(int index, const std::function<double(double)>& change) {
+    std::vector<Keyframe> keys = entry(index).keys;
+    for (Keyframe& key : keys) key.value = change(key.value);
+    setKeys(index, std::move(keys));
 }
 
 void ParameterSet::reset(int index) {
@@ -301,7 +340,8 @@ void ParameterSet::reset(int index) {
 }
 
 double ParameterSet::value(int index, A_Time time) const {
-    return valueAt(entry(index).keys, time).x;
+    const Entry& source = entry(index);
+    return valueAt(source.keys, source.info.interpolates(), time).x;
 }
 
 std::shared_ptr<const World> ParameterSet::layer(int index) const {
@@ -310,14 +350,14 @@ std::shared_ptr<const World> ParameterSet::layer(int index) const {
 
 PF_ParamDef ParameterSet::evaluate(int index, A_Time time, const Geometry& geometry) const {
     const Entry& source = entry(index);
-    const Position at = valueAt(source.keys, time);
+    const Position at = valueAt(source.keys, source.info.interpolates(), time);
     PF_ParamDef def = source.def;
     switch (source.info.type) {
         case PF_Param_LAYER:
             def.u = {};
             break;
         case PF_Param_SLIDER:
-            def.u.sd.value = static_cast<PF_ParamValue>(std::round(at.x));
+            def.u.sd.value = static_cast<PF_ParamValue>(at.x);
             break;
         case PF_Param_FIX_SLIDER:
             def.u.fd.value = std::clamp(toFixed(at.x), def.u.fd.valid_min, def.u.fd.valid_max);
@@ -325,12 +365,11 @@ PF_ParamDef ParameterSet::evaluate(int index, A_Time time, const Geometry& geome
         case PF_Param_ANGLE:
             def.u.ad.value = toFixed(at.x);
             break;
-        // Checkboxes and popups don't take the values between two keys.
         case PF_Param_CHECKBOX:
-            def.u.bd.value = at.x < 1 ? 0 : 1;
+            def.u.bd.value = static_cast<PF_ParamValue>(at.x);
             break;
         case PF_Param_POPUP:
-            def.u.pd.value = static_cast<PF_ParamValue>(std::floor(at.x));
+            def.u.pd.value = static_cast<PF_ParamValue>(at.x);
             break;
         case PF_Param_POINT:
             def.u.td.x_value =

@@ -2,6 +2,7 @@
 #pragma once
 // The effect's controls: their declarations and their values.
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -43,18 +44,29 @@ struct ParameterInfo {
     bool canVary() const { return (flags & PF_ParamFlag_CANNOT_TIME_VARY) == 0; }
     // Whether it has a value at all; groups have none.
     bool hasValue() const { return type != PF_Param_GROUP_START && type != PF_Param_GROUP_END; }
+    // Whether it takes values between those of two keys: numbers with decimals, angles and points.
+    bool interpolates() const;
+    // Throws ParameterError unless a control that takes a single number can have `value`.
+    void requireValue(double value) const;
     // `value` with the control's number of decimals, such as "0.99" for 64880/65536.
     std::string format(double value) const;
     // Such as "0 to 500"; empty without a range.
     std::string rangeText() const;
 };
 
-// A value at a time. Between two keys the value is interpolated linearly; before the first and
-// after the last it is constant. `y` is only for points.
+// How the value goes from one key to the next: it stays, goes at an even speed, or eases out of the
+// one and into the other, by 3t^2 - 2t^3.
+enum class Interpolation { kHold, kLinear, kSmooth };
+
+// A value at a time; before the first key and after the last the value is constant. `y` is only for
+// points. Controls that don't interpolate hold their value whatever a key says.
 struct Keyframe {
     A_Time time{0, 1};
     double value = 0;
     double y = 0;
+    Interpolation interpolation = Interpolation::kLinear;  // towards the next key
+
+    bool operator==(const Keyframe& other) const;
 };
 
 // The frame's size at full resolution and its downsample, on which points depend.
@@ -95,11 +107,20 @@ public:
     void setPointPercent(int index, double x, double y);
     // A layer at full resolution, in any format; null for none.
     void setLayer(int index, std::shared_ptr<const World> layer);
-    // Keys in ascending time; controls that can't vary take only one.
+    // Keys in ascending time; controls that can't vary take only one. Those of points are in pixels
+    // of the layer at full resolution, or in percent of the layer.
     void setKeys(int index, std::vector<Keyframe> keys);
+    void setKeysPercent(int index, std::vector<Keyframe> keys);
+    // Replaces the value of each key by `change` of it.
+    void changeValues(int index, const std::function<double(double)>& change);
     void reset(int index);  // back to the default
 
     double value(int index, A_Time time = {0, 1}) const;
+    // At least one; a single one is a constant.
+    const std::vector<Keyframe>& keys(int index) const { return entry(index).keys; }
+    bool animated(int index) const { return keys(index).size() > 1; }
+    // Whether the keys of a point are in percent.
+    bool inPercent(int index) const { return entry(index).percent; }
     std::shared_ptr<const World> layer(int index) const;
 
     // The definition with its value at `time`, as a check-out returns it. A layer's record is zero:

@@ -50,5 +50,31 @@ TEST(Parameters, KeysAreJoinedByStraightLines) {
     EXPECT_EQ(set.evaluate(2, {5, 1}, kHalf).u.td.x_value, 25 * 65536);
 }
 
+TEST(Parameters, KeysHoldEaseAndScale) {
+    ParameterSet set = makeSet();
+    set.setKeys(1, {{{0, 1}, 0.5, 0, Interpolation::kSmooth},
+                    {{4, 1}, -0.5, 0, Interpolation::kHold},
+                    {{8, 1}, 1, 0}});
+    for (int frame = 0; frame < 4; ++frame) {
+        const double t = frame / 4.0;
+        EXPECT_DOUBLE_EQ(set.value(1, {frame, 1}), 0.5 - t * t * (3 - 2 * t));
+    }
+    EXPECT_DOUBLE_EQ(set.value(1, {7, 1}), -0.5);
+    EXPECT_DOUBLE_EQ(set.value(1, {8, 1}), 1);
+    set.changeValues(1, [](double value) { return value / 2; });
+    EXPECT_DOUBLE_EQ(set.value(1, {2, 1}), 0);
+    EXPECT_DOUBLE_EQ(set.value(1, {9, 1}), 0.5);
+    EXPECT_THROW(set.changeValues(1, [](double value) { return value + 1; }), ParameterError);
+    set.setKeysPercent(2, {{{0, 1}, 0, 100}, {{10, 1}, 100, 0}});
+    EXPECT_EQ(set.evaluate(2, {5, 1}, kHalf).u.td.y_value, 50 * 65536);
+    EXPECT_TRUE(set.inPercent(2));
+
+    PF_ParamDef whole = define(PF_Param_SLIDER, "Whole");
+    whole.u.sd.valid_max = 10;
+    set.declare(whole);
+    set.setKeys(3, {{{0, 1}, 2, 0}, {{10, 1}, 9, 0}});
+    EXPECT_EQ(set.evaluate(3, {9, 1}, kHalf).u.sd.value, 2);
+}
+
 }  // namespace
 }  // namespace headless
