@@ -25,7 +25,7 @@ declare -A below=(
     [pictures]='headless platform'
     [occlusion]='pictures headless platform'
     [scene]=''
-    [shot]=''
+    [shot]='headless platform'
     [cli]='shot occlusion scene pictures headless platform'
 )
 plugin='platform host transform kernels depth pipeline effect bundle'
