@@ -29,7 +29,7 @@ namespace {
 
 // The effect's controls, or why they aren't known.
 struct Controls {
-    std::vector<headless::ParameterInfo> list;
+    headless::ParameterSet parameters;
     std::optional<Failure> failure;
 };
 
@@ -37,7 +37,7 @@ Controls declaredControls(const Invocation& invocation) {
     try {
         EffectSession session(
             requireBundle(bundleArgument(invocation.arguments), invocation.programFolder));
-        return {session.effect().parameters().infos(), std::nullopt};
+        return {session.effect().parameters(), std::nullopt};
     } catch (const Failure& failure) {
         return {{}, failure};
     }
@@ -70,8 +70,8 @@ std::string helpFooter(const Controls& controls) {
 std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& app, const Invocation& invocation,
                                                    const Controls& controls) {
     std::vector<std::unique_ptr<Command>> commands;
-    commands.push_back(std::make_unique<RenderCommand>(app, invocation, controls.list));
-    commands.push_back(std::make_unique<ParamsCommand>(app, invocation, controls.list));
+    commands.push_back(std::make_unique<RenderCommand>(app, invocation, controls.parameters));
+    commands.push_back(std::make_unique<ParamsCommand>(app, invocation, controls.parameters));
     commands.push_back(std::make_unique<ApertureCommand>(app, invocation));
     commands.push_back(std::make_unique<SceneCommand>(app, invocation));
     commands.push_back(std::make_unique<CompareCommand>(app, invocation));

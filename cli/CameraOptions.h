@@ -35,8 +35,8 @@ public:
     // sets what the camera sets. `parameters` has the controls.
     void check(const headless::ParameterSet& parameters, const EffectOptions& others) const;
     // The camera in front of `image`, whose pixels are `pixelAspect` times as wide as high, if one
-    // is given. Its focus stays unknown if `focusElsewhere`, because another option gives it.
-    // Throws UsageError, naming what is missing.
+    // is given, for the frame at time 0. Its focus stays unknown if `focusElsewhere`, because
+    // another option gives it. Throws UsageError, naming what is missing.
     std::optional<Camera> camera(const pictures::Picture& image, double pixelAspect,
                                  double downsample, bool focusElsewhere) const;
 

@@ -121,7 +121,7 @@ std::function<double(double)> applyCamera(headless::ParameterSet& parameters, co
                                           const DepthSource& source, pictures::Messages& messages) {
     requireDistances(source);
     requireFocusable(camera);
-    const double layers = parameters.value(parameters.find("Resolution"));
+    const double layers = parameters.value(parameters.find("Resolution"), camera.time);
     const LensRange range = lensRange(source, camera.view);
     const LensBlur blur(camera.view, range.span,
                         {.layers = static_cast<int>(layers),

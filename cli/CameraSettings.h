@@ -19,6 +19,7 @@ struct Camera {
     double downsample = 1;     // of the render
     double largestRadius = 0;  // that Blur Radius may be set to
     double width = 0;          // of the image in pixels
+    A_Time time{0, 1};         // of the frame
 };
 
 // Sets Blur Radius, Focal Distance, Profile and the rest of the lens's controls, and notes them.

@@ -28,11 +28,10 @@ std::string named(const LayerNames& names, const std::string& text) {
 }
 
 pictures::MapControls mapControls(const headless::ParameterSet& parameters,
-                                  const ParameterOptions& controls) {
-    const double channel = parameters.value(parameters.find("Channel"));
-    return {.channel = static_cast<pictures::MapChannel>(static_cast<int>(channel)),
+                                  const ParameterOptions& controls, A_Time time) {
+    return {.channel = static_cast<pictures::MapChannel>(choiceAt(parameters, "Channel", time)),
             .channelGiven = controls.given("depth-map-channel"),
-            .inverted = parameters.value(parameters.find("Invert Depth Map")) != 0.0};
+            .inverted = choiceAt(parameters, "Invert Depth Map", time) != 0};
 }
 
 // Whether a map of another size has to be stretched. Throws UsageError if only the user can say.
@@ -53,9 +52,8 @@ void stretch(headless::ParameterSet& parameters, const pictures::DepthSource& so
                   ", is stretched over the image, " + pictures::sizeText(image));
 }
 
-pictures::MapPlacement placementOf(const headless::ParameterSet& parameters) {
-    return static_cast<pictures::MapPlacement>(
-        static_cast<int>(parameters.value(parameters.find("Placement"))));
+pictures::MapPlacement placementOf(const headless::ParameterSet& parameters, A_Time time) {
+    return static_cast<pictures::MapPlacement>(choiceAt(parameters, "Placement", time));
 }
 
 std::shared_ptr<headless::World> layerOf(const pictures::Picture& map, const MapUse& use,
@@ -70,9 +68,9 @@ std::shared_ptr<headless::World> layerOf(const pictures::Picture& map, const Map
 // Distances are 1 where they are near, also if the effect inverts the map: that changes no blur,
 // but which end hides the other. The same blur without inversion.
 void leaveOutInversion(headless::ParameterSet& parameters) {
-    const int focus = parameters.find("Focal Distance");
     parameters.set("Invert Depth Map", 0.0);
-    parameters.set(focus, 1.0 - parameters.value(focus));
+    parameters.changeValues(parameters.find("Focal Distance"),
+                            [](double distance) { return 1.0 - distance; });
 }
 
 // The range by which --depth-auto maps.
@@ -152,13 +150,14 @@ void DepthOptions::check(const headless::ParameterSet& parameters,
 
 DepthFindings DepthOptions::findings(const headless::ParameterSet& parameters,
                                      const ParameterOptions& controls, const std::string& file,
-                                     std::optional<DepthKind> found,
+                                     A_Time time, std::optional<DepthKind> found,
                                      pictures::Messages& messages) const {
     pictures::DepthMapping mapping = this->mapping();
     mapping.ofShot = true;
     mapping.found = found;
-    const pictures::DepthSource source = pictures::readDepth(
-        file, pictures::Extent::kDisplay, mapping, mapControls(parameters, controls), messages);
+    const pictures::DepthSource source =
+        pictures::readDepth(file, pictures::Extent::kDisplay, mapping,
+                            mapControls(parameters, controls, time), messages);
     return {.kind = source.kind, .range = source.range};
 }
 
@@ -204,7 +203,7 @@ std::optional<MapScale> DepthOptions::apply(headless::ParameterSet& parameters,
     pictures::DepthSource source =
         pictures::readDepth(named(use.names, map->text),
                             overscan ? pictures::Extent::kEverything : pictures::Extent::kDisplay,
-                            mapping, mapControls(parameters, controls), messages);
+                            mapping, mapControls(parameters, controls, use.time), messages);
     std::optional<pictures::Size> size;
     if (image != nullptr) size = displaySize(*image);
     const bool stretched = size && mustStretch(controls, source, *size);
@@ -217,9 +216,10 @@ std::optional<MapScale> DepthOptions::apply(headless::ParameterSet& parameters,
         if (automatic_ && !messages.quiet()) printRange(out, source.kind, source.range);
     }
     if (stretched) stretch(parameters, source, *size, messages);
-    const std::optional<double> focus = use.findings && use.findings->focus
-                                            ? use.findings->focus
-                                            : focus_.valueAt(parameters, source, size);
+    const std::optional<double> focus =
+        use.findings && use.findings->focus
+            ? use.findings->focus
+            : focus_.valueAt(placementOf(parameters, use.time), source, size);
     const pictures::DepthCurve curve =
         use.camera ? lensCurve(parameters, *use.camera, source, focus, messages)
                    : plainCurve(parameters, source, focus, messages);
@@ -227,7 +227,8 @@ std::optional<MapScale> DepthOptions::apply(headless::ParameterSet& parameters,
     if (turns && source.controls.inverted) leaveOutInversion(parameters);
     const MapScale scale{curve, source.range, source.controls.inverted && !turns, focus};
     const pictures::Picture positions = applyCurve(std::move(source), curve);
-    parameters.setLayer(map->info.index, layerOf(positions, use, placementOf(parameters)));
+    parameters.setLayer(map->info.index,
+                        layerOf(positions, use, placementOf(parameters, use.time)));
     return scale;
 }
 

@@ -40,6 +40,7 @@ struct MapUse {
     bool forEachPixel = false;
     LayerNames names{};                       // empty: the option names the file
     const DepthFindings* findings = nullptr;  // null: found in this map alone
+    A_Time time{0, 1};                        // of the frame
 };
 
 // How the values of a map were put on the effect's scale.
@@ -72,7 +73,7 @@ public:
     // What the map in `file` alone says, which is one of a shot; `found` is the kind of others, if
     // they are of another than this one. Throws what readDepth throws.
     DepthFindings findings(const headless::ParameterSet& parameters,
-                           const ParameterOptions& controls, const std::string& file,
+                           const ParameterOptions& controls, const std::string& file, A_Time time,
                            std::optional<pictures::DepthKind> found,
                            pictures::Messages& messages) const;
     // Prints what --depth-auto found to `out`, and what the maps called `name` hold as a note.

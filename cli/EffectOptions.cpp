@@ -73,11 +73,11 @@ std::vector<std::string> EffectOptions::files() const {
 }
 
 void EffectOptions::applyLayer(headless::ParameterSet& parameters, const Setting& setting,
-                               const std::string& file, pictures::Messages& messages) const {
+                               const std::string& file, A_Time time,
+                               pictures::Messages& messages) const {
     const auto world = readLayer(file, messages);
     if (optionName(setting.info) == kShapeLayer) {
-        const double channel = parameters.value(parameters.find(kShapeChannel));
-        requireShape(*world, static_cast<int>(channel), file);
+        requireShape(*world, choiceAt(parameters, kShapeChannel, time), file);
     }
     parameters.setLayer(setting.info.index, world);
 }
@@ -96,10 +96,10 @@ std::optional<std::string> EffectOptions::depthFile() const {
 }
 
 DepthFindings EffectOptions::depthFindings(const headless::ParameterSet& parameters,
-                                           const std::string& file,
+                                           const std::string& file, A_Time time,
                                            std::optional<pictures::DepthKind> found,
                                            pictures::Messages& messages) const {
-    return depth_.findings(parameters, controls_, file, found, messages);
+    return depth_.findings(parameters, controls_, file, time, found, messages);
 }
 
 void EffectOptions::tellDepth(const DepthFindings& findings, pictures::Messages& messages,
@@ -113,9 +113,9 @@ std::optional<MapScale> EffectOptions::applyLayers(headless::ParameterSet& param
     for (const Setting& setting : controls_.settings()) {
         const bool layer = setting.info.type == PF_Param_LAYER;
         const bool depth = optionName(setting.info) == kDepthLayer;
-        if (layer && !depth)
-            applyLayer(parameters, setting, use.names ? use.names(setting.text) : setting.text,
-                       messages);
+        if (!layer || depth) continue;
+        const std::string file = use.names ? use.names(setting.text) : setting.text;
+        applyLayer(parameters, setting, file, use.time, messages);
     }
     return depth_.apply(parameters, controls_, use, messages, out);
 }

@@ -35,7 +35,7 @@ public:
     std::optional<std::string> depthFile() const;
     // As DepthOptions::findings.
     DepthFindings depthFindings(const headless::ParameterSet& parameters, const std::string& file,
-                                std::optional<pictures::DepthKind> found,
+                                A_Time time, std::optional<pictures::DepthKind> found,
                                 pictures::Messages& messages) const;
     // As DepthOptions::tell, for the depth map.
     void tellDepth(const DepthFindings& findings, pictures::Messages& messages,
@@ -48,7 +48,7 @@ public:
 
 private:
     void applyLayer(headless::ParameterSet& parameters, const Setting& setting,
-                    const std::string& file, pictures::Messages& messages) const;
+                    const std::string& file, A_Time time, pictures::Messages& messages) const;
 
     ParameterOptions controls_;
     DepthOptions depth_;

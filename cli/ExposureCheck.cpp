@@ -39,10 +39,10 @@ void leaveOutExposure(headless::ParameterSet& parameters, const std::string& pic
                   pictures::numberText(usual) + " suits display-referred images");
 }
 
-void warnAboutExposure(const headless::ParameterSet& parameters, double largestColour,
+void warnAboutExposure(const headless::ParameterSet& parameters, A_Time time, double largestColour,
                        pictures::Messages& messages) {
-    const double exposure = parameters.value(parameters.find("Exposure"));
-    const double threshold = parameters.value(parameters.find("Threshold"));
+    const double exposure = parameters.value(parameters.find("Exposure"), time);
+    const double threshold = parameters.value(parameters.find("Threshold"), time);
     const auto suitable = suitableExposure(exposure, threshold, largestColour);
     if (!suitable) return;
     const bool lost = exposure * (largestColour - threshold) > kLostArgument;

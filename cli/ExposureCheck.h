@@ -18,9 +18,9 @@ std::optional<double> suitableExposure(double exposure, double threshold, double
 void leaveOutExposure(headless::ParameterSet& parameters, const std::string& picture,
                       pictures::Messages& messages);
 
-// Warns if Exposure expands the brightest colour so far that rounding noise drowns the rest of its
-// block, or that it overflows.
-void warnAboutExposure(const headless::ParameterSet& parameters, double largestColour,
+// Warns if Exposure expands the brightest colour of the frame at `time` so far that rounding noise
+// drowns the rest of its block, or that it overflows.
+void warnAboutExposure(const headless::ParameterSet& parameters, A_Time time, double largestColour,
                        pictures::Messages& messages);
 
 }  // namespace cli

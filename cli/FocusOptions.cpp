@@ -53,12 +53,10 @@ Pixel requirePixel(const std::string& text, const pictures::Size& image) {
 }
 
 // What the map shows at a pixel of the image.
-pictures::DepthSample sampleAt(const std::string& text, const headless::ParameterSet& parameters,
+pictures::DepthSample sampleAt(const std::string& text, pictures::MapPlacement placement,
                                const pictures::DepthSource& source,
                                const pictures::DepthCurve& curve, const pictures::Size& image) {
     const Pixel pixel = requirePixel(text, image);
-    const auto placement = static_cast<pictures::MapPlacement>(
-        static_cast<int>(parameters.value(parameters.find("Placement"))));
     return pictures::sampleDepth(source, curve, image, placement, pixel.x, pixel.y);
 }
 
@@ -119,12 +117,12 @@ std::optional<double> FocusOptions::valueGiven() const {
     return parseDistance("--focus", focus_);
 }
 
-std::optional<double> FocusOptions::valueAt(const headless::ParameterSet& parameters,
+std::optional<double> FocusOptions::valueAt(pictures::MapPlacement placement,
                                             const pictures::DepthSource& source,
                                             const std::optional<pictures::Size>& image) const {
     if (focusAt_.empty() || !image) return std::nullopt;
     const pictures::DepthCurve curve(source.kind, {}, source.range, false);
-    return sampleAt(focusAt_, parameters, source, curve, *image).value;
+    return sampleAt(focusAt_, placement, source, curve, *image).value;
 }
 
 void FocusOptions::apply(headless::ParameterSet& parameters, const pictures::DepthSource& source,

@@ -7,6 +7,7 @@
 #include "cli/ParameterOptions.h"
 #include "pictures/Messages.h"
 #include "pictures/depth/DepthFocus.h"
+#include "pictures/depth/MapPlacement.h"
 
 namespace cli {
 
@@ -24,8 +25,8 @@ public:
     // The value of the map to focus on, if an option gives it.
     std::optional<double> valueGiven() const;
     // What the map shows at the pixel that is to be in focus, if an option names one and there is
-    // an image. The map is placed by the control Placement.
-    std::optional<double> valueAt(const headless::ParameterSet& parameters,
+    // an image.
+    std::optional<double> valueAt(pictures::MapPlacement placement,
                                   const pictures::DepthSource& source,
                                   const std::optional<pictures::Size>& image) const;
     // Sets Focal Distance to the value given or to `found` at a pixel, notes it, and warns if the

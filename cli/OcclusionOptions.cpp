@@ -87,7 +87,8 @@ void OcclusionOptions::addTo(CLI::App& app) {
         app.add_option(kOption, text_,
                        "let near things hide far ones: the depth is cut into slabs, which "
                        "are blurred one by one. SLABS is auto, or left out; a number, 2 to 8; "
-                       "or D1,D2,...: the values of the map to cut at, a single one with a "
+                       "off, whatever a preset says; or D1,D2,...: the values of the map to cut "
+                       "at, a single one with a "
                        "decimal point")
             ->type_name("[SLABS]")
             ->group("Depth map values");

@@ -16,7 +16,8 @@ namespace cli {
 class OcclusionOptions {
 public:
     void addTo(CLI::App& app);
-    bool given() const { return option_->count() > 0; }
+    // Whether it is given, and not off.
+    bool given() const { return option_->count() > 0 && text_ != "off"; }
     // Throws UsageError for anything but auto, a number of slabs or bounds, and for `parameters`
     // and `bits` that it can't do with. `hasMap` tells whether there is a depth map.
     void check(const headless::ParameterSet& parameters, int bits, bool hasMap) const;

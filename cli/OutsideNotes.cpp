@@ -28,12 +28,12 @@ void noteCutRegion(const pictures::Window& region, const pictures::Window& limit
                   ": the rest is outside the image, which has " + limitsText(limits));
 }
 
-void noteOutsidePoints(const headless::ParameterSet& parameters, int width, int height,
+void noteOutsidePoints(const headless::ParameterSet& parameters, A_Time time, int width, int height,
                        pictures::Messages& messages) {
     for (const headless::ParameterInfo& info : parameters.infos()) {
         if (info.type != PF_Param_POINT) continue;
         const headless::Geometry geometry{.width = width, .height = height};
-        const PF_PointDef point = parameters.evaluate(info.index, {0, 1}, geometry).u.td;
+        const PF_PointDef point = parameters.evaluate(info.index, time, geometry).u.td;
         constexpr double kFixedOne = 65536.0;
         const double x = point.x_value / kFixedOne;
         const double y = point.y_value / kFixedOne;

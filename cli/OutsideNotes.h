@@ -11,8 +11,8 @@ namespace cli {
 void noteCutRegion(const pictures::Window& region, const pictures::Window& limits,
                    pictures::Messages& messages);
 
-// Notes each focus point that lies outside an image of `width` x `height`.
-void noteOutsidePoints(const headless::ParameterSet& parameters, int width, int height,
+// Notes each focus point that lies outside an image of `width` x `height` at `time`.
+void noteOutsidePoints(const headless::ParameterSet& parameters, A_Time time, int width, int height,
                        pictures::Messages& messages);
 
 }  // namespace cli

@@ -1,16 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/OverscanLayer.h"
 
+#include <utility>
+#include <vector>
+
 namespace cli {
 namespace {
 
+// All keys of a point, in pixels of the layer.
 void movePoint(headless::ParameterSet& parameters, int index, const pictures::Picture& image) {
-    constexpr double kFixedOne = 65536.0;
-    const headless::Geometry display{.width = image.display.width(),
-                                     .height = image.display.height()};
-    const PF_PointDef point = parameters.evaluate(index, {0, 1}, display).u.td;
-    parameters.setPoint(index, point.x_value / kFixedOne + image.display.left - image.window.left,
-                        point.y_value / kFixedOne + image.display.top - image.window.top);
+    const bool percent = parameters.inPercent(index);
+    std::vector<headless::Keyframe> keys = parameters.keys(index);
+    for (headless::Keyframe& key : keys) {
+        const double x = percent ? key.value * image.display.width() / 100 : key.value;
+        const double y = percent ? key.y * image.display.height() / 100 : key.y;
+        key.value = x + image.display.left - image.window.left;
+        key.y = y + image.display.top - image.window.top;
+    }
+    parameters.setKeys(index, std::move(keys));
 }
 
 }  // namespace

@@ -3,12 +3,13 @@
 
 #include <algorithm>
 #include <cctype>
-#include <numeric>
 #include <utility>
 
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "pictures/Text.h"
+#include "shot/Controls.h"
+#include "shot/Nearest.h"
 
 namespace cli {
 namespace {
@@ -80,19 +81,10 @@ int choiceNumber(const Setting& setting) {
     return number;
 }
 
-double boxValue(const Setting& setting) {
+bool boxValue(const Setting& setting) {
     const std::string text = lowered(setting.text);
     if (text != "on" && text != "off") refuse(setting);
-    return text == "on" ? 1.0 : 0.0;
-}
-
-void applyPoint(headless::ParameterSet& parameters, const Setting& setting) {
-    const Point point = parsePoint("--" + optionName(setting.info), setting.text);
-    if (point.percent) {
-        parameters.setPointPercent(setting.info.index, point.x, point.y);
-    } else {
-        parameters.setPoint(setting.info.index, point.x, point.y);
-    }
+    return text == "on";
 }
 
 double number(const Setting& setting) {
@@ -103,6 +95,42 @@ double number(const Setting& setting) {
     }
 }
 
+shot::Value valueOf(const Setting& setting) {
+    switch (setting.info.type) {
+        case PF_Param_POINT: {
+            const Point point = parsePoint("--" + optionName(setting.info), setting.text);
+            return shot::Point{point.x, point.y, point.percent};
+        }
+        case PF_Param_POPUP:
+            return static_cast<double>(choiceNumber(setting));
+        case PF_Param_CHECKBOX:
+            return boxValue(setting);
+        default:
+            return number(setting);
+    }
+}
+
+// Throws UsageError unless the control can have the value.
+void requireValue(const Setting& setting, const shot::Key& key) {
+    try {
+        shot::keyframeOf(setting.info, {key.frame, key.value});
+    } catch (const headless::ParameterError&) {
+        refuse(setting);
+    }
+}
+
+// The keys of a text. The coordinates of a point in it are separated by a slash.
+shot::Keys keysOf(const Setting& setting) {
+    shot::Keys keys;
+    for (const shot::KeyText& text : shot::splitKeys(setting.text)) {
+        Setting single{setting.info, text.value};
+        if (single.info.type == PF_Param_POINT) std::ranges::replace(single.text, '/', ',');
+        keys.push_back({text.frame, valueOf(single), text.interpolation});
+        requireValue(single, keys.back());
+    }
+    return keys;
+}
+
 std::string choiceList(const ParameterInfo& info) {
     std::string list;
     for (std::size_t i = 0; i < info.choices.size(); ++i) {
@@ -111,21 +139,6 @@ std::string choiceList(const ParameterInfo& info) {
         list += lowered(info.choices[i]) + " (" + std::to_string(i + 1) + ")";
     }
     return list;
-}
-
-// The number of insertions, deletions and replacements that turn one text into the other.
-std::size_t editDistance(const std::string& a, const std::string& b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i);
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
-        }
-    }
-    return row.back();
 }
 
 const char* placeholder(const ParameterInfo& info) {
@@ -195,32 +208,27 @@ std::string defaultText(const ParameterInfo& info) {
 }
 
 std::string nearestOption(const std::string& unknown, const std::vector<std::string>& known) {
-    const std::string name = unknown.substr(0, unknown.find('='));
-    std::string nearest;
-    std::size_t best = std::max<std::size_t>(3, name.size() / 3);
-    for (const std::string& candidate : known) {
-        const std::size_t distance = editDistance(name, candidate);
-        if (distance >= best) continue;
-        best = distance;
-        nearest = candidate;
-    }
-    return nearest;
+    return shot::nearestName(unknown.substr(0, unknown.find('=')), known);
+}
+
+int choiceAt(const headless::ParameterSet& parameters, const char* label, A_Time time) {
+    return static_cast<int>(parameters.value(parameters.find(label), time));
 }
 
 void applySetting(headless::ParameterSet& parameters, const Setting& setting) {
-    const ParameterInfo& info = setting.info;
+    if (!shot::hasKeys(setting.text)) {
+        const shot::Keys keys = {{0, valueOf(setting)}};
+        requireValue(setting, keys.front());
+        shot::setKeys(parameters, setting.info.index, keys);
+        return;
+    }
+    const std::string option = "--" + optionName(setting.info) + ": ";
     try {
-        if (info.type == PF_Param_POINT) {
-            applyPoint(parameters, setting);
-        } else if (info.type == PF_Param_POPUP) {
-            parameters.set(info.index, choiceNumber(setting));
-        } else if (info.type == PF_Param_CHECKBOX) {
-            parameters.set(info.index, boxValue(setting));
-        } else {
-            parameters.set(info.index, number(setting));
-        }
-    } catch (const headless::ParameterError&) {
-        refuse(setting);
+        shot::setKeys(parameters, setting.info.index, keysOf(setting));
+    } catch (const shot::KeyError& error) {
+        throw UsageError(option + error.what());
+    } catch (const headless::ParameterError& error) {
+        throw UsageError(option + error.what());
     }
 }
 

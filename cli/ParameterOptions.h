@@ -26,14 +26,17 @@ std::string defaultText(const headless::ParameterInfo& info);
 // "--blur-radius" for a misspelt "--blur-raduis"; empty if none of `known` is close.
 std::string nearestOption(const std::string& unknown, const std::vector<std::string>& known);
 
+// The choice of a popup or the state of a checkbox in the frame at `time`.
+int choiceAt(const headless::ParameterSet& parameters, const char* label, A_Time time);
+
 // A value as given on the command line.
 struct Setting {
     headless::ParameterInfo info;
     std::string text;
 };
 
-// Sets a control that isn't a layer. A choice may be shortened to any unique beginning. Throws
-// UsageError, naming the option and what it accepts.
+// Sets a control that isn't a layer, from a value or from keys (see shot/Keys.h). A choice may be
+// shortened to any unique beginning. Throws UsageError, naming the option and what it accepts.
 void applySetting(headless::ParameterSet& parameters, const Setting& setting);
 
 // The options of one subcommand. Layers are files, which the caller reads.

@@ -9,6 +9,7 @@
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "pictures/Messages.h"
+#include "shot/PresetText.h"
 
 namespace cli {
 namespace {
@@ -129,38 +130,74 @@ void printJson(std::ostream& out, const ParameterSet& parameters, bool state) {
 }  // namespace
 
 ParamsCommand::ParamsCommand(CLI::App& parent, const Invocation& invocation,
-                             const std::vector<ParameterInfo>& controls)
-    : invocation_(invocation), effectOptions_(controls) {
-    app_ = parent.add_subcommand("params", "List the effect's controls");
+                             const ParameterSet& controls)
+    : invocation_(invocation),
+      effectOptions_(controls.infos()),
+      presetOptions_(controls, effectOptions_) {
+    app_ = parent.add_subcommand("params", "List the effect's controls, or settings as a preset");
     app_->allow_extras();
     app_->add_flag("--json", json_, "print JSON");
     app_->add_flag("--state", state_, "mark controls that are greyed out with the options below");
     app_->add_option("--bundle", bundle_, "effect bundle to load")->type_name("FILE");
     effectOptions_.addTo(*app_);
+    presetOptions_.addTo(*app_);
+    app_->add_option("--from", from_,
+                     "take the settings from the metadata of an image that orbel has written, and "
+                     "print them as a preset")
+        ->type_name("IMAGE")
+        ->group("Presets");
+}
+
+void ParamsCommand::load() {
+    if (from_.empty()) {
+        presetOptions_.load();
+    } else if (presetOptions_.file().empty()) {
+        presetOptions_.loadFrom(from_);
+    } else {
+        throw UsageError("--from and --preset exclude each other; leave out one");
+    }
 }
 
 int ParamsCommand::run() {
-    if (!state_ && effectOptions_.any()) {
-        throw UsageError("options of the effect make sense only with --state; add it");
+    load();
+    try {
+        list();
+    } catch (const UsageError& error) {
+        presetOptions_.rethrow(error);
     }
+    return kExitSuccess;
+}
+
+void ParamsCommand::list() {
+    if (presetOptions_.saves()) {
+        presetOptions_.checkSaved(effectOptions_.files(), from_);
+        presetOptions_.save();
+    } else if (!state_ && !from_.empty()) {
+        invocation_.out << shot::presetText(presetOptions_.settings({}), shot::Layout::kIndented);
+    } else if (!state_ && effectOptions_.any()) {
+        throw UsageError(
+            "options of the effect make sense only with --state or --save-preset; add one");
+    }
+    if (!state_ && (presetOptions_.saves() || !from_.empty())) return;
     EffectSession session(requireBundle(bundle_, invocation_.programFolder));
     headless::Effect& effect = session.effect();
-    if (state_) {
-        pictures::Messages silent(invocation_.err, true);
-        effectOptions_.applyControls(effect.parameters());
-        effectOptions_.applyLayers(effect.parameters(), {}, silent, invocation_.out);
-        const PF_Err status = effect.updateParamsUI();
-        if (status != PF_Err_NONE) {
-            throw Failure("the effect could not update its controls (code " +
-                          std::to_string(status) + ")");
-        }
-    }
+    if (state_) showState(effect);
     if (json_) {
         printJson(invocation_.out, effect.parameters(), state_);
     } else {
         printTable(invocation_.out, effect.parameters(), state_);
     }
-    return kExitSuccess;
+}
+
+// Lets the effect decide what is greyed out with the options given.
+void ParamsCommand::showState(headless::Effect& effect) const {
+    pictures::Messages silent(invocation_.err, true);
+    const A_Time time{presetOptions_.frame().value_or(0), 1};
+    effectOptions_.applyControls(effect.parameters());
+    effectOptions_.applyLayers(effect.parameters(), {.time = time}, silent, invocation_.out);
+    const PF_Err status = effect.updateParamsUI(time);
+    if (status == PF_Err_NONE) return;
+    throw Failure("the effect could not update its controls (code " + std::to_string(status) + ")");
 }
 
 }  // namespace cli

@@ -70,8 +70,10 @@ void requireOtherFile(const std::string& output, const std::vector<std::string>&
 }  // namespace
 
 RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
-                             const std::vector<headless::ParameterInfo>& controls)
-    : invocation_(invocation), effectOptions_(controls) {
+                             const headless::ParameterSet& controls)
+    : invocation_(invocation),
+      effectOptions_(controls.infos()),
+      presetOptions_(controls, effectOptions_) {
     app_ = parent.add_subcommand("render", "Blur an image");
     app_->allow_extras();
     addFileOptions();
@@ -83,6 +85,7 @@ RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
     effectOptions_.addTo(*app_);
     occlusionOptions_.addTo(*app_);
     shotOptions_.addTo(*app_);
+    presetOptions_.addTo(*app_);
 }
 
 void RenderCommand::addFileOptions() {
@@ -129,6 +132,8 @@ void RenderCommand::addPixelOptions() {
     app_->add_option("--pixel-aspect", pixelAspect_,
                      "pixel width relative to height; default: that of the input")
         ->type_name("N/D");
+    app_->add_flag("--no-settings", noSettings_,
+                   "don't write the settings into the image's metadata");
     app_->add_flag("--pass-through", passThrough_,
                    "carry over the other channels and layers of an EXR, unchanged");
 }
@@ -165,6 +170,7 @@ RenderPlan RenderCommand::plan(const fs::path& output) const {
     if (!bits_.empty()) plan.bits = parseBits(bits_);
     plan.alpha = parseAlpha(alpha_);
     plan.passThrough = passThrough_;
+    if (!noSettings_) plan.settings = presetOptions_.settings(settingsFolder());
     if (!outputType_.empty()) plan.outputType = parseSampleType(outputType_);
     if (!pixelAspect_.empty()) plan.pixelAspect = parseAspect(pixelAspect_);
     plan.host = hostOptions();
@@ -179,11 +185,18 @@ void RenderCommand::checkOutput(const RenderPlan& plan, const fs::path& output) 
     if (plan.outputType) pictures::requireType(pictures::formatOf(output), *plan.outputType);
     std::vector<std::string> inputs = effectOptions_.files();
     inputs.push_back(input_);
+    presetOptions_.checkSaved(inputs, output.string());
+    if (!presetOptions_.file().empty()) inputs.push_back(presetOptions_.file());
     requireOtherFile(output.string(), inputs);
     pictures::requireWritable(output);
 }
 
-int RenderCommand::renderOne() const {
+// Paths in the image's metadata are relative to it, or to the current folder on standard output.
+fs::path RenderCommand::settingsFolder() const {
+    return output_ == pictures::kStandardStream ? fs::path() : fs::path(output_).parent_path();
+}
+
+void RenderCommand::renderOne() const {
     shotOptions_.requireNone();
     const OutputFile output(output_, outputFormat_);
     const RenderPlan plan = this->plan(output.path());
@@ -193,27 +206,52 @@ int RenderCommand::renderOne() const {
     ProgressBar progress(invocation_.err, invocation_.terminal && !plan.quiet);
     RenderStats stats;
     RenderSession session(plan, options(), invocation_, messages);
-    RenderJob(session, {.input = input_, .output = &output},
+    RenderJob(session, {.input = input_, .output = &output, .frame = presetOptions_.frame()},
               {.messages = messages, .lines = lines, .progress = progress, .stats = stats})
         .run();
     session.checkBooks(messages);
     output.finish(invocation_.out);
     progress.finish();
     if (plan.stats) stats.print(lines, session.host());
-    return kExitSuccess;
 }
 
-int RenderCommand::run() {
+// The frames that are asked for; for a single image, that of a preset which an image held.
+std::optional<std::vector<int>> RenderCommand::frames(const ShotFiles& files) const {
+    if (auto frames = shotOptions_.frames()) return frames;
+    const std::optional<int>& frame = presetOptions_.frame();
+    if (!files.inputPattern().hasNumber() && frame) return std::vector<int>{*frame};
+    return std::nullopt;
+}
+
+int RenderCommand::render() {
     const ShotFiles files(input_, output_, effectOptions_.files());
-    if (!files.isSequence() && !shotOptions_.frames()) return renderOne();
+    if (!files.isSequence() && !shotOptions_.given()) {
+        renderOne();
+        return kExitSuccess;
+    }
     if (input_ == pictures::kStandardStream || output_ == pictures::kStandardStream ||
         !outputFormat_.empty()) {
         throw UsageError("- stands for one picture; several frames need the names of files");
     }
     const RenderPlan plan = this->plan(output_);
     if (plan.outputType) pictures::requireType(pictures::formatOf(output_), *plan.outputType);
-    return renderShot({.plan = plan, .render = options(), .shot = shotOptions_, .files = files},
+    return renderShot({.plan = plan,
+                       .render = options(),
+                       .shot = shotOptions_,
+                       .files = files,
+                       .frames = frames(files)},
                       invocation_);
+}
+
+int RenderCommand::run() {
+    presetOptions_.load();
+    try {
+        const int code = render();
+        presetOptions_.save();
+        return code;
+    } catch (const UsageError& error) {
+        presetOptions_.rethrow(error);
+    }
 }
 
 }  // namespace cli

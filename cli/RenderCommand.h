@@ -3,13 +3,14 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "cli/CameraOptions.h"
 #include "cli/ColourOptions.h"
 #include "cli/Command.h"
 #include "cli/EffectOptions.h"
+#include "cli/PresetOptions.h"
 #include "cli/RenderJob.h"
+#include "cli/shot/ShotFiles.h"
 #include "cli/shot/ShotOptions.h"
 
 namespace cli {
@@ -17,8 +18,9 @@ namespace cli {
 // `orbel render`: blurs an image file.
 class RenderCommand : public Command {
 public:
+    // `controls` are the effect's, and must outlive this object.
     RenderCommand(CLI::App& parent, const Invocation& invocation,
-                  const std::vector<headless::ParameterInfo>& controls);
+                  const headless::ParameterSet& controls);
     int run() override;
 
 private:
@@ -32,7 +34,10 @@ private:
     RenderOptions options() const {
         return {effectOptions_, colourOptions_, cameraOptions_, occlusionOptions_};
     }
-    int renderOne() const;
+    std::optional<std::vector<int>> frames(const ShotFiles& files) const;
+    int render();
+    void renderOne() const;
+    std::filesystem::path settingsFolder() const;
     void checkOutput(const RenderPlan& plan, const std::filesystem::path& output) const;
 
     const Invocation& invocation_;
@@ -41,6 +46,7 @@ private:
     CameraOptions cameraOptions_;
     OcclusionOptions occlusionOptions_;
     ShotOptions shotOptions_;
+    PresetOptions presetOptions_;
     std::string input_;
     std::string output_;
     std::string outputFormat_;
@@ -56,6 +62,7 @@ private:
     bool keepOverscan_ = false;
     bool cropToDisplay_ = false;
     bool passThrough_ = false;
+    bool noSettings_ = false;
     bool quiet_ = false;
     bool strict_ = false;
     bool stats_ = false;

@@ -13,6 +13,7 @@
 #include "pictures/files/PictureFormats.h"
 #include "pictures/files/PictureReader.h"
 #include "pictures/files/PictureWriter.h"
+#include "shot/PresetText.h"
 
 namespace cli {
 namespace {
@@ -21,8 +22,9 @@ namespace {
 constexpr double kShareOfReading = 0.08;
 constexpr double kShareOfWriting = 0.05;
 
-void tellWhetherItGrows(const headless::ParameterSet& parameters, pictures::Messages& messages) {
-    if (parameters.value(parameters.find("Edge Behavior")) == 0.0) return;
+void tellWhetherItGrows(const headless::ParameterSet& parameters, A_Time time,
+                        pictures::Messages& messages) {
+    if (choiceAt(parameters, "Edge Behavior", time) == 0) return;
     messages.note(
         "--keep-overscan has no effect while edge pixels are repeated; add --edge-behavior off");
 }
@@ -113,7 +115,7 @@ RenderSession::RenderSession(const RenderPlan& plan, const RenderOptions& option
     if (options_.occlusion.given() && !options_.effect.gives("composite-mode")) {
         parameters.setChoice(parameters.find("Composite Mode"), "Split");
     }
-    if (plan_.extent.keepOverscan) tellWhetherItGrows(parameters, messages);
+    if (plan_.extent.keepOverscan) tellWhetherItGrows(parameters, A_Time{0, 1}, messages);
 }
 
 void RenderSession::checkBooks(pictures::Messages& messages) {
@@ -157,7 +159,7 @@ void RenderJob::readMap() {
 
 occlusion::View RenderJob::view() const {
     const std::shared_ptr<headless::World>& world = source_->world();
-    return occlusion::viewOf(parameters_, world->width(), world->height(), downsample());
+    return occlusion::viewOf(parameters_, world->width(), world->height(), downsample(), time());
 }
 
 void RenderJob::begin(const char* step, double from, double to) {
@@ -178,17 +180,19 @@ void RenderJob::openSource() {
 // Reads the depth map and the shape.
 void RenderJob::setLayers() {
     const pictures::Size display = displaySize(picture());
-    const auto camera = options_.camera.camera(picture(), pixelAspect(), downsample(),
-                                               options_.effect.givesFocus());
+    auto camera = options_.camera.camera(picture(), pixelAspect(), downsample(),
+                                         options_.effect.givesFocus());
+    if (camera) camera->time = time();
     map_ = options_.effect.applyLayers(parameters_,
                                        {.image = &picture(),
                                         .camera = camera,
                                         .forEachPixel = options_.occlusion.given(),
                                         .names = files_.layers,
-                                        .findings = files_.findings},
+                                        .findings = files_.findings,
+                                        .time = time()},
                                        messages_, watchers_.lines);
     if (map_ && options_.occlusion.given()) options_.occlusion.options(*map_);
-    noteOutsidePoints(parameters_, display.width, display.height, messages_);
+    noteOutsidePoints(parameters_, time(), display.width, display.height, messages_);
     if (plan_.extent.region && !plan_.extent.keepOverscan) {
         noteCutRegion(*plan_.extent.region, regionLimits(plan_.extent, picture()), messages_);
     }
@@ -208,7 +212,7 @@ void RenderJob::planColours() {
 // Whether the effect copies associated float colours to a file that holds such colours, too: to
 // divide them by alpha and multiply them again would round them.
 bool RenderJob::copiesAssociated() {
-    const bool copies = parameters_.value(parameters_.find("Blur Radius")) == 0.0 &&
+    const bool copies = parameters_.value(parameters_.find("Blur Radius"), time()) == 0.0 &&
                         plan_.bits == 32 && isWhole(plan_.extent.scale);
     const bool converts = !colours_.decode.identity() || !colours_.encode.identity();
     return copies && !converts && picture().associated &&
@@ -219,12 +223,14 @@ bool RenderJob::copiesAssociated() {
 headless::FrameRequest RenderJob::makeRequest() {
     headless::FrameRequest request;
     request.parameters = &parameters_;
+    request.time = time();
     request.bits = plan_.bits;
     request.input = source_->world();
     request.rect = wantedRect(plan_.extent, picture());
     request.downsampleX = request.downsampleY = plan_.extent.scale;
     request.cancel = &pictures::interruptFlag();
-    request.pixelAspect = applyPixelAspect(parameters_, pixelAspect(), picture().name, messages_);
+    request.pixelAspect =
+        applyPixelAspect(parameters_, time(), pixelAspect(), picture().name, messages_);
     return request;
 }
 
@@ -242,7 +248,7 @@ void RenderJob::loadSource(headless::FrameRequest request) {
         [&](std::span<float> rgba) { colours_.decode.apply(rgba); },
         [&](double share) { watchers_.progress.update(share); });
     tellFindings(picture(), findings, plan_.bits, messages_);
-    warnAboutExposure(parameters_, findings.largestColour, messages_);
+    warnAboutExposure(parameters_, time(), findings.largestColour, messages_);
 }
 
 // Frees the source when it is done.
@@ -287,6 +293,14 @@ headless::FrameResult RenderJob::blackFrame(const headless::FrameRequest& reques
     return result;
 }
 
+// What the metadata says: the plan's settings, and the frame that they were rendered at.
+std::string RenderJob::settingsText() const {
+    if (!plan_.settings) return {};
+    shot::Preset preset = *plan_.settings;
+    preset.frame = files_.frame;
+    return shot::presetText(preset, shot::Layout::kOneLine);
+}
+
 void RenderJob::writeResult(const headless::World& result) {
     const PF_RationalScale scale = plan_.extent.scale;
     const auto others = otherChannels(plan_, *source_, messages_);
@@ -300,6 +314,7 @@ void RenderJob::writeResult(const headless::World& result) {
                            .type = plan_.outputType,
                            .pixelAspect = plan_.pixelAspect,
                            .colours = &colours_,
+                           .settings = settingsText(),
                            .others = others.get(),
                            .progress = [&](double share) { watchers_.progress.update(share); }},
                           messages_);

@@ -18,6 +18,7 @@
 #include "cli/RenderWindows.h"
 #include "pictures/Messages.h"
 #include "pictures/SourceImage.h"
+#include "shot/Preset.h"
 
 namespace cli {
 
@@ -32,6 +33,7 @@ struct RenderPlan {
     std::optional<double> pixelAspect{};
     bool passThrough = false;
     headless::HostOptions host{};
+    std::optional<shot::Preset> settings{};  // for the metadata; paths relative to the output
     bool quiet = false;
     bool strict = false;
     bool stats = false;
@@ -72,8 +74,9 @@ private:
 
 // The files of a frame.
 struct FrameFiles {
-    std::string input;         // as for InputFile
-    const OutputFile* output;  // null: for a frame that is only looked at
+    std::string input;           // as for InputFile
+    const OutputFile* output;    // null: for a frame that is only looked at
+    std::optional<int> frame{};  // its number, the time of the controls; none: a still
     LayerNames layers{};
     const DepthFindings* findings = nullptr;  // as for MapUse
     bool black = false;                       // a picture like the input, but black
@@ -115,6 +118,7 @@ private:
     headless::FrameResult renderSlabs(const headless::FrameRequest& request);
     headless::FrameResult renderFrame(headless::FrameRequest request);
     headless::FrameResult blackFrame(const headless::FrameRequest& request);
+    std::string settingsText() const;
     void writeResult(const headless::World& result);
 
     const pictures::Picture& picture() const { return source_->picture(); }
@@ -124,6 +128,7 @@ private:
     double downsample() const {
         return static_cast<double>(plan_.extent.scale.num) / plan_.extent.scale.den;
     }
+    A_Time time() const { return {files_.frame.value_or(0), 1}; }
 
     RenderSession& session_;
     const RenderPlan& plan_;

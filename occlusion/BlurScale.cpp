@@ -16,9 +16,9 @@ constexpr double kProfileReach = 0.9999;  // of the control's range, which the e
 
 }  // namespace
 
-BlurScale::BlurScale(const headless::ParameterSet& parameters, double downsample) {
+BlurScale::BlurScale(const headless::ParameterSet& parameters, double downsample, A_Time time) {
     const auto control = [&](const char* label) {
-        return parameters.value(parameters.find(label));
+        return parameters.value(parameters.find(label), time);
     };
     const pictures::LensLayers layers(
         static_cast<int>(control("Resolution")),

@@ -12,9 +12,9 @@ namespace occlusion {
 // the map. Radii are those of discs with the same second moment, in pixels of the full resolution.
 class BlurScale {
 public:
-    // By the controls of blur and depth, except Use Focus Point, for a render at `downsample`, at
-    // most 1.
-    BlurScale(const headless::ParameterSet& parameters, double downsample);
+    // By the controls of blur and depth at `time`, except Use Focus Point, for a render at
+    // `downsample`, at most 1.
+    BlurScale(const headless::ParameterSet& parameters, double downsample, A_Time time = {0, 1});
 
     // Negative behind the plane of focus.
     float signedRadius(float nearness) const;

@@ -30,8 +30,9 @@ std::size_t index(int farther, int nearer) {
 
 }  // namespace
 
-View viewOf(const headless::ParameterSet& parameters, int width, int height, double downsample) {
-    return {readDepths(parameters, width, height), BlurScale(parameters, downsample)};
+View viewOf(const headless::ParameterSet& parameters, int width, int height, double downsample,
+            A_Time time) {
+    return {readDepths(parameters, width, height, time), BlurScale(parameters, downsample, time)};
 }
 
 std::vector<float> chooseBounds(std::span<const View> views, int slabs) {

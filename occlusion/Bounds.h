@@ -18,8 +18,9 @@ struct View {
     BlurScale scale;
 };
 
-// Of `parameters` that suit render(), for a picture of this size. Throws as readDepths.
-View viewOf(const headless::ParameterSet& parameters, int width, int height, double downsample);
+// Of `parameters` that suit render() at `time`, for a picture of this size. Throws as readDepths.
+View viewOf(const headless::ParameterSet& parameters, int width, int height, double downsample,
+            A_Time time = {0, 1});
 
 // The bounds that suit all views together: `slabs` - 1, or as many as gain something for 0 slabs.
 std::vector<float> chooseBounds(std::span<const View> views, int slabs);

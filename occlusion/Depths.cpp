@@ -28,14 +28,14 @@ float channelOf(const PF_PixelFloat& pixel, pictures::MapChannel channel) {
 
 }  // namespace
 
-Depths readDepths(const headless::ParameterSet& parameters, int width, int height) {
+Depths readDepths(const headless::ParameterSet& parameters, int width, int height, A_Time time) {
     const auto map = parameters.layer(parameters.find("Layer"));
     if (map == nullptr || map->width() != width || map->height() != height) {
         throw std::invalid_argument("the depth map must be as large as the picture");
     }
     const auto channel = static_cast<pictures::MapChannel>(
-        static_cast<int>(parameters.value(parameters.find("Channel"))));
-    const bool inverted = parameters.value(parameters.find("Invert Depth Map")) != 0.0;
+        static_cast<int>(parameters.value(parameters.find("Channel"), time)));
+    const bool inverted = parameters.value(parameters.find("Invert Depth Map"), time) != 0.0;
     Depths depths{width, height, {}};
     depths.nearness.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     for (int y = 0; y < height; ++y) {

@@ -21,9 +21,11 @@ struct Depths {
     }
 };
 
-// From the effect's map, read by its controls for channel and inversion. What is no number counts
-// as far. Throws std::invalid_argument if there is no map with `width` x `height` pixels.
-Depths readDepths(const headless::ParameterSet& parameters, int width, int height);
+// From the effect's map, read by its controls for channel and inversion at `time`. What is no
+// number counts as far. Throws std::invalid_argument if there is no map with `width` x `height`
+// pixels.
+Depths readDepths(const headless::ParameterSet& parameters, int width, int height,
+                  A_Time time = {0, 1});
 
 // Whether there is an outline between the depths of two neighbouring pixels: their blurs differ by
 // more than a pixel. A surface as steep as that is taken for one, too.

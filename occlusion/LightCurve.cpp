@@ -6,9 +6,9 @@
 
 namespace occlusion {
 
-LightCurve::LightCurve(const headless::ParameterSet& parameters)
-    : exposure_(parameters.value(parameters.find("Exposure"))),
-      threshold_(parameters.value(parameters.find("Threshold"))) {}
+LightCurve::LightCurve(const headless::ParameterSet& parameters, A_Time time)
+    : exposure_(parameters.value(parameters.find("Exposure"), time)),
+      threshold_(parameters.value(parameters.find("Threshold"), time)) {}
 
 double LightCurve::expand(double colour) const {
     if (exposure_ == 0.0 || colour < threshold_) return colour;

@@ -10,8 +10,8 @@ namespace occlusion {
 // above zero, and flattening for one below zero.
 class LightCurve {
 public:
-    // By the controls "Exposure" and "Threshold".
-    explicit LightCurve(const headless::ParameterSet& parameters);
+    // By the controls "Exposure" and "Threshold" at `time`.
+    LightCurve(const headless::ParameterSet& parameters, A_Time time);
 
     // From a colour of a picture to light, and back.
     double expand(double colour) const;

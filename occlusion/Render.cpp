@@ -27,7 +27,7 @@ public:
           effect_(effect),
           request_(request),
           parameters_(std::move(parameters)),
-          curve_(parameters_) {
+          curve_(parameters_, request.time) {
         if (request.input == nullptr || request.input->format() != PF_PixelFormat_ARGB128) {
             throw std::invalid_argument("slabs need an input in float");
         }
@@ -38,12 +38,12 @@ public:
     Result render(const Options& options) {
         requireOrder(options.bounds);
         const headless::World& picture = *request_.input;
-        const View view =
-            viewOf(parameters_, picture.width(), picture.height(), factorOf(request_.downsampleY));
+        const View view = viewOf(parameters_, picture.width(), picture.height(),
+                                 factorOf(request_.downsampleY), request_.time);
         const auto& [depths, scale] = view;
         const Slabs slabs(options.bounds.empty() ? chooseBounds({&view, 1}, options.slabs)
                                                  : options.bounds);
-        const bool sharp = parameters_.value(parameters_.find("Blur Radius")) == 0.0;
+        const bool sharp = parameters_.value(parameters_.find("Blur Radius"), request_.time) == 0.0;
         if (slabs.count() == 1 || sharp) return {effect_.renderFrame(request_), {{}}};
 
         headless::FrameResult frame = askExtent();
@@ -119,7 +119,7 @@ private:
     }
 
     bool repeatsEdges() const {
-        return parameters_.value(parameters_.find("Edge Behavior")) != 0.0;
+        return parameters_.value(parameters_.find("Edge Behavior"), request_.time) != 0.0;
     }
 
     // Reports a slab's steps as those of the whole frame.

@@ -253,7 +253,8 @@ std::span<const ToolOption> toolOptions() {
         {"keep-overscan", true}, {"bits", false},        {"alpha", false},
         {"pixel-aspect", false}, {"colour-in", false},   {"colour-out", false},
         {"ocio", false},         {"linear", true},       {"raw", true},
-        {"output-type", false},  {"pass-through", true}, {"crop-to-display", true}};
+        {"output-type", false},  {"pass-through", true}, {"crop-to-display", true},
+        {"survey", false}};
     return kOptions;
 }
 

@@ -77,12 +77,10 @@ Survey ShotOptions::survey() const {
 }
 
 void ShotOptions::requireNone() const {
-    const bool any =
-        !jobs_.empty() || !missing_.empty() || !survey_.empty() || skipExisting_ || keepGoing_;
-    if (!any) return;
+    if (jobs_.empty() && missing_.empty() && !skipExisting_ && !keepGoing_) return;
     throw UsageError(
-        "--jobs, --missing, --survey, --skip-existing and --keep-going are for several frames; "
-        "name them with #### in INPUT, or with --frames");
+        "--jobs, --missing, --skip-existing and --keep-going are for several frames; name them "
+        "with #### in INPUT, or with --frames");
 }
 
 }  // namespace cli

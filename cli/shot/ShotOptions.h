@@ -27,9 +27,12 @@ public:
     std::optional<int> jobs() const;
     MissingRule missing() const;
     Survey survey() const;
+    // Whether frames are named.
+    bool given() const { return !frames_.empty(); }
     bool skipsExisting() const { return skipExisting_; }
     bool keepsGoing() const { return keepGoing_; }
-    // Throws UsageError if an option is given that one picture has no use for.
+    // Throws UsageError if an option is given that one picture has no use for. A preset may hold
+    // --survey.
     void requireNone() const;
 
 private:

@@ -34,7 +34,7 @@ public:
           invocation_(invocation),
           jobs_(request.shot.jobs()),
           survey_(request.shot.survey()),
-          frames_(request.files.frames(request.shot.frames(), request.shot.missing())),
+          frames_(request.files.frames(request.frames, request.shot.missing())),
           messages_(invocation.err, request.plan.quiet, request.plan.strict) {
         for (const ShotFrame& frame : frames_) checkOutput(frame);
     }
@@ -139,6 +139,7 @@ private:
             *session_,
             {.input = request_.files.input(frame),
              .output = &output,
+             .frame = frame.number,
              .layers = request_.files.layers(frame),
              .findings = findings_ ? &*findings_ : nullptr,
              .black = frame.black},

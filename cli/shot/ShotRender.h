@@ -13,6 +13,7 @@ struct ShotRequest {
     RenderOptions render;
     const ShotOptions& shot;
     const ShotFiles& files;
+    std::optional<std::vector<int>> frames;  // none: as ShotFiles::frames
 };
 
 // Renders a shot and returns the exit code: 1 if frames failed and others were rendered

@@ -53,20 +53,21 @@ public:
 private:
     LayerNames namesIn(int frame) const { return files_.layers({.number = frame}); }
 
-    DepthFindings alone(const std::string& file, std::optional<pictures::DepthKind> kind) {
+    DepthFindings alone(int frame, const std::string& file,
+                        std::optional<pictures::DepthKind> kind) {
         pictures::throwIfInterrupted();
-        return session_.options().effect.depthFindings(session_.effect().parameters(), file, kind,
-                                                       messages_);
+        return session_.options().effect.depthFindings(session_.effect().parameters(), file,
+                                                       {frame, 1}, kind, messages_);
     }
 
     DepthFindings together(std::optional<pictures::DepthKind> kind) {
         std::string last = namesIn(frames_.front())(map_);
-        DepthFindings all = alone(last, kind);
+        DepthFindings all = alone(frames_.front(), last, kind);
         for (const int frame : frames_) {
             const std::string file = namesIn(frame)(map_);
             if (file == last) continue;
             last = file;
-            const DepthFindings one = alone(file, kind);
+            const DepthFindings one = alone(frame, file, kind);
             differ_ = differ_ || one.kind != all.kind;
             if (one.kind != pictures::DepthKind::kNormalised) all.kind = one.kind;
             all.range.add(one.range);
@@ -82,6 +83,7 @@ private:
             session_,
             {.input = files_.input({.number = frame}),
              .output = nullptr,
+             .frame = frame,
              .layers = namesIn(frame),
              .findings = &findings},
             {.messages = messages_, .lines = said_, .progress = progress, .stats = stats});

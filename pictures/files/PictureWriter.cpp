@@ -16,6 +16,7 @@
 #include "pictures/WorldPixels.h"
 #include "pictures/files/AtomicFile.h"
 #include "pictures/files/PictureFormats.h"
+#include "pictures/files/PictureSettings.h"
 #include "pictures/files/Strips.h"
 
 namespace pictures {
@@ -172,6 +173,15 @@ void setUpright(OIIO::ImageSpec& imageSpec, const Picture& source) {
     if (aspect > 0.0F) imageSpec.attribute("PixelAspectRatio", 1.0F / aspect);
 }
 
+// A picture that has no date gets none: two encoders would write the present time, and the same
+// frame would differ from run to run. One takes an empty date, the other leaves out a number.
+void leaveOutTimeOfWriting(OIIO::ImageSpec& imageSpec, const PictureFormat& format) {
+    constexpr const char* kDate = "DateTime";
+    if (!imageSpec.get_string_attribute(kDate).empty()) return;
+    if (format.name == "openexr") imageSpec.attribute(kDate, "");
+    if (format.name == "tiff") imageSpec.attribute(kDate, 0);
+}
+
 OIIO::ImageSpec makeSpec(const std::filesystem::path& path, const PictureFormat& format,
                          const WriteRequest& request, const Plan& plan) {
     OIIO::ImageSpec imageSpec = request.source.imageSpec;
@@ -188,6 +198,7 @@ OIIO::ImageSpec makeSpec(const std::filesystem::path& path, const PictureFormat&
         describeColours(imageSpec, *request.colours, targetOf(format, plan));
     }
     if (request.others != nullptr) request.others->addTo(imageSpec);
+    leaveOutTimeOfWriting(imageSpec, format);
     // One encoder writes two codecs, and names of files in work don't tell it which.
     if (path.extension() == ".avif") imageSpec.attribute("Compression", "avif");
     return imageSpec;
@@ -414,7 +425,12 @@ void writeResult(const std::filesystem::path& path, const WriteRequest& request,
     if (request.colours != nullptr) {
         tellColours(*request.colours, request.source.name, path, targetOf(format, plan), messages);
     }
-    write(path, makeSpec(path, format, request, plan), ResultRows(request, plan));
+    OIIO::ImageSpec imageSpec = makeSpec(path, format, request, plan);
+    if (!setSettings(imageSpec, format, request.settings)) {
+        messages.note(path.string() + " is written without its settings, which are too long for " +
+                      format.title + "; --save-preset keeps them");
+    }
+    write(path, imageSpec, ResultRows(request, plan));
 }
 
 void writeChannels(const std::filesystem::path& path, const OIIO::ImageSpec& imageSpec,

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "headless/World.h"
@@ -29,6 +30,7 @@ struct WriteRequest {
     std::optional<SampleType> type{};     // of a channel; default: that of the source
     std::optional<double> pixelAspect{};  // of the source as it is, if its file doesn't say so
     const ColourPlan* colours = nullptr;  // null: numbers and metadata of colours stay as they are
+    std::string settings{};               // how it was made; see PictureSettings.h
     // Further channels for a file with windows, at the same data window; may be null.
     PassThrough* others = nullptr;
     // Called with the share written, 0 to 1; may be empty.

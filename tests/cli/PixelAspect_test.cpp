@@ -37,7 +37,7 @@ TEST(PixelAspect, WholeRatiosLeaveTheApertureAlone) {
     pictures::Messages messages(said, false);
     for (const double aspect : {1.0, 1.005, 2.0}) {
         headless::ParameterSet set = turnedCircle();
-        const PF_RationalScale ratio = applyPixelAspect(set, aspect, "in.png", messages);
+        const PF_RationalScale ratio = applyPixelAspect(set, {0, 1}, aspect, "in.png", messages);
         EXPECT_EQ(ratio.num, aspect < 1.5 ? 1 : 2);
         EXPECT_EQ(set.value(set.find("Rotation")), 37.0) << aspect;
         EXPECT_EQ(set.value(set.find("Deform")), 0.0) << aspect;
@@ -45,7 +45,7 @@ TEST(PixelAspect, WholeRatiosLeaveTheApertureAlone) {
     }
     EXPECT_EQ(said.str(), "");
     headless::ParameterSet set = turnedCircle();
-    applyPixelAspect(set, 1.5, "in.png", messages);
+    applyPixelAspect(set, {0, 1}, 1.5, "in.png", messages);
     EXPECT_EQ(set.value(set.find("Rotation")), 0.0);
     EXPECT_NE(set.value(set.find("Deform")), 0.0);
 }

@@ -119,6 +119,23 @@ TEST_F(Sequences, WhatIsFoundInTheMapsHoldsForTheShot) {
                 HasSubstr("occlusion: 2 slabs in all frames, cut at "));
 }
 
+// Controls have keys over the frames, and each picture's metadata says how it was made.
+TEST_F(Sequences, KeysMoveAndEachFrameCanBeMadeAgain) {
+    const std::string map = " --resolution 5 --depth-map-layer z.0002.exr ";
+    done("in.0002.exr -o key.#.exr --frames 1-3 --focal-distance 1:0,3:1" + map);
+    done("in.0002.exr -o half.exr --focal-distance 0.5" + map);
+    expectSame("key.2.exr", "half.exr");
+    EXPECT_NE(values("key.1.exr"), values("key.3.exr"));
+    done("in.####.exr -o out.####.exr --depth-auto --focus-at 20,20 --occlusion auto" + withDepth);
+    for (const int frame : {2, 5}) {
+        const std::string name = number(frame) + ".exr";
+        done("in." + name + " -o again.exr --preset out." + name);
+        EXPECT_EQ(readText(path("again.exr")), readText(path("out." + name)));
+    }
+    done("in.####.exr -o all.####.exr --preset out.0002.exr");
+    EXPECT_EQ(readText(path("all.0005.exr")), readText(path("out.0005.exr")));
+}
+
 TEST_F(Sequences, GapsAreAnErrorOrWhatIsAskedFor) {
     std::filesystem::remove(path("in.0003.exr"));
     std::filesystem::remove(path("z.0004.exr"));
