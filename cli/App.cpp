@@ -13,6 +13,7 @@
 #include "cli/AboutCommand.h"
 #include "cli/ApertureCommand.h"
 #include "cli/BundleLocator.h"
+#include "cli/CheckCommand.h"
 #include "cli/CompareCommand.h"
 #include "cli/EffectSession.h"
 #include "cli/Errors.h"
@@ -75,6 +76,7 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& app, const Invocati
     commands.push_back(std::make_unique<ApertureCommand>(app, invocation));
     commands.push_back(std::make_unique<SceneCommand>(app, invocation));
     commands.push_back(std::make_unique<CompareCommand>(app, invocation));
+    commands.push_back(std::make_unique<CheckCommand>(app, invocation));
     commands.push_back(std::make_unique<AboutCommand>(app, invocation));
     return commands;
 }

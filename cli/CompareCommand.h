@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/Command.h"
-#include "pictures/Picture.h"
+#include "pictures/Comparison.h"
 
 namespace cli {
 
@@ -14,10 +14,19 @@ public:
     int run() override;
 
 private:
+    void print(const pictures::Difference& difference,
+               const std::vector<pictures::DifferentPart>& parts) const;
+    void printJson(const pictures::Difference& difference,
+                   const std::vector<pictures::DifferentPart>& parts) const;
+    void writeDifference(const pictures::Picture& a, const pictures::Picture& b,
+                         double largest) const;
+
     const Invocation& invocation_;
     std::string first_;
     std::string second_;
     std::string tolerance_ = "0";
+    std::string difference_;
+    bool json_ = false;
 };
 
 }  // namespace cli

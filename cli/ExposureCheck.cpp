@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "cli/Errors.h"
 #include "cli/Numbers.h"
 #include "pictures/Text.h"
 
@@ -39,17 +40,24 @@ void leaveOutExposure(headless::ParameterSet& parameters, const std::string& pic
                   pictures::numberText(usual) + " suits display-referred images");
 }
 
-void warnAboutExposure(const headless::ParameterSet& parameters, A_Time time, double largestColour,
-                       pictures::Messages& messages) {
-    const double exposure = parameters.value(parameters.find("Exposure"), time);
-    const double threshold = parameters.value(parameters.find("Threshold"), time);
+void checkExposure(const headless::ParameterSet& parameters, A_Time time, double largestColour,
+                   bool force, pictures::Messages& messages) {
+    const auto control = [&](const char* label) {
+        return parameters.value(parameters.find(label), time);
+    };
+    if (control("Blur Radius") == 0.0) return;  // the image is copied
+    const double exposure = control("Exposure");
+    const double threshold = control("Threshold");
     const auto suitable = suitableExposure(exposure, threshold, largestColour);
     if (!suitable) return;
     const bool lost = exposure * (largestColour - threshold) > kLostArgument;
-    messages.warn("Exposure " + pictures::numberText(exposure) + " is too high for colours up to " +
-                  pictures::numberText(largestColour) + ": " +
-                  (lost ? "the image will be lost" : "rounding noise will drown dark areas") +
-                  "; use at most --exposure " + pictures::numberText(*suitable));
+    const std::string text =
+        "Exposure " + pictures::numberText(exposure) + " is too high for colours up to " +
+        pictures::numberText(largestColour) + ": " +
+        (lost ? "the image would be lost" : "rounding noise will drown dark areas") +
+        "; use at most --exposure " + pictures::numberText(*suitable);
+    if (lost && !force) throw Failure(text + ", or write it nevertheless with --force");
+    messages.warn(text);
 }
 
 }  // namespace cli

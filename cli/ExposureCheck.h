@@ -19,8 +19,9 @@ void leaveOutExposure(headless::ParameterSet& parameters, const std::string& pic
                       pictures::Messages& messages);
 
 // Warns if Exposure expands the brightest colour of the frame at `time` so far that rounding noise
-// drowns the rest of its block, or that it overflows.
-void warnAboutExposure(const headless::ParameterSet& parameters, A_Time time, double largestColour,
-                       pictures::Messages& messages);
+// drowns the rest of its block. Throws Failure if it overflows, so that the image would be lost,
+// unless that is forced.
+void checkExposure(const headless::ParameterSet& parameters, A_Time time, double largestColour,
+                   bool force, pictures::Messages& messages);
 
 }  // namespace cli

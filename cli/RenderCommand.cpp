@@ -145,6 +145,7 @@ void RenderCommand::addProcessOptions() {
                      "host memory that the effect may use, such as 900M")
         ->type_name("BYTES");
     app_->add_flag("--quiet", quiet_, "print only errors");
+    app_->add_flag("--force", force_, "write the image even if it is known to be lost");
     app_->add_flag("--strict", strict_, "treat every warning as an error, and write no image");
     app_->add_flag("--stats", stats_, "print the seconds of each step, threads and peak memory");
 }
@@ -176,6 +177,7 @@ RenderPlan RenderCommand::plan(const fs::path& output) const {
     plan.host = hostOptions();
     plan.quiet = quiet_;
     plan.strict = strict_;
+    plan.force = force_;
     plan.stats = stats_;
     return plan;
 }

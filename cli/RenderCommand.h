@@ -65,6 +65,7 @@ private:
     bool noSettings_ = false;
     bool quiet_ = false;
     bool strict_ = false;
+    bool force_ = false;
     bool stats_ = false;
 };
 

@@ -5,6 +5,7 @@
 
 #include "cli/Errors.h"
 #include "cli/ExposureCheck.h"
+#include "cli/IdleOptions.h"
 #include "cli/OutsideNotes.h"
 #include "cli/OverscanLayer.h"
 #include "cli/PixelAspect.h"
@@ -115,6 +116,7 @@ RenderSession::RenderSession(const RenderPlan& plan, const RenderOptions& option
     if (options_.occlusion.given() && !options_.effect.gives("composite-mode")) {
         parameters.setChoice(parameters.find("Composite Mode"), "Split");
     }
+    warnAboutIdleOptions(effect_.effect(), options_.effect, invocation.arguments, messages);
     if (plan_.extent.keepOverscan) tellWhetherItGrows(parameters, A_Time{0, 1}, messages);
 }
 
@@ -248,7 +250,7 @@ void RenderJob::loadSource(headless::FrameRequest request) {
         [&](std::span<float> rgba) { colours_.decode.apply(rgba); },
         [&](double share) { watchers_.progress.update(share); });
     tellFindings(picture(), findings, plan_.bits, messages_);
-    warnAboutExposure(parameters_, time(), findings.largestColour, messages_);
+    checkExposure(parameters_, time(), findings.largestColour, plan_.force, messages_);
 }
 
 // Frees the source when it is done.

@@ -36,6 +36,7 @@ struct RenderPlan {
     std::optional<shot::Preset> settings{};  // for the metadata; paths relative to the output
     bool quiet = false;
     bool strict = false;
+    bool force = false;
     bool stats = false;
 };
 

@@ -6,6 +6,7 @@
 
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
+#include "cli/Progress.h"
 #include "pictures/Interrupt.h"
 #include "pictures/Picture.h"
 #include "pictures/files/AtomicFile.h"
@@ -61,8 +62,12 @@ int SceneCommand::run() {
                 "the image and its depth map need two files; name another with --depth");
         }
     }
+    ProgressBar bar(invocation_.err, invocation_.terminal);
+    bar.begin(0.0, 1.0);
     const scene::Scene street =
-        scene::makeScene(size.width(), size.height(), pictures::interruptFlag());
+        scene::makeScene(size.width(), size.height(), pictures::interruptFlag(),
+                         [&](double share) { bar.update(share); });
+    bar.finish();
     pictures::throwIfInterrupted();
     pictures::writeChannels(output_, exrSpec(street, {"R", "G", "B"}, OIIO::TypeDesc::HALF),
                             street.colours);

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "pictures/Comparison.h"
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 #include "pictures/Errors.h"
 
 namespace pictures {
 namespace {
+
+constexpr std::size_t kColours = 3;
 
 double distance(float a, float b) {
     if (a == b || (std::isnan(a) && std::isnan(b))) return 0.0;
@@ -33,6 +37,21 @@ void accumulate(Difference& difference, double& sum, double apart, int x, int y,
     difference = {apart, 0.0, x, y, channel};
 }
 
+DifferentPart differenceIn(const Window& window, const Picture& a, const Picture& b) {
+    DifferentPart part{.window = window};
+    for (int y = window.top; y < window.bottom; ++y) {
+        for (int x = window.left; x < window.right; ++x) {
+            for (std::size_t c = 0; c < kChannels; ++c) {
+                const double apart = distance(pixelAt(a, x, y)[c], pixelAt(b, x, y)[c]);
+                part.largest = std::max(part.largest, apart);
+                part.mean += apart;
+            }
+        }
+    }
+    part.mean /= static_cast<double>(window.width()) * window.height() * kChannels;
+    return part;
+}
+
 }  // namespace
 
 Difference comparePictures(const Picture& a, const Picture& b) {
@@ -56,6 +75,37 @@ Difference comparePictures(const Picture& a, const Picture& b) {
     }
     difference.mean = sum / (static_cast<double>(both.width()) * both.height() * kChannels);
     return difference;
+}
+
+std::vector<DifferentPart> mostDifferent(const Picture& a, const Picture& b, std::size_t count) {
+    constexpr int kSide = 64;
+    const Window both = enclosing(a.window, b.window);
+    std::vector<DifferentPart> parts;
+    for (int top = both.top; top < both.bottom; top += kSide) {
+        for (int left = both.left; left < both.right; left += kSide) {
+            const DifferentPart part = differenceIn(
+                {left, top, std::min(left + kSide, both.right), std::min(top + kSide, both.bottom)},
+                a, b);
+            if (part.largest > 0.0) parts.push_back(part);
+        }
+    }
+    std::ranges::stable_sort(parts, std::greater(), &DifferentPart::mean);
+    parts.resize(std::min(parts.size(), count));
+    return parts;
+}
+
+std::vector<float> differencePixels(const Picture& a, const Picture& b) {
+    const Window both = enclosing(a.window, b.window);
+    std::vector<float> values;
+    for (int y = both.top; y < both.bottom; ++y) {
+        for (int x = both.left; x < both.right; ++x) {
+            for (std::size_t c = 0; c < kColours; ++c) {
+                const double apart = distance(pixelAt(a, x, y)[c], pixelAt(b, x, y)[c]);
+                values.push_back(static_cast<float>(apart));
+            }
+        }
+    }
+    return values;
 }
 
 }  // namespace pictures

@@ -64,21 +64,26 @@ void drawRow(Scene& scene, const Street& world, const Camera& camera, int y) {
 
 }  // namespace
 
-Scene makeScene(int width, int height, const std::atomic<bool>& cancel) {
+Scene makeScene(int width, int height, const std::atomic<bool>& cancel,
+                const std::function<void(double)>& progress) {
     const Camera camera(width, height);
     const Street world(camera.pixelAngle());
     const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     Scene scene{width, height, std::vector<float>(pixels * 3), std::vector<float>(pixels)};
 
     std::atomic<int> nextRow{0};
-    const auto drawRows = [&] {
+    const auto drawRows = [&](const auto& afterRow) {
         for (int y = nextRow++; y < height && !cancel; y = nextRow++) {
             drawRow(scene, world, camera, y);
+            afterRow(y);
         }
     };
     {
-        std::vector<std::jthread> helpers(std::max(1U, std::thread::hardware_concurrency()));
-        for (std::jthread& helper : helpers) helper = std::jthread(drawRows);
+        std::vector<std::jthread> helpers(std::max(1U, std::thread::hardware_concurrency()) - 1);
+        for (std::jthread& helper : helpers) helper = std::jthread([&] { drawRows([](int) {}); });
+        drawRows([&](int y) {
+            if (progress) progress(static_cast<double>(y) / height);
+        });
     }
     return scene;
 }

@@ -3,6 +3,7 @@
 // A procedural night scene with depth, as a test image for the blur.
 
 #include <atomic>
+#include <functional>
 #include <vector>
 
 namespace scene {
@@ -15,7 +16,9 @@ struct Scene {
 };
 
 // The same size always has the same pixels. Sizes are at least 1. When `cancel` becomes true, the
-// remaining rows stay zero.
-Scene makeScene(int width, int height, const std::atomic<bool>& cancel);
+// remaining rows stay zero. `progress`, if any, is called on this thread with the share done, 0
+// to 1.
+Scene makeScene(int width, int height, const std::atomic<bool>& cancel,
+                const std::function<void(double)>& progress = {});
 
 }  // namespace scene

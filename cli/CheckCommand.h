@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "cli/Command.h"
+
+namespace cli {
+
+// `orbel check`: whether all frames of a sequence are there and whole; exit code 1 if not.
+class CheckCommand : public Command {
+public:
+    CheckCommand(CLI::App& parent, const Invocation& invocation);
+    int run() override;
+
+private:
+    const Invocation& invocation_;
+    std::string files_;
+    std::string frames_;
+    std::string size_;
+    bool quick_ = false;
+};
+
+}  // namespace cli
