@@ -17,6 +17,7 @@
 #include "cli/CompareCommand.h"
 #include "cli/EffectSession.h"
 #include "cli/Errors.h"
+#include "cli/InspectCommand.h"
 #include "cli/OcclusionOptions.h"
 #include "cli/ParameterOptions.h"
 #include "cli/ParamsCommand.h"
@@ -49,7 +50,8 @@ bool isCommand(const Invocation& invocation, const std::string& name) {
 }
 
 bool needsControls(const Invocation& invocation) {
-    return isCommand(invocation, "render") || isCommand(invocation, "params");
+    return isCommand(invocation, "render") || isCommand(invocation, "inspect") ||
+           isCommand(invocation, "params");
 }
 
 // The exit code of a Failure. For `compare` 1 means that the images differ.
@@ -72,6 +74,7 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& app, const Invocati
                                                    const Controls& controls) {
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<RenderCommand>(app, invocation, controls.parameters));
+    commands.push_back(std::make_unique<InspectCommand>(app, invocation, controls.parameters));
     commands.push_back(std::make_unique<ParamsCommand>(app, invocation, controls.parameters));
     commands.push_back(std::make_unique<ApertureCommand>(app, invocation));
     commands.push_back(std::make_unique<SceneCommand>(app, invocation));

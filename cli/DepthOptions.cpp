@@ -225,7 +225,10 @@ std::optional<MapScale> DepthOptions::apply(headless::ParameterSet& parameters,
                    : plainCurve(parameters, source, focus, messages);
     const bool turns = use.forEachPixel && source.kind != DepthKind::kNormalised;
     if (turns && source.controls.inverted) leaveOutInversion(parameters);
-    const MapScale scale{curve, source.range, source.controls.inverted && !turns, focus};
+    MapScale scale{curve, source.range, source.controls.inverted && !turns, focus, std::nullopt};
+    if (!use.at.empty() && size) {
+        scale.at = depthAt("--at", use.at, placementOf(parameters, use.time), source, curve, *size);
+    }
     const pictures::Picture positions = applyCurve(std::move(source), curve);
     parameters.setLayer(map->info.index,
                         layerOf(positions, use, placementOf(parameters, use.time)));

@@ -41,14 +41,16 @@ struct MapUse {
     LayerNames names{};                       // empty: the option names the file
     const DepthFindings* findings = nullptr;  // null: found in this map alone
     A_Time time{0, 1};                        // of the frame
+    std::string at{};                         // a pixel to look at, X,Y or X%,Y%
 };
 
 // How the values of a map were put on the effect's scale.
 struct MapScale {
     pictures::DepthCurve curve;
     pictures::DepthRange range;
-    bool inverted = false;          // the effect takes 0 as near
-    std::optional<double> focus{};  // the value that --focus-at found
+    bool inverted = false;                      // the effect takes 0 as near
+    std::optional<double> focus{};              // the value that --focus-at found
+    std::optional<pictures::DepthSample> at{};  // at the pixel to look at
 
     // 0 far to 1 near.
     double nearness(double value) const;

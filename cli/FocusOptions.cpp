@@ -14,6 +14,7 @@ using pictures::DepthKind;
 using pictures::numberText;
 
 constexpr const char* kFocalDistance = "Focal Distance";
+constexpr const char* kFocusAt = "--focus-at";
 
 // What --focus takes for a map of this kind, if it isn't `value`.
 std::optional<std::string> wantedInstead(double value, DepthKind kind) {
@@ -43,21 +44,14 @@ struct Pixel {
     int y;
 };
 
-Pixel requirePixel(const std::string& text, const pictures::Size& image) {
-    const Point point = parsePoint("--focus-at", text);
+Pixel requirePixel(const std::string& option, const std::string& text,
+                   const pictures::Size& image) {
+    const Point point = parsePoint(option, text);
     const Pixel pixel{pixelAt(point.x, point.percent, image.width),
                       pixelAt(point.y, point.percent, image.height)};
     if (pixel.x >= 0 && pixel.y >= 0) return pixel;
-    throw UsageError("--focus-at " + text + " is outside the image, which has " +
+    throw UsageError(option + " " + text + " is outside the image, which has " +
                      pictures::sizeText(image) + " pixels");
-}
-
-// What the map shows at a pixel of the image.
-pictures::DepthSample sampleAt(const std::string& text, pictures::MapPlacement placement,
-                               const pictures::DepthSource& source,
-                               const pictures::DepthCurve& curve, const pictures::Size& image) {
-    const Pixel pixel = requirePixel(text, image);
-    return pictures::sampleDepth(source, curve, image, placement, pixel.x, pixel.y);
 }
 
 void setFocus(headless::ParameterSet& parameters, double position, bool inverted,
@@ -74,6 +68,13 @@ void setFocus(headless::ParameterSet& parameters, double position, bool inverted
 }
 
 }  // namespace
+
+pictures::DepthSample depthAt(const std::string& option, const std::string& text,
+                              pictures::MapPlacement placement, const pictures::DepthSource& source,
+                              const pictures::DepthCurve& curve, const pictures::Size& image) {
+    const Pixel pixel = requirePixel(option, text, image);
+    return pictures::sampleDepth(source, curve, image, placement, pixel.x, pixel.y);
+}
 
 void FocusOptions::addTo(CLI::App& app, const std::string& group) {
     app.add_option("--focus", focus_, "focus on this distance, disparity or value of the map")
@@ -104,7 +105,7 @@ void FocusOptions::check(const headless::ParameterSet& parameters,
 
 void FocusOptions::requirePossible(DepthKind kind,
                                    const std::optional<pictures::Size>& image) const {
-    if (image && !focusAt_.empty()) requirePixel(focusAt_, *image);
+    if (image && !focusAt_.empty()) requirePixel(kFocusAt, focusAt_, *image);
     if (focus_.empty()) return;
     const auto wanted = wantedInstead(parseDistance("--focus", focus_), kind);
     if (!wanted) return;
@@ -122,7 +123,7 @@ std::optional<double> FocusOptions::valueAt(pictures::MapPlacement placement,
                                             const std::optional<pictures::Size>& image) const {
     if (focusAt_.empty() || !image) return std::nullopt;
     const pictures::DepthCurve curve(source.kind, {}, source.range, false);
-    return sampleAt(focusAt_, placement, source, curve, *image).value;
+    return depthAt(kFocusAt, focusAt_, placement, source, curve, *image).value;
 }
 
 void FocusOptions::apply(headless::ParameterSet& parameters, const pictures::DepthSource& source,

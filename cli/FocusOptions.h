@@ -11,6 +11,12 @@
 
 namespace cli {
 
+// What a map shows at the pixel of an image that an option names as X,Y or X%,Y%: the median around
+// it. Throws UsageError if the image has no such pixel.
+pictures::DepthSample depthAt(const std::string& option, const std::string& text,
+                              pictures::MapPlacement placement, const pictures::DepthSource& source,
+                              const pictures::DepthCurve& curve, const pictures::Size& image);
+
 // The options that set the effect's Focal Distance from a place in the scene.
 class FocusOptions {
 public:

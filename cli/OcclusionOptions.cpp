@@ -199,7 +199,8 @@ void tellBounds(const std::vector<float>& bounds, const MapScale& map,
 }
 
 std::vector<std::string> withSlabs(std::vector<std::string> arguments) {
-    if (arguments.empty() || arguments.front() != "render") return arguments;
+    if (arguments.empty()) return arguments;
+    if (arguments.front() != "render" && arguments.front() != "inspect") return arguments;
     const auto end = std::ranges::find(arguments, "--");
     for (auto argument = arguments.begin(); argument != end; ++argument) {
         if (*argument != kOption) continue;

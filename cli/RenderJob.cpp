@@ -135,7 +135,7 @@ RenderJob::RenderJob(RenderSession& session, FrameFiles files, const FrameWatche
       messages_(watchers.messages),
       parameters_(session.effect().parameters()) {}
 
-void RenderJob::run() {
+headless::FrameRequest RenderJob::prepare() {
     begin("read", 0.0, kShareOfReading);
     openSource();
     setLayers();
@@ -143,6 +143,11 @@ void RenderJob::run() {
     if (copiesAssociated()) source_->keepAssociated();
     headless::FrameRequest request = makeRequest();
     loadSource(request);
+    return request;
+}
+
+void RenderJob::run() {
+    headless::FrameRequest request = prepare();
 
     begin("render", kShareOfReading, 1.0 - kShareOfWriting);
     const headless::FrameResult result =
@@ -185,14 +190,16 @@ void RenderJob::setLayers() {
     auto camera = options_.camera.camera(picture(), pixelAspect(), downsample(),
                                          options_.effect.givesFocus());
     if (camera) camera->time = time();
-    map_ = options_.effect.applyLayers(parameters_,
-                                       {.image = &picture(),
-                                        .camera = camera,
-                                        .forEachPixel = options_.occlusion.given(),
-                                        .names = files_.layers,
-                                        .findings = files_.findings,
-                                        .time = time()},
-                                       messages_, watchers_.lines);
+    map_ = options_.effect.applyLayers(
+        parameters_,
+        {.image = &picture(),
+         .camera = camera,
+         .forEachPixel = options_.occlusion.given() || files_.mapPerPixel,
+         .names = files_.layers,
+         .findings = files_.findings,
+         .time = time(),
+         .at = files_.at},
+        messages_, watchers_.lines);
     if (map_ && options_.occlusion.given()) options_.occlusion.options(*map_);
     noteOutsidePoints(parameters_, time(), display.width, display.height, messages_);
     if (plan_.extent.region && !plan_.extent.keepOverscan) {

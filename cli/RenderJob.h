@@ -81,6 +81,8 @@ struct FrameFiles {
     LayerNames layers{};
     const DepthFindings* findings = nullptr;  // as for MapUse
     bool black = false;                       // a picture like the input, but black
+    bool mapPerPixel = false;                 // lay the depth map over the picture, as MapUse
+    std::string at{};                         // a pixel to look at, as MapUse
 };
 
 // Who is told of a frame.
@@ -101,9 +103,19 @@ public:
     void run();
     // Reads the depth map only, as run() does.
     void readMap();
-    // After readMap(): how the map is put on the effect's scale, and the scene that bounds between
-    // slabs have to suit.
+    // Reads and sets up the frame without rendering it, as run() does. The request is valid as long
+    // as this object.
+    headless::FrameRequest prepare();
+    // After prepare(): the controls and layers, and how colours are converted for the output.
+    const headless::ParameterSet& parameters() const { return parameters_; }
+    const pictures::ColourPlan& colours() const { return colours_; }
+    const pictures::Picture& picture() const { return source_->picture(); }
+    double pixelAspect() const {
+        return plan_.pixelAspect.value_or(pictures::pixelAspectOf(picture()));
+    }
+    // After readMap() or prepare(): how the map is put on the effect's scale.
     const std::optional<MapScale>& map() const { return map_; }
+    // After readMap(): the scene that bounds between slabs have to suit.
     occlusion::View view() const;
     pictures::Size size() const { return displaySize(picture()); }
 
@@ -122,10 +134,6 @@ private:
     std::string settingsText() const;
     void writeResult(const headless::World& result);
 
-    const pictures::Picture& picture() const { return source_->picture(); }
-    double pixelAspect() const {
-        return plan_.pixelAspect.value_or(pictures::pixelAspectOf(picture()));
-    }
     double downsample() const {
         return static_cast<double>(plan_.extent.scale.num) / plan_.extent.scale.den;
     }

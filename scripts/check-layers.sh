@@ -25,8 +25,9 @@ declare -A below=(
     [pictures]='headless platform'
     [occlusion]='pictures headless platform'
     [scene]=''
+    [inspect]='pictures headless platform'
     [shot]='headless platform'
-    [cli]='shot occlusion scene pictures headless platform'
+    [cli]='shot inspect occlusion scene pictures headless platform'
 )
 plugin='platform host transform kernels depth pipeline effect bundle'
 
