@@ -14,6 +14,7 @@
 #include "pictures/files/AtomicFile.h"
 #include "pictures/files/PictureFormats.h"
 #include "pictures/files/PictureWriter.h"
+#include "shot/Nearest.h"
 
 namespace cli {
 namespace {
@@ -31,23 +32,26 @@ std::string acceptedRange(const Option& option) {
     return text.str();
 }
 
+std::string describe(const Option& option) {
+    return option.help + ", " + acceptedRange(option) + ", default " +
+           pictures::numberText(option.fallback);
+}
+
 // All kinds with their options, as --list prints them.
 std::string describeKinds() {
     std::ostringstream text;
     for (const Kind& kind : apertures::kinds()) {
         text << std::left << std::setw(12) << kind.name << kind.help << '\n';
         for (const Option& option : kind.options) {
-            text << "    " << std::setw(16) << "--" + option.name << option.help << "; "
-                 << acceptedRange(option) << ", default " << pictures::numberText(option.fallback)
-                 << '\n';
+            text << "    " << std::setw(16) << "--" + option.name << describe(option) << '\n';
         }
     }
     return text.str();
 }
 
-std::string joined(const std::vector<std::string>& words) {
+std::string joined(const std::vector<std::string>& words, const char* between = ", ") {
     std::string list;
-    for (const std::string& word : words) list += (list.empty() ? "" : ", ") + word;
+    for (const std::string& word : words) list += (list.empty() ? "" : between) + word;
     return list;
 }
 
@@ -65,7 +69,7 @@ const Kind& requireKind(const std::string& name) {
         if (kind.name == name) return kind;
     }
     throw UsageError("there is no aperture \"" + name + "\"; take one of " +
-                     joined(namesOfKinds()));
+                     joined(namesOfKinds()) + shot::suggestion(name, namesOfKinds()));
 }
 
 bool has(const Kind& kind, const std::string& option) {
@@ -149,7 +153,8 @@ ApertureCommand::ApertureCommand(CLI::App& parent, const Invocation& invocation)
     : invocation_(invocation) {
     app_ = parent.add_subcommand("aperture", "Draw an aperture for --custom-blur-shape");
     app_->allow_extras();
-    app_->add_option("KIND", kind_, "one of " + joined(namesOfKinds()));
+    app_->add_option("KIND", kind_, "one of " + joined(namesOfKinds()))
+        ->type_name(joined(namesOfKinds(), "|"));
     app_->add_option("-o,--output", output_, "image to write; the suffix selects the format")
         ->type_name("FILE");
     app_->add_flag("--list", list_,
@@ -166,12 +171,19 @@ ApertureCommand::ApertureCommand(CLI::App& parent, const Invocation& invocation)
 
 // One option for all kinds that have one of this name.
 void ApertureCommand::addOptionsOfKinds() {
-    std::map<std::string, std::vector<std::string>> owners;
+    // For each option what it is, and of which kinds.
+    std::map<std::string, std::map<std::string, std::vector<std::string>>> meanings;
     for (const Kind& kind : apertures::kinds()) {
-        for (const Option& option : kind.options) owners[option.name].push_back(kind.name);
+        for (const Option& option : kind.options) {
+            meanings[option.name][describe(option)].push_back(kind.name);
+        }
     }
-    for (const auto& [option, names] : owners) {
-        app_->add_option("--" + option, options_[option], "of " + joined(names))
+    for (const auto& [option, owners] : meanings) {
+        std::string help;
+        for (const auto& [meaning, names] : owners) {
+            help += (help.empty() ? "" : "; ") + joined(names) + ": " + meaning;
+        }
+        app_->add_option("--" + option, options_[option], help)
             ->type_name("NUMBER")
             ->group("Options of the kinds");
     }

@@ -2,9 +2,9 @@
 #include "cli/App.h"
 
 #include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <new>
 #include <optional>
@@ -23,8 +23,14 @@
 #include "cli/ParamsCommand.h"
 #include "cli/RenderCommand.h"
 #include "cli/SceneCommand.h"
+#include "cli/doctor/DoctorCommand.h"
+#include "cli/help/HelpFormatter.h"
+#include "cli/help/PagesCommand.h"
 #include "pictures/Messages.h"
 #include "pictures/Text.h"
+#include "shot/Nearest.h"
+
+namespace fs = std::filesystem;
 
 namespace cli {
 namespace {
@@ -51,7 +57,7 @@ bool isCommand(const Invocation& invocation, const std::string& name) {
 
 bool needsControls(const Invocation& invocation) {
     return isCommand(invocation, "render") || isCommand(invocation, "inspect") ||
-           isCommand(invocation, "params");
+           isCommand(invocation, "params") || isCommand(invocation, "pages");
 }
 
 // The exit code of a Failure. For `compare` 1 means that the images differ.
@@ -81,6 +87,8 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& app, const Invocati
     commands.push_back(std::make_unique<CompareCommand>(app, invocation));
     commands.push_back(std::make_unique<CheckCommand>(app, invocation));
     commands.push_back(std::make_unique<AboutCommand>(app, invocation));
+    commands.push_back(std::make_unique<DoctorCommand>(app, invocation));
+    commands.push_back(std::make_unique<PagesCommand>(app));
     return commands;
 }
 
@@ -160,6 +168,30 @@ void parse(CLI::App& app, const Invocation& invocation) {
     }
 }
 
+std::string withoutDigits(std::string text) {
+    std::erase_if(text, [](char c) { return c >= '0' && c <= '9'; });
+    return text;
+}
+
+// "; did you mean ...?" if the folder of a file that isn't there has one with nearly its name. One
+// that differs in digits is another frame or version, and no misspelling.
+std::string nearFile(const fs::path& missing) {
+    constexpr std::size_t kMostNames = 10'000;  // of a folder, so that a large one takes no time
+    const std::string wanted = missing.filename().string();
+    const fs::path folder = missing.parent_path();
+    std::vector<std::string> names;
+    std::error_code failed;
+    fs::directory_iterator entries(folder.empty() ? "." : folder, failed);
+    for (; !failed && entries != fs::directory_iterator() && names.size() < kMostNames;
+         entries.increment(failed)) {
+        const std::string name = entries->path().filename().string();
+        if (withoutDigits(name) != withoutDigits(wanted)) names.push_back(name);
+    }
+    std::sort(names.begin(), names.end());
+    const std::string nearest = shot::nearestName(wanted, names);
+    return nearest.empty() ? "" : "; did you mean " + (folder / nearest).string() + "?";
+}
+
 int runCommand(const Invocation& invocation) {
     const Controls controls = needsControls(invocation) ? declaredControls(invocation) : Controls{};
 
@@ -167,7 +199,7 @@ int runCommand(const Invocation& invocation) {
     app.set_version_flag("--version", "orbel " ORBEL_VERSION, "print the version");
     app.set_help_flag("-h,--help", "print this help");
     app.allow_extras();
-    app.get_formatter()->column_width(40);
+    app.formatter(std::make_shared<HelpFormatter>());
     app.footer(helpFooter(controls));
     const auto commands = makeCommands(app, invocation, controls);
 
@@ -206,6 +238,8 @@ int runTool(const Invocation& given) {
     } catch (const Interrupted&) {
         say("cancelled");
         return kExitInterrupted;
+    } catch (const pictures::MissingFile& error) {
+        say(error.what() + nearFile(error.file));
     } catch (const std::bad_alloc&) {
         say("out of memory; try --downsample 1/2 or a smaller image");
     } catch (const std::exception& error) {

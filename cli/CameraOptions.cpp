@@ -145,7 +145,7 @@ void CameraOptions::addTo(CLI::App& app) {
             ->group(group);
     app.add_option("--scene-unit", sceneUnit_,
                    "unit of the depth map's distances: m, cm, mm, ft or in; default m")
-        ->type_name("UNIT")
+        ->type_name("m|cm|mm|ft|in")
         ->group(group);
 }
 

@@ -4,8 +4,10 @@
 #include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "cli/Errors.h"
+#include "shot/Nearest.h"
 
 namespace cli {
 
@@ -25,7 +27,7 @@ std::string namesOf(std::span<const Choice<Value>> choices) {
 }
 
 // The choice with this name, or the only one whose name begins with it. Throws UsageError, naming
-// the option.
+// the option and a choice that is nearly this one.
 template <class Value, std::size_t N>
 Value parseChoice(const std::string& option, const std::string& text,
                   const Choice<Value> (&choices)[N]) {
@@ -38,8 +40,10 @@ Value parseChoice(const std::string& option, const std::string& text,
         ++count;
     }
     if (count == 1) return begun->second;
+    std::vector<std::string> names;
+    for (const Choice<Value>& choice : choices) names.emplace_back(choice.first);
     throw UsageError(option + " takes " + namesOf(std::span<const Choice<Value>>(choices)) +
-                     ", not \"" + text + "\"");
+                     ", not \"" + text + "\"" + shot::suggestion(text, names));
 }
 
 }  // namespace cli

@@ -107,7 +107,7 @@ void DepthOptions::addTo(CLI::App& app) {
     app.add_option("--depth-kind", kind_,
                    "what the map holds: distance, disparity or normalised (0 to 1); default: "
                    "distance for a float map with values above 1, otherwise normalised")
-        ->type_name("KIND")
+        ->type_name("distance|disparity|normalised")
         ->group(group);
     app.add_option("--depth-near", near_, "distance or disparity that is mapped to 1, near")
         ->type_name("D")

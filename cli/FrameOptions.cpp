@@ -50,27 +50,36 @@ void requireOtherFile(const std::string& output, const std::vector<std::string>&
 
 void FrameOptions::addTo(CLI::App& app, const std::string& inputHelp) {
     app.add_option("INPUT", input_, inputHelp)->required();
-    app.add_option("--alpha", alpha_,
-                   "how the input's colours relate to alpha: straight, associated (multiplied "
-                   "by it) or ignore; default: as the file says")
-        ->type_name("KIND");
-    app.add_option("--pixel-aspect", pixelAspect_,
-                   "pixel width relative to height; default: that of the input")
-        ->type_name("N/D");
-    addProcessOptions(app);
-    colour_.addTo(app);
-    camera_.addTo(app);
+    app.add_option("--bundle", bundle_, "effect bundle to load")->type_name("FILE");
     effect_.addTo(app);
     occlusion_.addTo(app);
+    camera_.addTo(app);
     presets_.addTo(app);
 }
 
+void FrameOptions::addImageTo(CLI::App& app) {
+    colour_.addTo(app);
+    app.option_defaults()->group("Pixels");
+    app.add_option("--alpha", alpha_,
+                   "how the input's colours relate to alpha: straight, associated (multiplied "
+                   "by it) or ignore; default: as the file says")
+        ->type_name("straight|associated|ignore");
+    app.add_option(
+           "--pixel-aspect", pixelAspect_,
+           "pixel width relative to height, or one number above 0; default: that of the input")
+        ->type_name("N/D");
+    addProcessOptions(app);
+}
+
 void FrameOptions::addProcessOptions(CLI::App& app) {
-    app.add_option("--bundle", bundle_, "effect bundle to load")->type_name("FILE");
-    app.add_option("--threads", threads_, "threads to render with; default: one per processor")
+    app.option_defaults()->group("Process");
+    app.add_option("--threads", threads_,
+                   "threads to render with, 1 to " + std::to_string(kMostThreads) +
+                       "; default: one per processor")
         ->type_name("N");
     app.add_option("--memory-limit", memoryLimit_,
-                   "host memory that the effect may use, such as 900M")
+                   "bytes of host memory that the effect may use, k, M and G standing for powers "
+                   "of 1024, such as 900M; default: no limit")
         ->type_name("BYTES");
     app.add_flag("--quiet", quiet_, "print only errors");
     app.add_flag("--strict", strict_, "treat every warning as an error, and write no image");

@@ -21,8 +21,10 @@ public:
     explicit FrameOptions(const headless::ParameterSet& controls)
         : effect_(controls.infos()), presets_(controls, effect_) {}
 
-    // `inputHelp` describes INPUT. This object must outlive the app.
+    // INPUT, which `inputHelp` describes, and how it is blurred. This object must outlive the app.
     void addTo(CLI::App& app, const std::string& inputHelp);
+    // How pixels are read, and the process.
+    void addImageTo(CLI::App& app);
 
     const std::string& input() const { return input_; }
     const EffectOptions& effect() const { return effect_; }

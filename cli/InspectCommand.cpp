@@ -157,6 +157,7 @@ InspectCommand::InspectCommand(CLI::App& parent, const Invocation& invocation,
                      "print the depth and the blur radius at this pixel of the image, and what "
                      "would put it into focus: X,Y or X%,Y%")
         ->type_name("X,Y");
+    frameOptions_.addImageTo(*app_);
 }
 
 // A name without the suffix of an image is a folder.

@@ -7,6 +7,7 @@
 
 #include "cli/Errors.h"
 #include "cli/Numbers.h"
+#include "cli/help/ControlMeanings.h"
 #include "pictures/Text.h"
 #include "shot/Controls.h"
 #include "shot/Nearest.h"
@@ -40,8 +41,11 @@ std::string lowered(std::string text) {
 }
 
 [[noreturn]] void refuse(const Setting& setting) {
+    std::vector<std::string> choices = setting.info.choices;
+    for (std::string& choice : choices) choice = lowered(choice);
     throw UsageError("--" + optionName(setting.info) + " takes " + acceptedValues(setting.info) +
-                     ", not \"" + setting.text + "\"");
+                     ", not \"" + setting.text + "\"" +
+                     shot::suggestion(lowered(setting.text), choices));
 }
 
 // Whether a choice's text is the one given, in any letter case and with hyphens for what isn't a
@@ -141,7 +145,18 @@ std::string choiceList(const ParameterInfo& info) {
     return list;
 }
 
-const char* placeholder(const ParameterInfo& info) {
+// The choices as they can be typed without quotes: those with other characters by their number.
+std::string choiceNames(const ParameterInfo& info) {
+    std::string names;
+    for (std::size_t i = 0; i < info.choices.size(); ++i) {
+        const std::string name = hyphenated(info.choices[i]);
+        const bool plain = name.size() == info.choices[i].size();
+        names += (names.empty() ? "" : "|") + (plain ? name : std::to_string(i + 1));
+    }
+    return names;
+}
+
+std::string placeholder(const ParameterInfo& info) {
     switch (info.type) {
         case PF_Param_LAYER:
             return "FILE";
@@ -150,7 +165,7 @@ const char* placeholder(const ParameterInfo& info) {
         case PF_Param_CHECKBOX:
             return "on|off";
         case PF_Param_POPUP:
-            return "CHOICE";
+            return choiceNames(info);
         case PF_Param_ANGLE:
             return "DEGREES";
         default:
@@ -241,8 +256,7 @@ ParameterOptions::ParameterOptions(std::vector<ParameterInfo> controls) {
 void ParameterOptions::addTo(CLI::App& app) {
     for (Declared& declared : options_) {
         const ParameterInfo& info = declared.info;
-        const std::string help = acceptedValues(info) + "; default " + defaultText(info);
-        declared.option = app.add_option("--" + optionName(info), declared.text, help)
+        declared.option = app.add_option("--" + optionName(info), declared.text, controlHelp(info))
                               ->type_name(placeholder(info))
                               ->group(info.group.empty() ? "Effect" : "Effect: " + info.group);
     }

@@ -61,7 +61,7 @@ std::string readText(const std::string& file) {
     std::string text(shot::kMostPresetBytes + 1, '\0');
     std::error_code ignored;
     if (!stream || fs::is_directory(file, ignored)) {
-        throw Failure("cannot read the preset " + file + "; check the name");
+        throw pictures::MissingFile("cannot read the preset " + file + "; check the name", file);
     }
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(stream.gcount()));

@@ -43,9 +43,10 @@ RenderCommand::RenderCommand(CLI::App& parent, const Invocation& invocation,
                         "image to blur, FILE:LAYER of a multi-layer EXR, or - for standard input; "
                         "several frames with #### or %04d for the number");
     addFileOptions();
-    addExtentOptions();
-    addPixelOptions();
     shotOptions_.addTo(*app_);
+    addExtentOptions();
+    frameOptions_.addImageTo(*app_);
+    addPixelOptions();
 }
 
 void RenderCommand::addFileOptions() {
@@ -59,10 +60,13 @@ void RenderCommand::addFileOptions() {
 }
 
 void RenderCommand::addExtentOptions() {
-    app_->add_option("--region", region_, "render only this part, in full-resolution pixels")
+    app_->option_defaults()->group("Extent of the image");
+    app_->add_option("--region", region_,
+                     "render only this part, in full-resolution pixels; default: the whole image")
         ->type_name("X,Y,W,H");
-    app_->add_option("--downsample", downsample_,
-                     "render at reduced resolution, such as 1/2 for a preview")
+    app_->add_option(
+            "--downsample", downsample_,
+            "render at reduced resolution, such as 1/2 for a preview, at most 1; default 1/1")
         ->type_name("N/D");
     app_->add_flag("--keep-overscan", keepOverscan_,
                    "grow the image, in EXR its data window, by the blur's reach; needs "
@@ -72,18 +76,20 @@ void RenderCommand::addExtentOptions() {
 }
 
 void RenderCommand::addPixelOptions() {
+    app_->option_defaults()->group("Pixels");
     app_->add_option("--bits", bits_,
                      "bits per channel to render with: 8, 16 or 32; 8 and 16 truncate as the "
                      "application does; default 32")
-        ->type_name("BITS");
+        ->type_name("8|16|32");
     app_->add_option("--output-type", outputType_,
                      "channel type to write: uint8, uint16, half or float; default: that of the "
                      "input")
-        ->type_name("TYPE");
+        ->type_name("uint8|uint16|half|float");
     app_->add_flag("--no-settings", noSettings_,
                    "don't write the settings into the image's metadata");
     app_->add_flag("--pass-through", passThrough_,
                    "carry over the other channels and layers of an EXR, unchanged");
+    app_->option_defaults()->group("Process");
     app_->add_flag("--force", force_, "write the image even if it is known to be lost");
     app_->add_flag("--stats", stats_, "print the seconds of each step, threads and peak memory");
 }

@@ -45,7 +45,10 @@ SceneCommand::SceneCommand(CLI::App& parent, const Invocation& invocation)
     app_ = parent.add_subcommand("scene", "Write a test image: a street at night");
     app_->allow_extras();
     app_->add_option("OUTPUT", output_, "image to write")->type_name("FILE.exr")->required();
-    app_->add_option("--size", size_, "size in pixels; default 1920x1080")->type_name("WxH");
+    app_->add_option("--size", size_,
+                     "width and height in pixels, each 1 to " + std::to_string(kLargestSide) +
+                         "; default 1920x1080")
+        ->type_name("WxH");
     app_->add_option("--depth", depth_,
                      "also write a depth map with distances in metres, channel Z")
         ->type_name("FILE.exr");

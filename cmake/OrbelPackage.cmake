@@ -26,6 +26,17 @@ else()
     if(TARGET orbel)
         install(TARGETS orbel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT package)
     endif()
+    if(TARGET orbel_pages)
+        install(DIRECTORY "${ORBEL_PAGES}/man1" DESTINATION "${CMAKE_INSTALL_MANDIR}"
+            COMPONENT package)
+        # Where the three shells look, below each prefix that they know.
+        install(FILES "${ORBEL_PAGES}/orbel.bash" RENAME orbel
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT package)
+        install(FILES "${ORBEL_PAGES}/_orbel"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" COMPONENT package)
+        install(FILES "${ORBEL_PAGES}/orbel.fish"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT package)
+    endif()
 endif()
 function(orbel_install_note file name)
     install(FILES "${PROJECT_SOURCE_DIR}/${file}"

@@ -131,6 +131,14 @@ bool hasExecutor(ExecutorKind kind) {
 #endif
 }
 
+std::string executorVersion() {
+#ifdef ORBEL_HAS_TBB
+    return "oneTBB " + tbbVersion();
+#else
+    return "threads of the standard library";
+#endif
+}
+
 std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int workers) {
     const int count = workersOrAll(workers);
     if (!hasExecutor(kind)) throw std::invalid_argument("this build doesn't contain the executor");

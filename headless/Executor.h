@@ -10,6 +10,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/Suites.h"
 
@@ -35,6 +36,8 @@ enum class ExecutorKind { kTbb, kThreads };
 ExecutorKind defaultExecutor();
 // Whether this build contains `kind`.
 bool hasExecutor(ExecutorKind kind);
+// The library behind the default executor with its version, such as "oneTBB 2021.8".
+std::string executorVersion();
 // 0 workers mean as many as there are processors. Throws std::invalid_argument for an executor that
 // this build doesn't contain or a negative count.
 std::unique_ptr<Executor> makeExecutor(ExecutorKind kind, int workers);

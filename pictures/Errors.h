@@ -2,7 +2,10 @@
 #pragma once
 // The exceptions that end the tool, and the exit code of each.
 
+#include <filesystem>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 namespace pictures {
 
@@ -15,6 +18,14 @@ struct UsageError : std::runtime_error {
 // remedy.
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
+};
+
+// There is no such file.
+struct MissingFile : Failure {
+    MissingFile(const std::string& text, std::filesystem::path named)
+        : Failure(text), file(std::move(named)) {}
+
+    std::filesystem::path file;
 };
 
 // The user pressed Control-C.

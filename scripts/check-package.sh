@@ -25,6 +25,9 @@ expected() {
             ;;
         *-linux-x86_64.tar.gz)
             below "$2" bin/orbel lib/orbel/Orbel.so
+            below "$2/share/man/man1" orbel{,-render,-params,-aperture,-scene,-compare,-check,-inspect,-about,-doctor}.1
+            below "$2/share" bash-completion/completions/orbel zsh/site-functions/_orbel \
+                fish/vendor_completions.d/orbel.fish
             below "$2/share/doc/Orbel" "${notes[@]}"
             ;;
         *-linux-aarch64.tar.gz)

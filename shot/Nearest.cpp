@@ -33,7 +33,8 @@ std::string nearestName(const std::string& unknown, const std::vector<std::strin
     std::size_t best = std::max<std::size_t>(3, unknown.size() / 3);
     for (const std::string& candidate : known) {
         const std::size_t distance = editDistance(unknown, candidate);
-        if (distance >= best) continue;
+        // Where every letter differs, nothing is near.
+        if (distance >= std::min({best, unknown.size(), candidate.size()})) continue;
         best = distance;
         nearest = candidate;
     }

@@ -24,13 +24,14 @@ void ShotOptions::addTo(CLI::App& app) {
         ->type_name("LIST")
         ->group(kGroup);
     app.add_option("--jobs", jobs_,
-                   "frames at a time; default: one per processor, as far as the memory goes")
+                   "frames at a time, 1 to " + std::to_string(kMostJobs) +
+                       "; default: one per processor, as far as the memory goes")
         ->type_name("N")
         ->group(kGroup);
     app.add_option("--missing", missing_,
                    "what to do where an input has no file for a frame: error; skip; hold, take "
                    "that of the frame before; or black, write a black picture; default error")
-        ->type_name("RULE")
+        ->type_name("error|skip|hold|black")
         ->group(kGroup);
     app.add_option("--survey", survey_,
                    "which depth maps tell the range, the focus of --focus-at and the slabs of "

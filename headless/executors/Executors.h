@@ -11,6 +11,7 @@ namespace headless {
 std::unique_ptr<Executor> makeThreadsExecutor(int workers);
 #ifdef ORBEL_HAS_TBB
 std::unique_ptr<Executor> makeTbbExecutor(int workers);
+std::string tbbVersion();  // of the library that is loaded
 #endif
 
 }  // namespace headless

@@ -4,6 +4,7 @@
 #include <oneapi/tbb/global_control.h>
 #include <oneapi/tbb/parallel_for.h>
 #include <oneapi/tbb/task_arena.h>
+#include <oneapi/tbb/version.h>
 
 #include "headless/executors/Executors.h"
 
@@ -43,6 +44,10 @@ private:
 
 std::unique_ptr<Executor> makeTbbExecutor(int workers) {
     return std::make_unique<TbbExecutor>(workers);
+}
+
+std::string tbbVersion() {
+    return TBB_runtime_version();
 }
 
 }  // namespace headless

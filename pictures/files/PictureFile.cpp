@@ -43,7 +43,9 @@ std::unique_ptr<OIIO::ImageInput> openPicture(const fs::path& file, const std::s
     if (fs::is_directory(file, ignored)) {
         throw Failure(file.string() + " is a folder; name an image file in it");
     }
-    if (!isFile(file)) throw Failure("cannot find " + file.string() + "; check the name");
+    if (!isFile(file)) {
+        throw MissingFile("cannot find " + file.string() + "; check the name", file);
+    }
     OIIO::attribute("debug", 0);  // the library prints details of damaged files otherwise
     OIIO::ImageSpec wishes;
     wishes.attribute("oiio:UnassociatedAlpha", 1);  // don't multiply straight colours by alpha

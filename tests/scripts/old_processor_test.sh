@@ -29,4 +29,10 @@ run render "$work/night.exr" -o "$work/out.exr" || code=$?
 [[ $code -eq 1 ]] || fail "exit code $code instead of 1"
 [[ $(wc -l <"$work/stderr") -eq 1 ]] || fail "not one line:"
 grep -qiE 'processor|AVX2|x86-64-v3|ISA level' "$work/stderr" || fail "the line doesn't state the cause:"
+code=0
+run doctor || code=$?
+[[ $code -eq 1 ]] || fail "exit code $code of doctor instead of 1"
+grep -q 'processor: x86-64 without AVX2' "$work/stdout" || fail "doctor doesn't tell the processor's kind"
+grep -q '^bad .*processor' "$work/stdout" || fail "doctor doesn't tell why the bundle isn't loaded"
+
 [[ ! -e $work/out.exr ]] || fail "an image was left behind"
