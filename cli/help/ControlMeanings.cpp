@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "cli/ParameterOptions.h"
+#include "cli/options/ParameterOptions.h"
 
 namespace cli {
 namespace {

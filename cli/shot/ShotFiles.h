@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/DepthOptions.h"
+#include "cli/options/DepthOptions.h"
 #include "cli/shot/ShotOptions.h"
 #include "shot/Frames.h"
 

@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "cli/Errors.h"
-#include "cli/RenderStats.h"
+#include "cli/render/RenderStats.h"
 #include "cli/shot/ShotReport.h"
 #include "cli/shot/ShotSurvey.h"
 #include "pictures/Interrupt.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "cli/RenderJob.h"
+#include "cli/render/RenderJob.h"
 #include "cli/shot/ShotFiles.h"
 #include "cli/shot/ShotOptions.h"
 

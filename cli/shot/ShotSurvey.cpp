@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "cli/Errors.h"
-#include "cli/RenderStats.h"
+#include "cli/render/RenderStats.h"
 #include "pictures/Interrupt.h"
 
 namespace cli {

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "cli/RenderJob.h"
+#include "cli/render/RenderJob.h"
 #include "cli/shot/ShotFiles.h"
 #include "cli/shot/ShotOptions.h"
 

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "cli/ExposureCheck.h"
+#include "cli/render/ExposureCheck.h"
 
 namespace cli {
 namespace {

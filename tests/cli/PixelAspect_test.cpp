@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "cli/PixelAspect.h"
+#include "cli/render/PixelAspect.h"
 
 #include <gtest/gtest.h>
 
